@@ -1,0 +1,241 @@
+// The ordered list under all collections: positions from 1 without gaps, and for an element, where it was added with one, a
+// key that is fixed from then on, unique in the list and compared without regard to case. An index is a variant: a number
+// selects by position, text selects by key, also when the text holds digits. An empty text is no key.
+//
+// Access by position and by key takes constant time. Insertion and removal cost the distance from the last one, so that a
+// walk that removes from either end, or appends, is linear.
+//
+// Failures: 9 for a position that is not there, 5 for a key that is not there, for a `Before` or `After` that names nothing
+// and for both of them given, 457 for a key in use, 13 for an index or key of another kind. A failure changes nothing.
+#pragma once
+
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <memory>
+#include <optional>
+#include <unordered_set>
+#include <utility>
+#include <vector>
+
+#include "hedro34/base/variant.h"
+
+namespace hedro34 {
+
+template <class T>
+class KeyedList {
+ public:
+  // What an element with a key has besides its value; its address does not change while the element is in the list.
+  class Anchor {
+   public:
+    explicit Anchor(StringView key) : key_(key) {}
+    const String& key() const noexcept { return key_; }
+
+   private:
+    friend class KeyedList;
+    String key_;
+    std::int64_t slot_ = 0;  // the index in `front_`, or the complement of the index in `back_`
+  };
+
+  std::int32_t count() const noexcept { return static_cast<std::int32_t>(front_.size() + back_.size()); }
+
+  // Adds behind the last element, or before or behind the one that `before` or `after` names. Neither is needed; `key` may
+  // be missing. Returns the position of the new element.
+  std::int32_t add(T value, const Variant& key = missing, const Variant& before = missing,
+                   const Variant& after = missing) {
+    const StringView text = key_of(key);
+    if (find_anchor(text) != nullptr) fail(FailureNumber::DuplicateKey);
+    return insert(insertion_point(before, after), std::move(value), text);
+  }
+
+  // As `add` without key, behind the last element.
+  void append(T value) { insert(count() + 1, std::move(value), {}); }
+
+  // The element at a position or under a key.
+  const T& at(const Variant& index) const { return entry(position(index)).value; }
+  T& at(const Variant& index) { return const_cast<T&>(std::as_const(*this).at(index)); }
+  const T& at(std::int32_t index) const { return entry(checked(index)).value; }
+  T& at(std::int32_t index) { return const_cast<T&>(std::as_const(*this).at(index)); }
+
+  // The element, or null when the index names none.
+  const T* find(const Variant& index) const noexcept {
+    const std::int32_t found = find_position(index);
+    return found == 0 ? nullptr : &entry(found).value;
+  }
+  const T* find(std::int32_t index) const noexcept {
+    return index < 1 || index > count() ? nullptr : &entry(index).value;
+  }
+  const T* find(StringView key) const noexcept {
+    const Anchor* anchor = find_anchor(key);
+    return anchor == nullptr ? nullptr : &entry(position(*anchor)).value;
+  }
+
+  // The position that the index names, 0 for none.
+  std::int32_t find_position(const Variant& index) const noexcept {
+    if (const auto* number = index.get_if<std::int32_t>()) return *number < 1 || *number > count() ? 0 : *number;
+    if (const String* text = index.text()) {
+      const Anchor* anchor = find_anchor(*text);
+      return anchor == nullptr ? 0 : position(*anchor);
+    }
+    if (!index.is_number()) return 0;
+    const double number = std::nearbyint(to_double(index));
+    return number >= 1 && number <= static_cast<double>(count()) ? static_cast<std::int32_t>(number) : 0;
+  }
+
+  std::int32_t position(const Anchor& anchor) const noexcept {
+    const auto slot = anchor.slot_ >= 0 ? anchor.slot_ : static_cast<std::int64_t>(count()) + anchor.slot_;
+    return static_cast<std::int32_t>(slot + 1);
+  }
+
+  // Empty for an element without key.
+  StringView key_at(std::int32_t index) const {
+    const Anchor* anchor = entry(checked(index)).anchor.get();
+    return anchor == nullptr ? StringView() : StringView(anchor->key());
+  }
+
+  // The anchor of the element at a position; an element without key gets one here.
+  const Anchor& anchor_at(std::int32_t index) {
+    const std::int32_t at = checked(index);
+    auto& anchor = const_cast<Entry&>(entry(at)).anchor;
+    if (!anchor) {
+      anchor = std::make_unique<Anchor>(StringView());
+      const bool in_front = static_cast<std::size_t>(at) <= front_.size();
+      anchor->slot_ = in_front ? at - 1 : static_cast<std::int64_t>(at) - 1 - count();
+    }
+    return *anchor;
+  }
+
+  // Removes the element; every later element moves down one position. Returns the value.
+  T remove(const Variant& index) { return remove_at(position(index)); }
+  T remove(std::int32_t index) { return remove_at(checked(index)); }
+
+ private:
+  struct Entry {
+    T value;
+    std::unique_ptr<Anchor> anchor;
+  };
+  struct Same : IgnoringCase {
+    using IgnoringCase::operator();
+    static StringView text(const Anchor* anchor) noexcept { return anchor->key(); }
+    static StringView text(StringView key) noexcept { return key; }
+    std::size_t operator()(const Anchor* anchor) const noexcept { return (*this)(text(anchor)); }
+    bool operator()(const auto& a, const auto& b) const noexcept { return equal_ignoring_case(text(a), text(b)); }
+  };
+  using Index = std::unordered_set<const Anchor*, Same, Same>;
+  static constexpr std::int32_t unindexed_keys = 8;  // up to so many, a walk is faster than an index
+
+  static StringView key_of(const Variant& key) {
+    if (key.is<Missing>()) return {};
+    const String* text = key.text();
+    if (text == nullptr) fail(FailureNumber::TypeMismatch);
+    return *text;
+  }
+
+  std::int32_t checked(std::int32_t index) const {
+    if (index < 1 || index > count()) fail(FailureNumber::SubscriptOutOfRange);
+    return index;
+  }
+
+  std::int32_t position(const Variant& index) const {
+    const std::int32_t found = find_position(index);
+    if (found == 0) {
+      if (index.is_number()) fail(FailureNumber::SubscriptOutOfRange);
+      fail(index.text() != nullptr ? FailureNumber::InvalidCall : FailureNumber::TypeMismatch);
+    }
+    return found;
+  }
+
+  std::int32_t insertion_point(const Variant& before, const Variant& after) const {
+    const bool has_before = !before.is<Missing>();
+    const bool has_after = !after.is<Missing>();
+    if (has_before && has_after) fail(FailureNumber::InvalidCall);
+    if (!has_before && !has_after) return count() + 1;
+    const Variant& index = has_before ? before : after;
+    if (!index.is_number() && index.text() == nullptr) fail(FailureNumber::TypeMismatch);
+    const std::int32_t found = find_position(index);
+    if (found == 0) fail(FailureNumber::InvalidCall);
+    return has_before ? found : found + 1;
+  }
+
+  const Entry& entry(std::int32_t index) const noexcept {
+    const auto at = static_cast<std::size_t>(index);
+    return at <= front_.size() ? front_[at - 1] : back_[back_.size() - (at - front_.size())];
+  }
+
+  const Anchor* find_anchor(StringView key) const noexcept {
+    if (key.empty() || keys_ == 0) return nullptr;
+    if (index_) {
+      const auto found = index_->find(key);
+      return found == index_->end() ? nullptr : *found;
+    }
+    for (const auto* half : {&front_, &back_}) {
+      for (const Entry& e : *half) {
+        if (e.anchor && !e.anchor->key().empty() && equal_ignoring_case(e.anchor->key(), key)) return e.anchor.get();
+      }
+    }
+    return nullptr;
+  }
+
+  void build_index() {
+    auto index = std::make_unique<Index>();
+    for (const auto* half : {&front_, &back_}) {
+      for (const Entry& e : *half) {
+        if (e.anchor && !e.anchor->key().empty()) index->insert(e.anchor.get());
+      }
+    }
+    index_ = std::move(index);
+  }
+
+  std::int32_t insert(std::int32_t position, T value, StringView key) {
+    if (count() == std::numeric_limits<std::int32_t>::max()) fail(FailureNumber::Overflow);
+    Entry added{std::move(value), key.empty() ? nullptr : std::make_unique<Anchor>(key)};
+    const Anchor* anchor = added.anchor.get();
+    move_gap(static_cast<std::size_t>(position - 1));
+    if (front_.size() == front_.capacity()) front_.reserve(front_.empty() ? 4 : 2 * front_.size());
+    if (anchor != nullptr && keys_ >= unindexed_keys) {
+      if (!index_) build_index();
+      index_->insert(anchor);
+    }
+    push(front_, std::move(added), 0);
+    if (anchor != nullptr) ++keys_;
+    return position;
+  }
+
+  T remove_at(std::int32_t position) {
+    move_gap(static_cast<std::size_t>(position));
+    Entry& last = front_.back();
+    if (last.anchor && !last.anchor->key().empty()) {
+      if (index_) index_->erase(last.anchor.get());
+      --keys_;
+    }
+    T value = std::move(last.value);
+    front_.pop_back();
+    return value;
+  }
+
+  // Moves elements between the two halves until `front_` holds `size` of them.
+  void move_gap(std::size_t size) {
+    while (front_.size() > size) {
+      push(back_, std::move(front_.back()), -1);
+      front_.pop_back();
+    }
+    while (front_.size() < size) {
+      push(front_, std::move(back_.back()), 0);
+      back_.pop_back();
+    }
+  }
+
+  static void push(std::vector<Entry>& half, Entry&& moved, std::int64_t complement) {
+    half.push_back(std::move(moved));
+    Entry& placed = half.back();
+    if (placed.anchor) placed.anchor->slot_ = static_cast<std::int64_t>(half.size() - 1) ^ complement;
+  }
+
+  std::vector<Entry> front_;  // the elements before the gap, in order
+  std::vector<Entry> back_;   // the elements behind the gap, the last one first
+  std::unique_ptr<Index> index_;
+  std::int32_t keys_ = 0;
+};
+
+}  // namespace hedro34

@@ -1,0 +1,112 @@
+#!/usr/bin/env python3
+"""The include lines of the library agree with the order of its rooms: no folder reaches back."""
+
+import pathlib
+import re
+import sys
+import tempfile
+
+ROOMS = ["base", "platform", "runtime", "model", "import", "merge", "component"]
+INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]', re.MULTILINE)
+SYSTEM = re.compile(
+    r"(sys/.*|(unistd|fcntl|signal|dlfcn|windows|poll|pthread|termios|ucontext)\.h|csignal)$", re.IGNORECASE
+)
+
+
+def target_of(file, quote, name, root):
+    """The file that an include line names, relative to the root, or None for one from elsewhere."""
+    beside = (file.parent / name).resolve()
+    if quote == '"' and beside.is_file() and beside.is_relative_to(root):
+        return beside.relative_to(root).as_posix()
+    ours = ("hedro34/", "host/", "tests/", "bench/", "fuzz/")
+    return name if name.startswith(ours) else None
+
+
+def fault_of(file, quote, name, root):
+    """What is wrong with one include line, or None."""
+    path = file.relative_to(root / "hedro34")
+    room = path.parts[0]
+    if SYSTEM.match(name):
+        at_home = room == "platform" or (room == "runtime" and path.name.startswith("fault"))
+        return None if at_home else "header of the operating system"
+    target = target_of(file, quote, name, root)
+    if target is None or target == "hedro34/version.h" or path.as_posix() == "hedro34.h":
+        return None
+    parts = target.split("/")
+    if parts[0] != "hedro34" or parts[1] not in ROOMS:
+        return "leaves the rooms"
+    return "reaches back" if ROOMS.index(parts[1]) > ROOMS.index(room) else None
+
+
+def check(root):
+    """All faults of the tree, in the order of the files, and the number of include lines read."""
+    root = root.resolve()
+    faults, lines = [], 0
+    for file in sorted((root / "hedro34").rglob("*")):
+        if file.suffix not in (".h", ".cpp", ".inc", ".in"):
+            continue
+        path = file.relative_to(root)
+        if path.parts[1] not in ROOMS and path.parts[1:] not in (("hedro34.h",), ("version.h.in",)):
+            faults.append(f"{path}: stands in no room")
+            continue
+        for match in INCLUDE.finditer(file.read_text(encoding="utf-8")):
+            lines += 1
+            fault = fault_of(file, match[1], match[2], root)
+            if fault:
+                number = file.read_text(encoding="utf-8").count("\n", 0, match.start(2)) + 1
+                faults.append(f"{path}:{number}: {match[2]}: {fault}")
+    return faults, lines
+
+
+MADE_UP = {
+    "hedro34/hedro34.h": "#include <hedro34/base/text.h>\n#include <hedro34/component/exports.h>\n",
+    "hedro34/stray.h": "#include <string>\n",
+    "hedro34/attic/old.h": "#include <string>\n",
+    "hedro34/base/text.h": "#pragma once\n#include <string>\n#include <hedro34/version.h>\n",
+    "hedro34/base/text.cpp": '#include "text.h"\n\n#  include <hedro34/model/test.h>\n// #include <hedro34/merge/merge.h>\n',
+    "hedro34/base/all.h": "#include <hedro34/hedro34.h>\n",
+    "hedro34/platform/files.cpp": "#include <fcntl.h>\n#include <sys/stat.h>\n#include <hedro34/base/text.h>\n",
+    "hedro34/runtime/fault.cpp": "#include <signal.h>\n",
+    "hedro34/runtime/trap.cpp": "#include <string>\n#include <signal.h>\n",
+    "hedro34/model/test.h": '#include "hedro34/platform/xml.h"\n#include "../merge/merge.h"\n',
+    "hedro34/import/load.cpp": "#include <hedro34/model/test.h>\n#include <hedro34/import/load.h>\n#include <sys/mman.h>\n",
+    "hedro34/merge/merge.h": "#include <Windows.h>\n",
+    "hedro34/component/exports.h": "#include <hedro34/merge/merge.h>\n#include <host/main.h>\n",
+    "host/main.cpp": "#include <hedro34/component/exports.h>\n#include <unistd.h>\n",
+}
+
+EXPECTED = [
+    "hedro34/attic/old.h: stands in no room",
+    "hedro34/base/all.h:1: hedro34/hedro34.h: leaves the rooms",
+    "hedro34/base/text.cpp:3: hedro34/model/test.h: reaches back",
+    "hedro34/component/exports.h:2: host/main.h: leaves the rooms",
+    "hedro34/import/load.cpp:3: sys/mman.h: header of the operating system",
+    "hedro34/merge/merge.h:1: Windows.h: header of the operating system",
+    "hedro34/model/test.h:2: ../merge/merge.h: reaches back",
+    "hedro34/runtime/trap.cpp:2: signal.h: header of the operating system",
+    "hedro34/stray.h: stands in no room",
+]
+
+
+def check_the_check():
+    with tempfile.TemporaryDirectory() as folder:
+        root = pathlib.Path(folder)
+        for name, text in MADE_UP.items():
+            (root / name).parent.mkdir(parents=True, exist_ok=True)
+            (root / name).write_text(text, encoding="utf-8")
+        faults, _ = check(root)
+    assert faults == EXPECTED, "the check itself is at fault; it found\n  " + "\n  ".join(faults)
+
+
+def main():
+    check_the_check()
+    faults, lines = check(pathlib.Path(__file__).resolve().parent.parent)
+    assert lines > 0, "no include line found in hedro34/"
+    for fault in faults:
+        print(fault)
+    print(f"{lines} include lines, {len(faults)} faults")
+    return 1 if faults else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
