@@ -1,0 +1,31 @@
+#include "hedro34/platform/message_box.h"
+
+#include <unistd.h>
+
+#include <iostream>
+#include <string>
+
+namespace hedro34 {
+
+std::string box_as_lines(StringView text, StringView title) {
+  std::string lines = to_utf8(title) + '\n';
+  for (std::size_t i = 0; i < text.size();) {
+    const std::size_t end = std::min(text.find(u"\r\n", i), text.size());
+    append_utf8(lines, text.substr(i, end - i));
+    lines += '\n';
+    i = end + 2;
+  }
+  return lines;
+}
+
+std::int32_t TerminalMessageBox::Show(StringView text, std::int32_t flags, StringView title) {
+  std::cerr << box_as_lines(text, title) << std::flush;
+  if ((flags & box_buttons_mask) != box_ok_cancel) return answer_ok;
+  if (isatty(STDIN_FILENO) == 0) return answer_cancel;
+  std::cerr << "OK or Cancel? [o/C] " << std::flush;
+  std::string answer;
+  std::getline(std::cin, answer);
+  return !answer.empty() && (answer.front() == 'o' || answer.front() == 'O') ? answer_ok : answer_cancel;
+}
+
+}  // namespace hedro34

@@ -1,0 +1,102 @@
+#include "hedro34/runtime/basError.h"
+
+#include <array>
+#include <new>
+#include <stdexcept>
+
+#include "hedro34/platform/message_box.h"
+#include "hedro34/platform/platform.h"
+
+namespace hedro34 {
+namespace {
+
+thread_local Ref<Object> moErr;
+
+// The failure that is being handled, in the library's terms. Foreign exceptions of the standard library keep their words.
+Failure current_failure() {
+  try {
+    throw;
+  } catch (const Failure& failure) {
+    return failure;
+  } catch (const std::bad_alloc&) {
+    return {7, failure_text(7)};
+  } catch (const std::length_error&) {
+    return {7, failure_text(7)};
+  } catch (const std::exception& exception) {
+    return {5, from_utf8(exception.what())};
+  } catch (...) {
+    return {5, failure_text(5)};
+  }
+}
+
+void remove_all(String& text, StringView removed) {
+  for (auto at = text.find(removed); at != String::npos; at = text.find(removed, at)) text.erase(at, removed.size());
+}
+
+String report_text(const Variant& vNumber, const String& sDescription, const String& sLocation) {
+  return u"Error# " + to_text(vNumber) + u": " + sDescription + u", Location: " + sLocation;
+}
+
+void show(const String& text) { platform().message_box->Show(text, box_exclamation, u"Application Error"); }
+
+}  // namespace
+
+String Location::text() const {
+  String result = with_library ? u"HEDRO34 - " : u"";
+  return result.append(owner).append(u".").append(operation);
+}
+
+bool set_error_object(const Ref<Object>& oErr) {
+  moErr = oErr;
+  return static_cast<bool>(oErr);
+}
+
+std::int16_t RaiseError(std::int32_t lLine, Variant vNumber, std::int32_t lExtra1, String sDescription, String sLocation,
+                        String sExtra1, String sExtra2, String sExtra3, String sExtra4, std::int32_t lExtra2,
+                        String sExtra5, String sExtra6, String sExtra7, bool bExtra) noexcept {
+  std::int16_t result = 0;
+  Failure inner(0, {});
+  const auto attempt = [&] {
+    try {
+      platform().screen->SetMousePointer(0);
+      remove_all(sLocation, u" - HEDRO34");
+      if (lLine > 0) sLocation += u"; Line: " + decimal(lLine);
+      if (!moErr) return show(report_text(vNumber, sDescription, sLocation));
+      const Ref<Object> target = moErr;  // lives through the call, whatever the host does with `SetError` in it
+      std::array<Variant, 13> arguments = {vNumber, lExtra1, sDescription, sLocation, sExtra1, sExtra2, sExtra3,
+                                           sExtra4, lExtra2, sExtra5,      sExtra6,   sExtra7, bExtra};
+      result = to_int16(target->Call(u"RaiseError", arguments));
+    } catch (...) {
+      inner = current_failure();
+      throw;
+    }
+  };
+  if (quietly(attempt)) return result;
+  quietly([&] {
+    show(u"Application error: (#" + decimal(inner.number) + u") " + platform().error_texts->text(inner.number) +
+         u" occurred while trying to display:\r\n\r\n" + report_text(vNumber, sDescription, sLocation));
+  });
+  return 0;
+}
+
+void run_trapped(const Location& where, void (*body)(void*), void* context) noexcept {
+  try {
+    body(context);
+  } catch (...) {
+    quietly([&] {
+      const Failure failure = current_failure();
+      RaiseError(0, failure.number, 0, failure.description, where.text(), {}, {}, {}, {}, 1, {}, {}, {}, false);
+    });
+  }
+}
+
+bool run_quietly(void (*body)(void*), void* context) noexcept {
+  try {
+    body(context);
+    return true;
+  } catch (...) {
+    return false;
+  }
+}
+
+}  // namespace hedro34

@@ -1,0 +1,50 @@
+// The one way on which failures leave the library. An operation runs its steps inside `trap`; a failure there is reported
+// once, through `RaiseError`, and the operation returns normally with its result as it stood. Reports go to the error object
+// that the host gave through `SetError`, or into a message box when there is none.
+#pragma once
+
+#include <cstdint>
+
+#include "hedro34/base/variant.h"
+
+namespace hedro34 {
+
+// Where a failure happened: the class or module and the operation. As text "HEDRO34 - clsHEDROTest.Clear".
+struct Location {
+  const char16_t* owner;
+  const char16_t* operation;
+  bool with_library = true;  // the text starts with the library's name
+
+  String text() const;
+};
+
+// Stores the host's error object for the calling thread, in place of the one before; an empty reference takes it away. Gives
+// whether the reference is not empty. The object is held until the thread ends.
+bool set_error_object(const Ref<Object>& oErr);
+
+// Reports a failure. The mouse pointer goes back to its default shape; a line number above 0 is appended to the location as
+// "; Line: " and the number; then the error object's method "RaiseError" is called by name with all arguments but `lLine`,
+// each by reference, and its result as a 16-bit integer returned. Without an error object, and when the call or the
+// conversion fails, a message box shows the report and the result is 0. Never throws.
+std::int16_t RaiseError(std::int32_t lLine, Variant vNumber, std::int32_t lExtra1, String sDescription, String sLocation,
+                        String sExtra1, String sExtra2, String sExtra3, String sExtra4, std::int32_t lExtra2,
+                        String sExtra5, String sExtra6, String sExtra7, bool bExtra) noexcept;
+
+// Runs `body(context)`. A failure in it is reported with the location, error line 0, and goes no further.
+void run_trapped(const Location& where, void (*body)(void*), void* context) noexcept;
+
+// As `run_trapped`, for the few operations that answer with a neutral value and report nothing. Gives whether the body came
+// to its end.
+bool run_quietly(void (*body)(void*), void* context) noexcept;
+
+template <class Body>
+void trap(const Location& where, Body body) {
+  run_trapped(where, [](void* context) { (*static_cast<Body*>(context))(); }, &body);
+}
+
+template <class Body>
+bool quietly(Body body) {
+  return run_quietly([](void* context) { (*static_cast<Body*>(context))(); }, &body);
+}
+
+}  // namespace hedro34
