@@ -1,0 +1,164 @@
+// Reading of one `question` element: attributes, text, choices, answer and the metadata of `info`.
+#include <array>
+#include <cmath>
+
+#include "hedro34/import/leading_number.h"
+#include "hedro34/model/clsHEDROTest.h"
+#include "hedro34/platform/xml_document.h"
+
+namespace hedro34 {
+namespace {
+
+// Calls `visit(child, name)` for each child node, in document order.
+template <class Visit>
+void each_child(const Ref<IXMLDOMNode>& node, Visit visit) {
+  const Ref<IXMLDOMNodeList> children = node->childNodes();
+  const std::int32_t count = children ? children->length() : 0;
+  for (std::int32_t i = 0; i < count; ++i) {
+    const Ref<IXMLDOMNode> child = children->item(i);
+    visit(child, child->nodeName());
+  }
+}
+
+template <class Visit>
+void each_part(StringView text, char16_t delimiter, Visit visit) {
+  while (!text.empty()) {
+    const std::size_t end = text.find(delimiter);
+    visit(text.substr(0, end));
+    if (end == StringView::npos) return;
+    text.remove_prefix(end + 1);
+    if (text.empty()) visit(text);
+  }
+}
+
+Ref<IXMLDOMNode> attribute(const Ref<IXMLDOMNode>& node, StringView name) {
+  const Ref<IXMLDOMNamedNodeMap> attributes = node->attributes();
+  return attributes ? attributes->getNamedItem(name) : Ref<IXMLDOMNode>();
+}
+
+String element_text(const Ref<IXMLDOMNode>& node) { return to_text(node->nodeTypedValue()); }
+
+// The first letter decides between answers 1 and 2.
+void read_either(clsHEDROTestQuestion& question, StringView text, char16_t first, char16_t second) {
+  const char16_t letter = text.empty() ? u'\0' : upper(text.front());
+  if (letter == first) question.CorrectAnswers->Add(1);
+  if (letter == second) question.CorrectAnswers->Add(2);
+}
+
+void read_letters(clsHEDROTestQuestion& question, StringView text) {
+  each_part(text, u',', [&](StringView item) {
+    item = trim(item);
+    if (item.empty()) return;
+    question.CorrectAnswers->Add(static_cast<std::int16_t>(upper(item.front()) - 64));  // A is 1
+  });
+}
+
+void read_answer(clsHEDROTestQuestion& question, const Ref<IXMLDOMNode>& node) {
+  const String text = element_text(node);
+  switch (question.QuestionType) {
+    case HEDROTestQuestionTypeTrueFalse: return read_either(question, text, u'T', u'F');
+    case HEDROTestQuestionTypeYesNo: return read_either(question, text, u'Y', u'N');
+    default: return read_letters(question, text);
+  }
+}
+
+void read_points(clsHEDROTestQuestion& question, const Ref<IXMLDOMNode>& node, bool& partial_credit) {
+  question.CorrectAnd = true;
+  const double points = leading_number(element_text(node));
+  if (std::isinf(points)) fail(FailureNumber::Overflow);
+  question.CorrectPoints = to_float32(points);
+  const Ref<IXMLDOMNode> method = attribute(node, u"scoring-method");
+  if (method && equal_ignoring_case(to_text(method->nodeValue()), u"RightLessWrong")) partial_credit = true;
+}
+
+void read_objectives(clsHEDROTestQuestion& question, const Ref<IXMLDOMNode>& node) {
+  const String text = element_text(node);
+  const char16_t delimiter = text.find(u'|') == String::npos ? u',' : u'|';
+  each_part(text, delimiter, [&](StringView item) {
+    item = trim(item);
+    const Variant key = item;
+    if (!question.LearningObjectives->Exists(key)) question.LearningObjectives->Add(item, key);
+  });
+}
+
+// A list that names its states counts for those only; one without attributes counts for every state.
+void read_state_objectives(clsHEDROTestQuestion& question, const Ref<IXMLDOMNode>& node, StringView state) {
+  const Ref<IXMLDOMNamedNodeMap> attributes = node->attributes();
+  const std::int32_t count = attributes ? attributes->length() : 0;
+  if (count == 0) return read_objectives(question, node);
+  for (std::int32_t i = 0; i < count; ++i) {
+    const Ref<IXMLDOMNode> named = attributes->item(i);
+    if (equal_ignoring_case(named->nodeName(), u"state") && equal_ignoring_case(to_text(named->nodeValue()), state)) {
+      read_objectives(question, node);
+    }
+  }
+}
+
+void read_info(clsHEDROTest& test, clsHEDROTestQuestion& question, const Ref<IXMLDOMNode>& info, bool& partial_credit) {
+  const auto imports = [&](HEDROTestImportObjectives kind) { return (test.ImportObjectives & kind) != 0; };
+  each_child(info, [&](const Ref<IXMLDOMNode>& child, StringView name) {
+    const auto is = [&](const char16_t* expected) { return lower_equals(name, expected); };
+    if (is(u"difficulty")) {
+      question.Difficulty = element_text(child);
+    } else if (is(u"keywords")) {
+      question.Keywords = element_text(child);
+    } else if (is(u"miscellaneous")) {
+      question.Miscellaneous = element_text(child);
+    } else if (is(u"notes")) {
+      question.Notes = element_text(child);
+    } else if (is(u"reference")) {
+      question.Reference = element_text(child);
+    } else if (is(u"topic")) {
+      question.Topic = element_text(child);
+    } else if (is(u"points")) {
+      read_points(question, child, partial_credit);
+    } else if (is(u"text-objective") && imports(HEDROTestImportObjectivesLearning)) {
+      read_objectives(question, child);
+    } else if (is(u"local-standard") && imports(HEDROTestImportObjectivesLocal)) {
+      read_objectives(question, child);
+    } else if (is(u"state-objective") && imports(HEDROTestImportObjectivesState)) {
+      read_state_objectives(question, child, test.StateAbbreviation);
+    } else if (is(u"national-standard") && imports(HEDROTestImportObjectivesNational)) {
+      read_objectives(question, child);
+    }
+  });
+}
+
+}  // namespace
+
+bool clsHEDROTest::AddXMLQuestion(const Ref<IXMLDOMNode>& oNode, bool& bPartialCredit) {
+  bool result = false;
+  trap({u"clsHEDROTest", u"AddXMLQuestion"}, [&] {
+    const auto question = make<clsHEDROTestQuestion>();
+    if (const auto type = attribute(oNode, u"type")) question->QuestionType = QuestionType(to_text(type->nodeValue()));
+    if (question->QuestionType == HEDROTestQuestionTypeTrueFalse) {
+      question->Answers->AddDelimitedString(u"True\tFalse", tab);
+    } else if (question->QuestionType == HEDROTestQuestionTypeYesNo) {
+      question->Answers->AddDelimitedString(u"Yes\tNo", tab);
+    }
+    if (const auto id = attribute(oNode, u"question-id")) question->ID = to_text(id->nodeValue());
+    if (const auto bank = attribute(oNode, u"bank-id")) question->ID = question->ID.str() + to_text(bank->nodeValue());
+    each_child(oNode, [&](const Ref<IXMLDOMNode>& child, StringView name) {
+      if (lower_equals(name, u"text")) {
+        question->QuestionText = trim(NodeText(child));
+      } else if (lower_equals(name, u"choices")) {
+        each_child(child, [&](const Ref<IXMLDOMNode>& choice, StringView) {
+          question->Answers->Add(trim(NodeText(choice)));
+        });
+      } else if (lower_equals(name, u"answer")) {
+        read_answer(*question, child);
+      } else if (lower_equals(name, u"bi-display-mode")) {
+        if (const auto mode = attribute(child, u"value")) {
+          question->QuestionType = QuestionType(to_text(mode->nodeValue()));
+        }
+      } else if (lower_equals(name, u"info")) {
+        read_info(*this, *question, child, bPartialCredit);
+      }
+    });
+    Questions->Add(question);
+    result = true;
+  });
+  return result;
+}
+
+}  // namespace hedro34

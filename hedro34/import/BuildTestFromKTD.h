@@ -1,0 +1,16 @@
+// The conversion of a data document into a test.
+#pragma once
+
+#include "hedro34/model/clsHEDROTest.h"
+#include "hedro34/platform/WENKtdDocument.h"
+
+namespace hedro34 {
+
+// Adds a question to the test for each question of the document that is graded or subjective; its `ID` is the position there,
+// in decimal. Types come from the choices, correct answers from the key's labels, sequences from the document's orders, and
+// the multiple-choice scales from the first multiple-choice questions at an odd and an even position. Subjective questions
+// stay only behind the last graded one. False for a null, silently, and after a failure, reported at
+// "HEDRO34 - basPublic.BuildTestFromKTD": what was built so far stays in the test.
+bool BuildTestFromKTD(clsHEDROTest* oTest, WENKtdDocument* oKTD);
+
+}  // namespace hedro34

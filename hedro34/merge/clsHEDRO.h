@@ -1,0 +1,51 @@
+// The merge object: everything that a merge works on, and the operations that prepare and run it. The host fills the fields,
+// calls `RemoveInvalid`, with several versions `ValidTestVersions`, then `Merge`, and reads `TemplateOut` and `WENKTD`.
+//
+// Refusals of the library's own checks are message boxes and False; failures are reported once and give False. No operation
+// undoes what it has done.
+#pragma once
+
+#include "hedro34/model/clsHEDROTests.h"
+#include "hedro34/platform/TIBTemplate.h"
+#include "hedro34/platform/WENKtdDocument.h"
+
+namespace hedro34 {
+
+class clsHEDRO final : public Object {
+ public:
+  clsHEDRO();
+  ~clsHEDRO() override;
+
+  Ref<TIBTemplate> TemplateIn;   // the form template that a merge reads; it stays as it is
+  Ref<TIBTemplate> TemplateOut;  // must hold a template before `Merge`, which clears it and puts the changed copy in its place
+  Ref<clsHEDROTests> Tests;      // the test at position 1, its further versions behind it
+  Ref<WENKtdDocument> WENKTD;    // the document that `Merge` empties and fills
+
+  // Takes every question out of the tests that is not true/false, yes/no, multiple choice or subjective, then those beyond
+  // `lMaxQuestions` (0 or less: no limit), and rebuilds the sequences of a test that lost some. Tells the user under
+  // `Verbose`. False at the first test without a supported question (an empty test is passed over).
+  bool RemoveInvalid(std::int32_t lMaxQuestions = 0);
+
+  // Merges the first test with `TemplateIn`: the n-th graded field takes the n-th question. True when it ran to its end. At
+  // False from its second phase on, `TemplateOut` is a partly changed copy and the document holds what was written so far.
+  bool Merge();
+
+  bool Verbose = true;  // whether warnings and refusals are shown, but for those of `ValidTestVersions`
+
+  // Whether all tests hold the questions of the first one, by ID, each with as many answers and the same correct ones. The
+  // first difference is shown whatever `Verbose` says.
+  bool ValidTestVersions();
+
+  // The field that holds the version identifier, from 1; `Merge` lowers it by the fields that stop being graded before it.
+  std::int32_t SequenceQuestion = 0;
+
+  // Stores the error object for all failures on this thread; an empty reference takes it away. Gives whether there is one.
+  bool SetError(const Ref<Object>& oErr);
+
+ private:
+  friend class MergeRun;
+  bool BuildSequences(const KeyedList<std::int32_t>& oFieldNumbers);
+  bool ValidVersionIdentifier(StringView sVersion);
+};
+
+}  // namespace hedro34

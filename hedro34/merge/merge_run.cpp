@@ -1,0 +1,116 @@
+#include "hedro34/merge/merge_run.h"
+
+#include "hedro34/merge/here.h"
+
+namespace hedro34 {
+
+bool clsHEDRO::Merge() {
+  bool result = false;
+  trap(here(u"Merge"), [&] { result = MergeRun(*this).run(); });
+  return result;
+}
+
+bool MergeRun::run() {
+  if (!check_preconditions()) return false;
+  copy_template();
+  read_field_names();
+  start_document();
+  if (!fit_graded_fields()) return false;
+  if (!walk_fields()) return false;
+  add_subjective_questions();
+  return host_.BuildSequences(field_numbers_);
+}
+
+bool MergeRun::refuse(StringView title, StringView text) const {
+  if (host_.Verbose) show_warning(title, text);
+  return false;
+}
+
+bool MergeRun::check_preconditions() {
+  if (host_.Tests->Count() == 0) {
+    return refuse(u"Invalid test",
+                  u"An error occurred merging the specified template and test. The test is invalid. Operation aborted.");
+  }
+  test_ = host_.Tests->Item(1);
+  if (!host_.TemplateIn) {
+    return refuse(
+        u"Invalid Template",
+        u"An error occurred merging the specified template and test. The template is invalid. Operation aborted.");
+  }
+  if (host_.TemplateIn->QuestionCount() == 0) {
+    return refuse(u"Invalid Template",
+                  u"An error occurred merging the specified template and test. The template does not contain any "
+                  u"questions. Operation aborted.");
+  }
+  if (test_->Questions->Count() == 0) {
+    return refuse(u"Invalid test",
+                  u"An error occurred merging the specified template and test. The test does not contain any questions. "
+                  u"Operation aborted.");
+  }
+  subjective_count_ = test_->Questions->TypeCount(HEDROTestQuestionTypeSubjective);
+  graded_count_ = test_->Questions->Count() - subjective_count_;
+  if (graded_count_ > host_.TemplateIn->GradedQuestionCount()) {
+    return refuse(u"Invalid Merge",
+                  u"An error occurred merging the test with the specified template. The test contains more graded "
+                  u"questions than the specified template. Operation aborted.");
+  }
+  return true;
+}
+
+void MergeRun::copy_template() {
+  host_.TemplateOut->Clear();
+  host_.TemplateOut = host_.TemplateIn->Copy(true);
+}
+
+void MergeRun::read_field_names() {
+  const Variant names =
+      host_.TemplateOut->QuestionNames(1, host_.TemplateOut->QuestionCount(), false, u"\t", false);
+  const Array<String>& array = to_strings(names);
+  for (std::int64_t i = array.LBound(); i <= array.UBound(); ++i) field_names_.push_back(array[i]);
+}
+
+void MergeRun::start_document() {
+  host_.WENKTD->Clear();
+  host_.WENKTD->SetPageCount(host_.TemplateIn->PageCount());
+  host_.WENKTD->SetDocumentKind(1);
+  host_.WENKTD->PrepareDefaults();
+  for (std::int32_t i = 1; i <= test_->Questions->Count(); ++i) {
+    const Ref<clsHEDROTestStrings> texts = test_->Questions->Item(i)->LearningObjectives;
+    for (std::int32_t j = 1; j <= texts->Count(); ++j) {
+      const String text = texts->Item(j);
+      if (host_.WENKTD->Objectives()->Exists(text)) continue;
+      const Ref<WENKtdObjective> objective = platform().document_objects->objective();
+      objective->SetName(text);
+      host_.WENKTD->Objectives()->Add(objective, objective->Name());
+    }
+  }
+}
+
+bool MergeRun::fit_graded_fields() {
+  const std::int32_t surplus = host_.TemplateOut->GradedQuestionCount() - graded_count_;
+  if (surplus > 0) ungrade_last_fields(surplus);
+  if (graded_count_ == host_.TemplateOut->GradedQuestionCount()) return true;
+  return refuse(u"Invalid Merge",
+                u"An error occurred merging the test with the specified template. The test contains a different number of "
+                u"graded questions than the specified template. Operation aborted.");
+}
+
+void MergeRun::ungrade_last_fields(std::int32_t surplus) {
+  const Ref<TIBPages> pages = host_.TemplateOut->Pages();
+  for (std::int32_t p = pages->Count(); p >= 1; --p) {
+    const Ref<TIBRegions> regions = pages->Item(p)->Regions();
+    for (std::int32_t r = regions->Count(); r >= 1; --r) {
+      const Ref<TIBQuestions> fields = regions->Item(r)->Questions();
+      for (std::int32_t f = fields->Count(); f >= 1; --f) {
+        const Ref<TIBQuestion> field = fields->Item(f);
+        if (!field->Graded()) continue;
+        field->SetGraded(false);
+        --surplus;
+        if (field->FieldNumber(true) <= host_.SequenceQuestion) --host_.SequenceQuestion;
+        if (surplus == 0) return;
+      }
+    }
+  }
+}
+
+}  // namespace hedro34

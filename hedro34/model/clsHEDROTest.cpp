@@ -1,0 +1,109 @@
+#include "hedro34/model/clsHEDROTest.h"
+
+#include <array>
+
+namespace hedro34 {
+namespace {
+
+constexpr Location here(const char16_t* operation) { return {u"clsHEDROTest", operation}; }
+
+struct Code {
+  const char16_t* text;
+  std::int32_t number;
+  HEDROTestQuestionType type;
+};
+
+constexpr std::array codes = {
+    Code{u"tf", 0, HEDROTestQuestionTypeTrueFalse},
+    Code{u"yn", 5, HEDROTestQuestionTypeYesNo},
+    Code{u"mc", 2, HEDROTestQuestionTypeMultipleChoice},
+    Code{u"mr", 3, HEDROTestQuestionTypeMultipleChoice},
+    Code{u"mtf", 1, HEDROTestQuestionTypeModifiedTrueFalse},
+    Code{u"nr", 6, HEDROTestQuestionTypeNumericResponse},
+    Code{u"co", 7, HEDROTestQuestionTypeCompletion},
+    Code{u"ma", 8, HEDROTestQuestionTypeMatching},
+    Code{u"sa", 9, HEDROTestQuestionTypeShortAnswer},
+    Code{u"pr", 10, HEDROTestQuestionTypeProblem},
+    Code{u"es", 11, HEDROTestQuestionTypeEssay},
+    Code{u"ca", 12, HEDROTestQuestionTypeCase},
+    Code{u"ot", 13, HEDROTestQuestionTypeOther},
+    Code{u"bi", 4, HEDROTestQuestionTypeBimodal},
+};
+
+}  // namespace
+
+clsHEDROTest::clsHEDROTest() {
+  trap(here(u"Class_Initialize"), [&] {
+    Questions = make<clsHEDROTestQuestions>();
+    Sequences = make<clsHEDROTestSequences>();
+    MultipleChoiceOddScale = make<clsHEDROTestStrings>();
+    MultipleChoiceEvenScale = make<clsHEDROTestStrings>();
+    TrueFalseScale = make<clsHEDROTestStrings>();
+    YesNoScale = make<clsHEDROTestStrings>();
+    MultipleChoiceOddScale->AddDelimitedString(u"A\tB\tC\tD", tab);
+    MultipleChoiceEvenScale->AddDelimitedString(u"A\tB\tC\tD", tab);
+    TrueFalseScale->AddDelimitedString(u"T\tF", tab);
+    YesNoScale->AddDelimitedString(u"Y\tN", tab);
+  });
+}
+
+clsHEDROTest::~clsHEDROTest() {
+  trap(here(u"Class_Terminate"), [&] {
+    Questions = nullptr;
+    Sequences = nullptr;
+    MultipleChoiceOddScale = nullptr;
+    MultipleChoiceEvenScale = nullptr;
+    TrueFalseScale = nullptr;
+    YesNoScale = nullptr;
+  });
+}
+
+HEDROTestQuestionType clsHEDROTest::QuestionType(const Variant& vType) const {
+  auto result = HEDROTestQuestionType{};
+  trap(here(u"QuestionType"), [&] {
+    const String* text = vType.text();
+    const double number = text == nullptr ? to_double(vType) : 0;
+    for (const Code& code : codes) {
+      if (text != nullptr ? lower_equals(*text, code.text) : code.number == number) {
+        result = code.type;
+        return;
+      }
+    }
+    result = HEDROTestQuestionTypeUnknown;
+  });
+  return result;
+}
+
+void clsHEDROTest::Clear() {
+  trap(here(u"Clear"), [&] {
+    Sequences->RemoveAll();
+    Questions->RemoveAll();
+    Title.clear();
+    Version.clear();
+    ID.clear();
+    UserDefined = false;
+    Description.clear();
+    TeacherID.clear();
+    CreatedBy.clear();
+    Notes.clear();
+    Source = HEDROTestSourceTypeUnknown;
+  });
+}
+
+bool clsHEDROTest::SetError(const Ref<Object>& oErr) {
+  bool result = false;
+  trap(here(u"SetError"), [&] { result = set_error_object(oErr); });
+  return result;
+}
+
+std::int32_t clsHEDROTest::NumObjectives() const {
+  std::int32_t result = 0;
+  trap(here(u"NumObjectives"), [&] {
+    std::int32_t sum = 0;
+    for (std::int32_t i = 1; i <= Questions->Count(); ++i) sum += Questions->Item(i)->LearningObjectives->Count();
+    result = sum;
+  });
+  return result;
+}
+
+}  // namespace hedro34

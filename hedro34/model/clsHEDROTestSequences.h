@@ -1,0 +1,26 @@
+// The versions of a test, under their labels as keys: `Answer` of a sequence at the time of `Add`.
+#pragma once
+
+#include "hedro34/model/clsHEDROTestSequence.h"
+
+namespace hedro34 {
+
+class clsHEDROTestSequences final : public Collection<clsHEDROTestSequences, Ref<clsHEDROTestSequence>> {
+ public:
+  static constexpr const char16_t* class_name = u"clsHEDROTestSequences";
+
+  // True when added. A label that is a key already, and an empty reference, is a failure.
+  bool Add(const Ref<clsHEDROTestSequence>& oSequence);
+
+  // Adds one sequence that follows the order of `oQuestions`; False, and nothing changed, when there is a sequence already.
+  bool AddDefault(const Ref<clsHEDROTestQuestions>& oQuestions, StringView sAnswer = u"A");
+
+  bool Remove(const Variant& vKey);  // True when removed; False when nothing is there
+  bool RemoveAll();                  // whether nothing is left
+  Ref<clsHEDROTestSequence> Item(const Variant& vKey) const;  // the sequence itself, or an empty reference
+
+ private:
+  friend class Collection<clsHEDROTestSequences, Ref<clsHEDROTestSequence>>;
+};
+
+}  // namespace hedro34

@@ -1,0 +1,96 @@
+#include "hedro34/model/clsHEDROTestStrings.h"
+
+#include "hedro34/model/bounds.h"
+
+namespace hedro34 {
+namespace {
+
+constexpr std::size_t added_limit = 50;
+constexpr std::size_t written_limit = 255;
+
+Array<String> split(StringView text, StringView delimiter) {
+  std::vector<String> parts;
+  while (true) {
+    const std::size_t end = delimiter.empty() ? StringView::npos : text.find(delimiter);
+    parts.emplace_back(text.substr(0, end));
+    if (end == StringView::npos) return Array<String>::of(std::move(parts), 0);
+    text.remove_prefix(end + delimiter.size());
+  }
+}
+
+}  // namespace
+
+bool clsHEDROTestStrings::Add(StringView Item, const Variant& Key, const Variant& Before, const Variant& After) {
+  bool result = false;
+  trap(here(u"Add"), [&] {
+    items_.add(String(Item.substr(0, added_limit)), Key, Before, After);
+    result = true;
+  });
+  return result;
+}
+
+bool clsHEDROTestStrings::AddArray(const Array<String>& Value) {
+  bool result = false;
+  trap(here(u"AddArray"), [&] {
+    const std::int32_t last = Value.UBound();
+    for (std::int64_t i = Value.LBound(); i <= last; ++i) Add(Value[i]);
+    result = true;
+  });
+  return result;
+}
+
+bool clsHEDROTestStrings::AddDelimitedString(StringView Items, StringView sDelimiter) {
+  bool result = false;
+  trap(here(u"AddDelimitedString"), [&] {
+    if (Items.empty()) return;
+    result = AddArray(split(Items, sDelimiter));
+  });
+  return result;
+}
+
+bool clsHEDROTestStrings::Remove(const Variant& Index) { return remove_existing(Index); }
+
+bool clsHEDROTestStrings::RemoveAll() { return remove_all(); }
+
+String clsHEDROTestStrings::Item(const Variant& Index) const { return item_or(Index, {}); }
+
+void clsHEDROTestStrings::SetItem(const Variant& Index, StringView sValue) {
+  trap(here(u"Item"), [&] {
+    if (!Exists(Index)) return;
+    items_.add(String(sValue.substr(0, written_limit)), missing, missing, Index);
+    items_.remove(Index);
+  });
+}
+
+String clsHEDROTestStrings::AsString(StringView sDelimiter) const {
+  String result;
+  trap(here(u"AsString"), [&] {
+    String text;
+    for (std::int32_t i = 1; i <= items_.count(); ++i) text.append(items_.at(i)).append(sDelimiter);
+    if (!text.empty()) text.resize(text.size() - sDelimiter.size());
+    result = std::move(text);
+  });
+  return result;
+}
+
+Array<String> clsHEDROTestStrings::AsArray(std::int32_t lLowerBound) const {
+  Array<String> result;
+  trap(here(u"AsArray"), [&] {
+    Array<String> values(lLowerBound, upper_bound(items_.count(), lLowerBound));
+    for (std::int32_t i = 1; i <= items_.count(); ++i) values[std::int64_t{lLowerBound} + i - 1] = items_.at(i);
+    result = std::move(values);
+  });
+  return result;
+}
+
+Ref<clsHEDROTestStrings> clsHEDROTestStrings::Copy() const {
+  Ref<clsHEDROTestStrings> result;
+  trap(here(u"Copy"), [&] {
+    auto copy = make<clsHEDROTestStrings>();
+    copy->AddDelimitedString(AsString(tab), tab);
+    result = std::move(copy);
+  });
+  return result;
+}
+
+}  // namespace hedro34

@@ -1,0 +1,45 @@
+// The library's ordered list of strings: answers, objectives and scales. See collection.h for the rules of all collections.
+#pragma once
+
+#include "hedro34/model/collection.h"
+
+namespace hedro34 {
+
+class clsHEDROTestStrings final : public Collection<clsHEDROTestStrings, String> {
+ public:
+  static constexpr const char16_t* class_name = u"clsHEDROTestStrings";
+
+  // Adds the first 50 units of `Item` at the end, or before or behind the element that `Before` or `After` names; True when
+  // it was added. A `Key` in use, and a `Before` or `After` that names nothing, is a failure.
+  bool Add(StringView Item, const Variant& Key = missing, const Variant& Before = missing,
+           const Variant& After = missing);
+
+  // Adds every element in order, without keys. An array without bounds is a failure.
+  bool AddArray(const Array<String>& Value);
+
+  // Splits at every delimiter and adds all parts, the empty ones too. An empty `Items` adds nothing and gives False; an empty
+  // delimiter splits nothing.
+  bool AddDelimitedString(StringView Items, StringView sDelimiter = tab);
+
+  bool Remove(const Variant& Index);  // True when removed; False when nothing is there
+  bool RemoveAll();                   // whether nothing is left
+
+  // The string at the index, or an empty one.
+  String Item(const Variant& Index) const;
+
+  // Puts the first 255 units of `sValue` in place of the element. It keeps its position and loses its key. Nothing happens
+  // when there is no such element.
+  void SetItem(const Variant& Index, StringView sValue);
+
+  String AsString(StringView sDelimiter = tab) const;          // the elements with the delimiter between them
+  Array<String> AsArray(std::int32_t lLowerBound = 1) const;   // without bounds for an empty collection
+
+  // A new collection, filled through tab-joined text: without keys, each element cut to 50 units, an element with a tab
+  // split in two, and a single empty element lost. An empty reference after a failure.
+  Ref<clsHEDROTestStrings> Copy() const;
+
+ private:
+  friend class Collection<clsHEDROTestStrings, String>;
+};
+
+}  // namespace hedro34

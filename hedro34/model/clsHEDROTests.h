@@ -1,0 +1,29 @@
+// The tests of a merge: the test that is merged at position 1 and its further versions behind it. It differs from the other
+// collections: `Add`, `Remove` and `RemoveAll` give no result, and removing what is not there is a failure.
+#pragma once
+
+#include "hedro34/model/clsHEDROTest.h"
+
+namespace hedro34 {
+
+class clsHEDROTests final : public Object {
+ public:
+  ~clsHEDROTests() override;
+
+  std::int32_t Count() const noexcept { return items_.count(); }
+
+  // Adds at the end, or before or behind the test that `Before` or `After` names. A `Key` in use, and an empty reference, is
+  // a failure; nothing is added then.
+  void Add(const Ref<clsHEDROTest>& Item, const Variant& Key = missing, const Variant& Before = missing,
+           const Variant& After = missing);
+  void Remove(const Variant& Index);
+  void RemoveAll();  // from the last to the first through `Remove`
+
+  Ref<clsHEDROTest> Item(const Variant& Index) const noexcept;  // the test itself, or an empty reference; never reports
+  bool Exists(const Variant& Index) const noexcept;
+
+ private:
+  KeyedList<Ref<clsHEDROTest>> items_;
+};
+
+}  // namespace hedro34
