@@ -117,13 +117,14 @@ class KeyedList {
   };
   struct Same : IgnoringCase {
     using IgnoringCase::operator();
+    // Not noexcept, which makes the container keep the hashes that it has computed.
     static StringView text(const Anchor* anchor) noexcept { return anchor->key(); }
     static StringView text(StringView key) noexcept { return key; }
-    std::size_t operator()(const Anchor* anchor) const noexcept { return (*this)(text(anchor)); }
+    std::size_t operator()(const Anchor* anchor) const { return (*this)(text(anchor)); }
     bool operator()(const auto& a, const auto& b) const noexcept { return equal_ignoring_case(text(a), text(b)); }
   };
   using Index = std::unordered_set<const Anchor*, Same, Same>;
-  static constexpr std::int32_t unindexed_keys = 8;  // up to so many, a walk is faster than an index
+  static constexpr std::int32_t unindexed = 8;  // a list of up to so many elements: a walk is faster than an index
 
   static StringView key_of(const Variant& key) {
     if (key.is<Missing>()) return {};
@@ -193,10 +194,8 @@ class KeyedList {
     const Anchor* anchor = added.anchor.get();
     move_gap(static_cast<std::size_t>(position - 1));
     if (front_.size() == front_.capacity()) front_.reserve(front_.empty() ? 4 : 2 * front_.size());
-    if (anchor != nullptr && keys_ >= unindexed_keys) {
-      if (!index_) build_index();
-      index_->insert(anchor);
-    }
+    if (!index_ && count() >= unindexed && (anchor != nullptr || keys_ > 0)) build_index();
+    if (index_ && anchor != nullptr) index_->insert(anchor);
     push(front_, std::move(added), 0);
     if (anchor != nullptr) ++keys_;
     return position;

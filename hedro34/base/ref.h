@@ -26,6 +26,9 @@ class Object {
   // 438 when there is no method of that name, which is all that this default does.
   virtual Variant Call(StringView name, std::span<Variant> arguments);
 
+  // Whether more than one reference holds the object.
+  bool shared() const noexcept { return count_ > 1; }
+
   void retain() const noexcept { ++count_; }
   void release() const noexcept {
     if (--count_ == 0) std::unique_ptr<const Object>(this).reset();

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <limits>
 #include <optional>
+#include <utility>
 
 namespace hedro34 {
 namespace {
@@ -19,7 +20,10 @@ String shortest(Number number) {
 // A whole text as a decimal number; nothing when it is none.
 std::optional<double> parse_number(StringView text) {
   text = trim(text);
-  if (text.starts_with(u'+')) text.remove_prefix(1);
+  if (text.starts_with(u'+')) {
+    text.remove_prefix(1);
+    if (text.starts_with(u'-')) return std::nullopt;
+  }
   std::string ascii;
   for (const char16_t unit : text) {
     const bool of_a_number = (unit >= u'0' && unit <= u'9') || unit == u'.' || unit == u'-' || unit == u'+' ||
@@ -63,6 +67,11 @@ String to_text(const Variant& value) {
         }
       },
       value.value());
+}
+
+String to_text(Variant&& value) {
+  if (String* text = std::get_if<String>(&value.value())) return std::move(*text);
+  return to_text(std::as_const(value));
 }
 
 double to_double(const Variant& value) {

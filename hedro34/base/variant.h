@@ -64,6 +64,7 @@ class Variant {
     return std::get_if<T>(&value_);
   }
   const Value& value() const noexcept { return value_; }
+  Value& value() noexcept { return value_; }
 
   friend bool operator==(const Variant&, const Variant&) = default;
 
@@ -77,6 +78,7 @@ inline const Variant missing{Missing{}};
 // The value as text: text as it is, nothing for Empty, "True" and "False", numbers in their shortest decimal form. Failure 13
 // for null, missing, objects and arrays.
 String to_text(const Variant& value);
+String to_text(Variant&& value);
 
 // The value as a 64-bit float: numbers, Booleans (True is -1), Empty (0) and text that is a decimal number, with or without
 // blanks around it. Failure 13 for all else.

@@ -31,10 +31,11 @@ void each_part(StringView text, char16_t delimiter, Visit visit) {
   }
 }
 
-Ref<IXMLDOMNode> attribute(const Ref<IXMLDOMNode>& node, StringView name) {
-  const Ref<IXMLDOMNamedNodeMap> attributes = node->attributes();
+Ref<IXMLDOMNode> named(const Ref<IXMLDOMNamedNodeMap>& attributes, StringView name) {
   return attributes ? attributes->getNamedItem(name) : Ref<IXMLDOMNode>();
 }
+
+Ref<IXMLDOMNode> attribute(const Ref<IXMLDOMNode>& node, StringView name) { return named(node->attributes(), name); }
 
 String element_text(const Ref<IXMLDOMNode>& node) { return to_text(node->nodeTypedValue()); }
 
@@ -87,8 +88,8 @@ void read_state_objectives(clsHEDROTestQuestion& question, const Ref<IXMLDOMNode
   const std::int32_t count = attributes ? attributes->length() : 0;
   if (count == 0) return read_objectives(question, node);
   for (std::int32_t i = 0; i < count; ++i) {
-    const Ref<IXMLDOMNode> named = attributes->item(i);
-    if (equal_ignoring_case(named->nodeName(), u"state") && equal_ignoring_case(to_text(named->nodeValue()), state)) {
+    const Ref<IXMLDOMNode> found = attributes->item(i);
+    if (equal_ignoring_case(found->nodeName(), u"state") && equal_ignoring_case(to_text(found->nodeValue()), state)) {
       read_objectives(question, node);
     }
   }
@@ -130,14 +131,15 @@ bool clsHEDROTest::AddXMLQuestion(const Ref<IXMLDOMNode>& oNode, bool& bPartialC
   bool result = false;
   trap({u"clsHEDROTest", u"AddXMLQuestion"}, [&] {
     const auto question = make<clsHEDROTestQuestion>();
-    if (const auto type = attribute(oNode, u"type")) question->QuestionType = QuestionType(to_text(type->nodeValue()));
+    const Ref<IXMLDOMNamedNodeMap> attributes = oNode->attributes();
+    if (const auto type = named(attributes, u"type")) question->QuestionType = QuestionType(to_text(type->nodeValue()));
     if (question->QuestionType == HEDROTestQuestionTypeTrueFalse) {
       question->Answers->AddDelimitedString(u"True\tFalse", tab);
     } else if (question->QuestionType == HEDROTestQuestionTypeYesNo) {
       question->Answers->AddDelimitedString(u"Yes\tNo", tab);
     }
-    if (const auto id = attribute(oNode, u"question-id")) question->ID = to_text(id->nodeValue());
-    if (const auto bank = attribute(oNode, u"bank-id")) question->ID = question->ID.str() + to_text(bank->nodeValue());
+    if (const auto id = named(attributes, u"question-id")) question->ID = to_text(id->nodeValue());
+    if (const auto bank = named(attributes, u"bank-id")) question->ID = question->ID.str() + to_text(bank->nodeValue());
     each_child(oNode, [&](const Ref<IXMLDOMNode>& child, StringView name) {
       if (lower_equals(name, u"text")) {
         question->QuestionText = trim(NodeText(child));

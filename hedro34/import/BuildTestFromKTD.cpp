@@ -127,12 +127,12 @@ void read_sequences(clsHEDROTest& test, WENKtdVersions& versions) {
 }
 
 // Fills the scale from the first multiple-choice question at `first`, `first` + 2 and so on; leaves it when there is none.
-void fill_scale(clsHEDROTestStrings& scale, const clsHEDROTestQuestions& questions, std::int32_t first) {
+void fill_scale(const Ref<clsHEDROTestStrings>& scale, const clsHEDROTestQuestions& questions, std::int32_t first) {
   for (std::int32_t i = first; i <= questions.Count(); i += 2) {
     const Ref<clsHEDROTestQuestion> question = questions.Item(i);
     if (question->QuestionType != HEDROTestQuestionTypeMultipleChoice) continue;
-    scale.RemoveAll();
-    scale.AddArray(question->Answers->AsArray(1));
+    scale->RemoveAll();
+    scale->AddArray(question->Answers->AsArray(1));
     return;
   }
 }
@@ -152,8 +152,8 @@ bool BuildTestFromKTD(clsHEDROTest* oTest, WENKtdDocument* oKTD) {
     for (std::int32_t n = 1; n <= count; ++n) has_subjective |= add_question(*oTest, *oKTD, n);
     if (has_subjective) screen_subjective_questions(*oTest->Questions);
     read_sequences(*oTest, *oKTD->Versions());
-    fill_scale(*oTest->MultipleChoiceOddScale, *oTest->Questions, 1);
-    fill_scale(*oTest->MultipleChoiceEvenScale, *oTest->Questions, 2);
+    fill_scale(oTest->MultipleChoiceOddScale, *oTest->Questions, 1);
+    fill_scale(oTest->MultipleChoiceEvenScale, *oTest->Questions, 2);
     result = true;
   });
   return result;

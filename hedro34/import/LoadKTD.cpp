@@ -20,11 +20,12 @@ StringView title_of(StringView path) {
 bool clsHEDROTest::LoadKTD(const String& sKTDFile) {
   bool result = false;
   trap({u"clsHEDROTest", u"LoadKTD"}, [&] {
+    const String path = sKTDFile;  // it may be a text of this test, which `Clear` empties
     const Ref<WENKtdDocument> document = platform().document_objects->document();
-    if (!document->Load(sKTDFile)) return;
+    if (!document->Load(path)) return;
     Clear();
     if (!BuildTestFromKTD(this, document.get())) return;
-    if (const StringView title = title_of(sKTDFile); !title.empty()) Title = title;
+    if (const StringView title = title_of(path); !title.empty()) Title = title;
     if (!TrimScales()) return;
     result = Questions->Count() > 0;
   });

@@ -31,7 +31,7 @@ bool clsHEDRO::ValidVersionIdentifier(StringView sVersion) {
     const Ref<WENKtdQuestion> question = questions->Item(SequenceQuestion);
     if (question->Graded()) return;
     const Ref<WENKtdStrings> labels = question->ChoiceLabels();
-    for (std::int32_t i = 1; i <= labels->Count() && !result; ++i) {
+    for (std::int32_t i = 1; !result && i <= labels->Count(); ++i) {
       result = equal_ignoring_case(labels->Item(i), sVersion);
     }
   });

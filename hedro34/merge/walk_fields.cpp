@@ -43,10 +43,10 @@ bool MergeRun::walk_fields() {
 bool MergeRun::visit_field(TIBRegion& region, const Ref<TIBQuestion>& field) {
   ++field_number_;
   const Ref<WENKtdQuestion> question = platform().document_objects->question();
-  const bool graded = field->Graded();
   question->SetCorrectPoints(field->CorrectPoints());
   question->SetValueKind(region.ValueKind() == 1 ? 1 : 2);
   question->SetScaleOption(field->ScaleOption());
+  const bool graded = field->Graded();
   question->SetGraded(graded);
   question->SetItemOption(field->ItemOption());
   question->SetIncorrectPoints(field->IncorrectPoints());

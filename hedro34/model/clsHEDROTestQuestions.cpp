@@ -41,7 +41,8 @@ clsHEDROTestQuestions::clsHEDROTestQuestions() = default;
 
 clsHEDROTestQuestions::~clsHEDROTestQuestions() {
   trap(here(u"Class_Terminate"), [&] {
-    for (std::int32_t i = items_.count(); i >= 1; --i) drop(i);
+    for (std::int32_t i = items_.count(); i >= 1; --i) items_.at(i).place.reset();
+    items_ = {};
   });
 }
 
@@ -142,7 +143,9 @@ void clsHEDROTestQuestions::unindex(const Place& place, const String& id) noexce
 
 void clsHEDROTestQuestions::drop(const Variant& Index) {
   items_.at(Index).place.reset();
-  items_.remove(Index);
+  if (quietly([&] { items_.remove(Index); })) return;
+  strangers_complete_ = false;  // the question stays, but nobody hears its ID change
+  fail(FailureNumber::OutOfMemory);
 }
 
 }  // namespace hedro34

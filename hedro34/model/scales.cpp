@@ -86,7 +86,7 @@ Ref<clsHEDROTestStrings> clsHEDROTest::QuestionScale(const Variant& vQuestionInd
     const Ref<clsHEDROTestStrings> scale = (is_odd ? MultipleChoiceOddScale : MultipleChoiceEvenScale)->Copy();
     const std::int32_t answers = question->Answers->Count();
     shorten(scale, answers);
-    while (scale->Count() < answers) scale->Add({});
+    for (std::int32_t i = scale->Count(); i < answers; ++i) scale->Add({});
     result = scale;
   });
   return result;

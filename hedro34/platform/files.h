@@ -1,0 +1,69 @@
+// Files as the library reads and writes them. A path is a text, UTF-8 for the system. Where the platform's own separator is
+// "/", a path to read that names no file as it stands is tried once more with every "\" read as "/"; a path to write is
+// taken as it stands. A failure leaves its reason in `last_refusal()`; a success leaves the refusal as it was.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "hedro34/base/text.h"
+#include "hedro34/platform/refusal.h"
+
+namespace hedro34 {
+
+// A file opened for reading, closed at the end of its life.
+class InputFile {
+ public:
+  // Nothing, and a refusal of kind Unreadable, when the system does not open it or it is a folder.
+  static std::optional<InputFile> open(StringView path);
+  InputFile(InputFile&& other) noexcept;
+  InputFile& operator=(InputFile&&) = delete;
+  ~InputFile();
+
+  // Reads until `size` bytes are there or the file ends, so that a smaller result means the end. Nothing, and a refusal of
+  // kind Unreadable, at a failure.
+  std::optional<std::size_t> read(char* target, std::size_t size);
+  std::uint64_t size() const noexcept { return size_; }  // bytes, as the system gave it at opening; 0 when it has none
+
+ private:
+  InputFile(int descriptor, std::uint64_t size, StringView path) : descriptor_(descriptor), size_(size), path_(path) {}
+  int descriptor_;
+  std::uint64_t size_;
+  String path_;
+};
+
+// The whole content, or nothing and a refusal of kind Unreadable.
+std::optional<std::string> read_file(StringView path);
+
+// A file written beside its target: complete and flushed to disk when `write` returns, in place after `commit`. Without a
+// commit the target keeps its content and the temporary file is removed.
+class PendingFile {
+ public:
+  // Nothing, and a refusal of kind Unwritable, when it cannot be written; nothing is left behind then. An existing target
+  // passes on its permissions and, where the system lets it, its owner; it must be a regular file that may be written. A
+  // symbolic link stays, and what it names is replaced.
+  static std::optional<PendingFile> write(StringView path, std::string_view bytes);
+  PendingFile(PendingFile&& other) noexcept;
+  PendingFile& operator=(PendingFile&&) = delete;
+  ~PendingFile();
+
+  // Renames the temporary file over the target; called once. False and a refusal when the system does not let it: the
+  // target is then as it was.
+  bool commit();
+
+ private:
+  PendingFile(std::string target, StringView path) : target_(std::move(target)), path_(path) {}
+  std::string temporary_;  // empty when there is nothing to remove
+  std::string target_;
+  String path_;
+};
+
+// True when both paths name one file, be it there already or not: equal texts, equal after resolving ".", "..", links and
+// "\", or the same file under two names.
+bool same_file(StringView a, StringView b);
+
+}  // namespace hedro34

@@ -1,0 +1,205 @@
+#include "hedro34/platform/json_writer.h"
+
+#include <array>
+#include <charconv>
+#include <cmath>
+
+#include "hedro34/platform/files.h"
+#include "hedro34/platform/refusal.h"
+
+namespace hedro34 {
+namespace {
+
+class Writer {
+ public:
+  explicit Writer(std::string& out) : out_(out) {}
+
+  // False when something cannot be written: `fault()` says what, with the pointer from this object on.
+  bool write(const JsonTable& table, Object& object) {
+    if (table.check != nullptr) {
+      if (auto fault = table.check(object)) {
+        fault_ = std::move(*fault);
+        return false;
+      }
+    }
+    out_ += '{';
+    ++depth_;
+    bool first = true;
+    for (const JsonRow& row : table.rows) {
+      if (!first) out_ += ',';
+      first = false;
+      new_line();
+      out_ += '"';
+      out_ += row.name;
+      out_ += "\": ";
+      if (!std::visit([&](const auto& place) { return value(place, object); }, row.place)) {
+        return inside(row.name);
+      }
+    }
+    --depth_;
+    new_line();
+    out_ += '}';
+    return true;
+  }
+
+  JsonFault& fault() noexcept { return fault_; }
+
+ private:
+  void new_line() {
+    out_ += '\n';
+    out_.append(2 * depth_, ' ');
+  }
+
+  bool inside(std::string_view part) {
+    fault_.pointer.insert(0, part);
+    fault_.pointer.insert(0, 1, '/');
+    return false;
+  }
+
+  template <class Number>
+  void number(Number value) {
+    std::array<char, 32> digits{};
+    out_.append(digits.data(), std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr);
+  }
+
+  void text(StringView text) {
+    constexpr std::string_view hex = "0123456789abcdef";
+    out_ += '"';
+    std::size_t start = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+      const char16_t unit = text[i];
+      if (unit >= 0x20 && unit != u'"' && unit != u'\\') continue;
+      append_utf8(out_, text.substr(start, i - start));
+      start = i + 1;
+      out_ += '\\';
+      switch (unit) {
+        case u'"':
+        case u'\\': out_ += static_cast<char>(unit); break;
+        case u'\b': out_ += 'b'; break;
+        case u'\f': out_ += 'f'; break;
+        case u'\n': out_ += 'n'; break;
+        case u'\r': out_ += 'r'; break;
+        case u'\t': out_ += 't'; break;
+        default:
+          out_ += "u00";
+          out_ += hex[unit >> 4];
+          out_ += hex[unit & 15];
+      }
+    }
+    append_utf8(out_, text.substr(start));
+    out_ += '"';
+  }
+
+  // Plain values on one line.
+  void list(std::size_t count, auto&& element) {
+    out_ += '[';
+    for (std::size_t i = 0; i < count; ++i) {
+      if (i > 0) out_ += ", ";
+      element(i);
+    }
+    out_ += ']';
+  }
+
+  // One element a line; stops at one that cannot be written.
+  bool lines(std::size_t count, auto&& element) {
+    out_ += '[';
+    ++depth_;
+    for (std::size_t i = 0; i < count; ++i) {
+      if (i > 0) out_ += ',';
+      new_line();
+      if (!element(i)) return inside(std::to_string(i));
+    }
+    --depth_;
+    if (count > 0) new_line();
+    out_ += ']';
+    return true;
+  }
+
+  bool value(JsonPlaceOf<String> place, Object& object) {
+    text(place(object));
+    return true;
+  }
+  bool value(JsonPlaceOf<bool> place, Object& object) {
+    out_ += place(object) ? "true" : "false";
+    return true;
+  }
+  bool value(JsonPlaceOf<std::int16_t> place, Object& object) {
+    number(place(object));
+    return true;
+  }
+  bool value(JsonPlaceOf<std::int32_t> place, Object& object) {
+    number(place(object));
+    return true;
+  }
+  bool value(JsonPlaceOf<double> place, Object& object) {
+    const double held = place(object);
+    if (!std::isfinite(held)) {
+      fault_ = {"", "the number is not finite"};
+      return false;
+    }
+    number(held);
+    return true;
+  }
+  bool value(const JsonTexts& place, Object& object) {
+    list(place.count(object), [&](std::size_t i) { text(place.at(object, i)); });
+    return true;
+  }
+  bool value(const JsonFlags& place, Object& object) {
+    const std::vector<bool>* flags = place.all(object);
+    list(flags == nullptr ? 0 : flags->size(), [&](std::size_t i) { out_ += (*flags)[i] ? "true" : "false"; });
+    return true;
+  }
+  bool value(const JsonNumberLists& place, Object& object) {
+    return lines(place.count(object), [&](std::size_t i) {
+      const auto& numbers = place.at(object, i);
+      list(numbers.size(), [&](std::size_t k) { number(numbers[k]); });
+      return true;
+    });
+  }
+  bool value(const JsonObject& place, Object& object) { return write(*place.table, place.at(object)); }
+  bool value(const JsonObjects& place, Object& object) {
+    return lines(place.count(object), [&](std::size_t i) { return write(*place.table, place.at(object, i)); });
+  }
+  bool value(const JsonFixed& fixed, Object&) {
+    if (const auto* fixed_text = std::get_if<std::string_view>(&fixed)) {
+      out_ += '"';
+      out_ += *fixed_text;
+      out_ += '"';
+    } else {
+      number(std::get<std::int32_t>(fixed));
+    }
+    return true;
+  }
+
+  std::string& out_;
+  std::size_t depth_ = 0;
+  JsonFault fault_;
+};
+
+}  // namespace
+
+std::optional<std::string> write_json(const JsonTable& table, Object& root, StringView path) {
+  forget_refusal();
+  std::string text;
+  Writer writer(text);
+  if (!writer.write(table, root)) {
+    Refusal refusal;
+    refusal.kind = Refusal::Kind::Unwritable;
+    refusal.path = path;
+    refusal.pointer = std::move(writer.fault().pointer);
+    refusal.reason = std::move(writer.fault().reason);
+    refuse(std::move(refusal));
+    return std::nullopt;
+  }
+  text += '\n';
+  return text;
+}
+
+bool save_json(const JsonTable& table, Object& root, StringView path) {
+  const auto text = write_json(table, root, path);
+  if (!text) return false;
+  auto file = PendingFile::write(path, *text);
+  return file && file->commit();
+}
+
+}  // namespace hedro34

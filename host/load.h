@@ -1,0 +1,19 @@
+// Reading the tests that a command names.
+#pragma once
+
+#include "hedro34/model/clsHEDROTest.h"
+#include "host/arguments.h"
+#include "host/messages.h"
+
+namespace host {
+
+// The path as the library takes that of a KTD document: with "\" between folders, and behind ".\" when it is a mere name
+// with a period in it, so that the test gets its title from the file's name.
+hedro34::String ktd_path(hedro34::String path);
+
+// A new test from an ExamView file or a KTD document, whichever the file is. Throws a `Stop` when the library answers False:
+// `BadInput` when it refused the file, `Refused` when the file is in order but gives no test.
+hedro34::Ref<hedro34::clsHEDROTest> load_test(const hedro34::String& path, const ImportOptions& options,
+                                              Messages& messages);
+
+}  // namespace host

@@ -1,0 +1,82 @@
+#include <csignal>
+#include <new>
+
+#include "hedro34/base/failure.h"
+#include "hedro34/base/text.h"
+#include "hedro34/platform/files.h"
+#include "hedro34/platform/platform.h"
+#include "host/arguments.h"
+#include "host/form.h"
+#include "host/merge.h"
+#include "host/messages.h"
+#include "host/show.h"
+#include "host/stop.h"
+
+namespace host {
+namespace {
+
+// Runs the steps; what ends them early becomes a line on standard error and the exit code.
+template <class Steps>
+ExitCode finished(Steps steps) {
+  try {
+    return steps();
+  } catch (const Stop& stop) {
+    report(stop.line);
+    return stop.code;
+  } catch (const hedro34::Failure& failure) {
+    report("stopped by failure " + std::to_string(failure.number) + ": " + hedro34::to_utf8(failure.description));
+  } catch (const std::bad_alloc&) {
+    report("stopped: out of memory");
+  } catch (const std::exception& exception) {
+    report(std::string("stopped: ") + exception.what());
+  }
+  return ExitCode::Refused;
+}
+
+template <class TestCommand>
+ExitCode run(const TestCommand& command, void (*steps)(const TestCommand&, Messages&)) {
+  Messages messages(command.import.partial_credit);
+  hedro34::platform().message_box = &messages;
+  ExitCode code = finished([&] {
+    steps(command, messages);
+    if (messages.failures() == 0) return ExitCode::Done;
+    report("done, with failures on the way: " + std::to_string(messages.failures()) +
+           ", named above; what they name is missing in the result");
+    return ExitCode::DoneWithFailures;
+  });
+  if (!command.import.messages) return code;
+  const ExitCode written = finished([&] {
+    auto file = hedro34::PendingFile::write(*command.import.messages, messages.lines());
+    if (file && file->commit()) return ExitCode::Done;
+    throw Stop(ExitCode::BadOutput, "cannot write the messages: " + to_line(hedro34::last_refusal()));
+  });
+  return code == ExitCode::Done ? written : code;
+}
+
+ExitCode run(const ShowCommand& command) { return run(command, &show); }
+
+ExitCode run(const MergeCommand& command) { return run(command, &merge); }
+
+ExitCode run(const FormCommand& command) {
+  form(command);
+  return ExitCode::Done;
+}
+
+ExitCode run(const Information& information) {
+  print(information.text);
+  return ExitCode::Done;
+}
+
+}  // namespace
+}  // namespace host
+
+int main(int argc, char** argv) {
+#ifdef SIGPIPE
+  std::signal(SIGPIPE, SIG_IGN);  // a reader that went away is a failed write, with its line and its exit code
+#endif
+  const auto code = host::finished([&] {
+    const std::vector<std::string> words(argv + (argc > 0 ? 1 : 0), argv + argc);
+    return std::visit([](const auto& command) { return host::run(command); }, host::parse(words));
+  });
+  return static_cast<int>(code);
+}

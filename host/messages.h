@@ -1,0 +1,45 @@
+// What the library says while a command runs: message boxes and reported failures. Both go to standard error at once and
+// are kept, in order, as the lines of the messages file.
+//
+//   Messages messages(PartialCredit::Ask);
+//   platform().message_box = &messages;
+//   test->SetError(messages.error_object());
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+#include "hedro34/base/ref.h"
+#include "hedro34/platform/message_box.h"
+#include "host/arguments.h"
+
+namespace host {
+
+class Messages final : public hedro34::TerminalMessageBox {
+ public:
+  explicit Messages(PartialCredit partial_credit) : partial_credit_(partial_credit) {}
+
+  // Shows the box. The one about partial credit is answered as the constructor was told; where that is to ask, and for any
+  // other question, the user is asked on the terminal.
+  std::int32_t Show(hedro34::StringView text, std::int32_t flags, hedro34::StringView title) override;
+
+  // Writes and keeps a failure.
+  void failure(std::int32_t number, const hedro34::String& description, const hedro34::String& location);
+
+  // The object that takes the library's reports for this collection, which must outlive it.
+  hedro34::Ref<hedro34::Object> error_object();
+
+  std::size_t failures() const noexcept { return failures_; }
+  std::size_t count() const noexcept { return count_; }         // boxes and failures
+  const std::string& lines() const noexcept { return lines_; }  // one JSON object a line, in order
+
+ private:
+  void keep(const std::string& line);
+
+  PartialCredit partial_credit_;
+  std::string lines_;
+  std::size_t count_ = 0;
+  std::size_t failures_ = 0;
+};
+
+}  // namespace host
