@@ -39,15 +39,15 @@ bool clsHEDROTest::AddSequence(const Ref<clsHEDROTest>& oTestVersion) {
   trap({u"clsHEDROTest", u"AddSequence"}, [&] {
     if (!oTestVersion) return;
     if (Sequences->Exists(oTestVersion->Version)) {
-      refuse(u"Version Exists",
-             u"The new version already exists.\r\n\r\nVersion: " + oTestVersion->Version.str());
+      refuse(u"Version Exists", u"The new version already exists.\r\n\r\nVersion: " + oTestVersion->Version.str());
       return;
     }
     const std::int32_t count = oTestVersion->Questions->Count();
     if (Questions->Count() != count) {
-      refuse(u"Number of Questions",
-             u"The new version of the test contains a different number of questions.\r\n\r\nNumber of Questions in Test: " +
-                 decimal(Questions->Count()) + u"\r\nNumber of Questions in New Test Version: " + decimal(count));
+      refuse(
+          u"Number of Questions",
+          u"The new version of the test contains a different number of questions.\r\n\r\nNumber of Questions in Test: " +
+              decimal(Questions->Count()) + u"\r\nNumber of Questions in New Test Version: " + decimal(count));
       return;
     }
     const auto sequence = make<clsHEDROTestSequence>();

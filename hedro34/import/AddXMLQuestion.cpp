@@ -1,5 +1,4 @@
 // Reading of one `question` element: attributes, text, choices, answer and the metadata of `info`.
-#include <array>
 #include <cmath>
 
 #include "hedro34/import/leading_number.h"
@@ -9,15 +8,12 @@
 namespace hedro34 {
 namespace {
 
-// Calls `visit(child, name)` for each child node, in document order.
+// Calls `visit(child)` for each child node, in document order.
 template <class Visit>
 void each_child(const Ref<IXMLDOMNode>& node, Visit visit) {
   const Ref<IXMLDOMNodeList> children = node->childNodes();
   const std::int32_t count = children ? children->length() : 0;
-  for (std::int32_t i = 0; i < count; ++i) {
-    const Ref<IXMLDOMNode> child = children->item(i);
-    visit(child, child->nodeName());
-  }
+  for (std::int32_t i = 0; i < count; ++i) visit(children->item(i));
 }
 
 template <class Visit>
@@ -97,7 +93,8 @@ void read_state_objectives(clsHEDROTestQuestion& question, const Ref<IXMLDOMNode
 
 void read_info(clsHEDROTest& test, clsHEDROTestQuestion& question, const Ref<IXMLDOMNode>& info, bool& partial_credit) {
   const auto imports = [&](HEDROTestImportObjectives kind) { return (test.ImportObjectives & kind) != 0; };
-  each_child(info, [&](const Ref<IXMLDOMNode>& child, StringView name) {
+  each_child(info, [&](const Ref<IXMLDOMNode>& child) {
+    const StringView name = child->nodeName();
     const auto is = [&](const char16_t* expected) { return lower_equals(name, expected); };
     if (is(u"difficulty")) {
       question.Difficulty = element_text(child);
@@ -140,13 +137,12 @@ bool clsHEDROTest::AddXMLQuestion(const Ref<IXMLDOMNode>& oNode, bool& bPartialC
     }
     if (const auto id = named(attributes, u"question-id")) question->ID = to_text(id->nodeValue());
     if (const auto bank = named(attributes, u"bank-id")) question->ID = question->ID.str() + to_text(bank->nodeValue());
-    each_child(oNode, [&](const Ref<IXMLDOMNode>& child, StringView name) {
+    each_child(oNode, [&](const Ref<IXMLDOMNode>& child) {
+      const StringView name = child->nodeName();
       if (lower_equals(name, u"text")) {
         question->QuestionText = trim(NodeText(child));
       } else if (lower_equals(name, u"choices")) {
-        each_child(child, [&](const Ref<IXMLDOMNode>& choice, StringView) {
-          question->Answers->Add(trim(NodeText(choice)));
-        });
+        each_child(child, [&](const Ref<IXMLDOMNode>& choice) { question->Answers->Add(trim(NodeText(choice))); });
       } else if (lower_equals(name, u"answer")) {
         read_answer(*question, child);
       } else if (lower_equals(name, u"bi-display-mode")) {

@@ -63,7 +63,8 @@ double beyond_range(const std::string& whole, const std::string& fraction, const
     exponent = std::stoll(kept.substr(0, enough));
     if (power.find('-') != std::string::npos) exponent = -exponent;
   }
-  const std::int64_t magnitude = zeros(whole) >= 0 ? static_cast<std::int64_t>(whole.size()) - zeros(whole) : -zeros(fraction);
+  const std::int64_t magnitude =
+      zeros(whole) >= 0 ? static_cast<std::int64_t>(whole.size()) - zeros(whole) : -zeros(fraction);
   return magnitude + exponent > 0 ? std::numeric_limits<double>::infinity() : 0;
 }
 

@@ -16,10 +16,11 @@ class clsHEDRO final : public Object {
   clsHEDRO();
   ~clsHEDRO() override;
 
-  Ref<TIBTemplate> TemplateIn;   // the form template that a merge reads; it stays as it is
-  Ref<TIBTemplate> TemplateOut;  // must hold a template before `Merge`, which clears it and puts the changed copy in its place
-  Ref<clsHEDROTests> Tests;      // the test at position 1, its further versions behind it
-  Ref<WENKtdDocument> WENKTD;    // the document that `Merge` empties and fills
+  Ref<TIBTemplate> TemplateIn;  // the form template that a merge reads; it stays as it is
+  Ref<TIBTemplate>
+      TemplateOut;  // must hold a template before `Merge`, which clears it and puts the changed copy in its place
+  Ref<clsHEDROTests> Tests;    // the test at position 1, its further versions behind it
+  Ref<WENKtdDocument> WENKTD;  // the document that `Merge` empties and fills
 
   // Takes every question out of the tests that is not true/false, yes/no, multiple choice or subjective, then those beyond
   // `lMaxQuestions` (0 or less: no limit), and rebuilds the sequences of a test that lost some. Tells the user under

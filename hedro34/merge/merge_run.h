@@ -33,13 +33,13 @@ class MergeRun {
   bool refuse(StringView title, StringView text) const;
 
   clsHEDRO& host_;
-  Ref<clsHEDROTest> test_;                // the test that is merged
-  std::int32_t subjective_count_ = 0;     // its subjective questions
-  std::int32_t graded_count_ = 0;         // all others
-  std::vector<String> field_names_;       // by field number
+  Ref<clsHEDROTest> test_;                 // the test that is merged
+  std::int32_t subjective_count_ = 0;      // its subjective questions
+  std::int32_t graded_count_ = 0;          // all others
+  std::vector<String> field_names_;        // by field number
   KeyedList<std::int32_t> field_numbers_;  // of graded questions, by question ID
-  std::int32_t field_number_ = 0;         // of the visited field
-  std::int32_t question_number_ = 0;      // in the test
+  std::int32_t field_number_ = 0;          // of the visited field
+  std::int32_t question_number_ = 0;       // in the test
 
   // The first position of each objective's name, as far as the document's objectives were read: a name is read when a search
   // first comes to it, and once.

@@ -130,6 +130,12 @@ std::int32_t clsHEDROTestQuestions::position_of_id(const String& id) const {
   return result;
 }
 
+std::int32_t clsHEDROTestQuestions::first_position(const Variant& Index) const {
+  const std::int32_t position = items_.find_position(Index);
+  const bool ids_are_keys = strangers_complete_ && strangers_.empty();  // so no two are the same
+  return position == 0 || ids_are_keys ? position : position_of_id(items_.at(position).question->ID);
+}
+
 void clsHEDROTestQuestions::index(const Place& place, const String& id) noexcept {
   if (!quietly([&] { strangers_[id].insert(&place); })) strangers_complete_ = false;
 }

@@ -34,6 +34,9 @@ class clsHEDROTestQuestions final : public Object {
   // for the logarithm of the number of questions whose ID is not their key.
   std::int32_t position_of_id(const String& id) const;
 
+  // The position of the first question with the `ID` of the one at the index; 0 when there is nothing at the index.
+  std::int32_t first_position(const Variant& Index) const;
+
  private:
   // What the collection keeps for a question: its place, and an ear for changes of its ID.
   class Place;

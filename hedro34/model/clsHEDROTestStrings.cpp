@@ -1,5 +1,7 @@
 #include "hedro34/model/clsHEDROTestStrings.h"
 
+#include <algorithm>
+
 #include "hedro34/model/bounds.h"
 
 namespace hedro34 {
@@ -87,7 +89,17 @@ Ref<clsHEDROTestStrings> clsHEDROTestStrings::Copy() const {
   Ref<clsHEDROTestStrings> result;
   trap(here(u"Copy"), [&] {
     auto copy = make<clsHEDROTestStrings>();
-    copy->AddDelimitedString(AsString(tab), tab);
+    // As if the elements went through text that is joined and split again at tabs, without the text: a single empty element
+    // is an empty text, which adds nothing.
+    const bool nothing = items_.count() == 1 && items_.at(1).empty();
+    for (std::int32_t i = 1; i <= items_.count() && !nothing; ++i) {
+      for (StringView rest = items_.at(i);;) {
+        const std::size_t end = rest.find(*tab);
+        copy->items_.append(String(rest.substr(0, std::min(end, added_limit))));
+        if (end == StringView::npos) break;
+        rest.remove_prefix(end + 1);
+      }
+    }
     result = std::move(copy);
   });
   return result;

@@ -81,7 +81,7 @@ Ref<clsHEDROTestStrings> clsHEDROTest::QuestionScale(const Variant& vQuestionInd
       case HEDROTestQuestionTypeMultipleChoice: break;
       default: result = make<clsHEDROTestStrings>(); return;
     }
-    const bool is_odd = vIsOddOverride.is<Missing>() ? Questions->position_of_id(question->ID) % 2 == 1
+    const bool is_odd = vIsOddOverride.is<Missing>() ? Questions->first_position(vQuestionIndex) % 2 == 1
                                                      : to_boolean(CString(vIsOddOverride));
     const Ref<clsHEDROTestStrings> scale = (is_odd ? MultipleChoiceOddScale : MultipleChoiceEvenScale)->Copy();
     const std::int32_t answers = question->Answers->Count();

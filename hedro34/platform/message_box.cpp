@@ -24,7 +24,7 @@ std::int32_t TerminalMessageBox::Show(StringView text, std::int32_t flags, Strin
   if (isatty(STDIN_FILENO) == 0) return answer_cancel;
   std::cerr << "OK or Cancel? [o/C] " << std::flush;
   std::string answer;
-  std::getline(std::cin, answer);
+  if (!std::getline(std::cin, answer)) std::cerr << std::endl;
   return !answer.empty() && (answer.front() == 'o' || answer.front() == 'O') ? answer_ok : answer_cancel;
 }
 

@@ -1,0 +1,72 @@
+#!/usr/bin/env python3
+"""CPU time of `hedro34 merge` on 10,000 questions against xml.etree.ElementTree parsing the same file and nothing else.
+
+usage: bench/program.py [PROGRAM]     PROGRAM is build/release/hedro34 unless named
+"""
+import pathlib
+import resource
+import subprocess
+import sys
+import tempfile
+
+QUESTIONS = 10_000
+ROUNDS = 7
+TYPES = [("mc", "B"), ("tf", "T"), ("mc", "D"), ("mr", "A,C"), ("yn", "N")]
+WORDS = "the cell membrane energy glucose oxygen which of in to plants during process following carbon".split()
+
+
+def words(seed, count):
+    return " ".join(WORDS[(seed * 7 + i * 3) % len(WORDS)] for i in range(count))
+
+
+def question(number):
+    kind, answer = TYPES[number % len(TYPES)]
+    choices = ""
+    if kind[0] == "m":
+        choices = "<choices>\n" + "".join(
+            f"<choice-{letter}><font size='10'>{words(number + place, 4)}</font>\n</choice-{letter}>\n"
+            for place, letter in enumerate("abcd")
+        ) + "</choices>\n"
+    return (
+        f"<question type='{kind}' question-id='{number}' bank-id='7'>\n"
+        f"<text><para><font size='10'>{words(number, 14)}</font>\n</para></text>\n{choices}<answer>{answer}</answer>\n"
+        f"<info>\n<points scoring-method='AllOrNothing'>1</points>\n<difficulty>Easy</difficulty>\n"
+        f"<reference>Page {number}</reference>\n<topic>{words(number, 2)}</topic>\n<notes>{words(number, 5)}</notes>\n"
+        f"<text-objective>Objective {number % 50}</text-objective>\n</info>\n</question>\n"
+    )
+
+
+def cpu_seconds(command):
+    before = resource.getrusage(resource.RUSAGE_CHILDREN)
+    subprocess.run(command, check=True, stdout=subprocess.DEVNULL)
+    after = resource.getrusage(resource.RUSAGE_CHILDREN)
+    return after.ru_utime + after.ru_stime - before.ru_utime - before.ru_stime
+
+
+def main():
+    root = pathlib.Path(__file__).resolve().parent.parent
+    program = sys.argv[1] if len(sys.argv) > 1 else str(root / "build/release/hedro34")
+    with tempfile.TemporaryDirectory() as folder:
+        test, form = f"{folder}/test.xml", f"{folder}/form.json"
+        pathlib.Path(test).write_text(
+            "<?xml version='1.0'?>\n<examview>\n<header><title>Generated</title></header>\n"
+            + "".join(question(number) for number in range(1, QUESTIONS + 1)) + "</examview>\n"
+        )
+        subprocess.run([program, "form", "--questions", str(QUESTIONS), "--out", form], check=True)
+        merge = [program, "merge", "--objectives", "learning", "--form", form, "--form-out", f"{folder}/out.json",
+                 "--document-out", f"{folder}/out.ktd", test]
+        parse = [sys.executable, "-c", "import sys, xml.etree.ElementTree as e; e.parse(sys.argv[1])", test]
+        start = [sys.executable, "-c", "import xml.etree.ElementTree"]
+        times = {"merge": [], "parse": [], "start": []}
+        for _ in range(ROUNDS):
+            for name, command in (("merge", merge), ("parse", parse), ("start", start)):
+                times[name].append(cpu_seconds(command))
+    merged, parsed, started = (min(times[name]) for name in ("merge", "parse", "start"))
+    ratio = merged / (parsed - started)
+    print(f"hedro34 merge {merged:.3f} s, ElementTree {parsed - started:.3f} s (without {started:.3f} s to start)")
+    print(f"ratio {ratio:.2f}, at most 1.00{'' if ratio <= 1 else '  EXCEEDED'}")
+    return 0 if ratio <= 1 else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())
