@@ -54,12 +54,15 @@ std::string test_xml(int questions, int objectives) {
     xml += std::string("<question type='") + types[type] + "' question-id='" + number + "' bank-id='7' bank='unit'>\n";
     xml += "<text><para><font size='10'>" + words(dice, 14) + "</font>\n</para></text>\n";
     if (type < 3 || type == 5) add_choices(xml, dice);
-    xml += std::string("<answer>") + answers[type] + "</answer>\n<rationale><font>" + words(dice, 8) + "</font></rationale>\n";
+    xml += std::string("<answer>") + answers[type] + "</answer>\n<rationale><font>" + words(dice, 8) +
+           "</font></rationale>\n";
     xml += "<info>\n<points scoring-method='AllOrNothing'>1</points>\n<difficulty>Easy</difficulty>\n<reference>Page " +
            number + "</reference>\n<topic>" + words(dice, 2) + "</topic>\n<keywords>" + words(dice, 3) +
            "</keywords>\n<notes>" + words(dice, 5) + "</notes>\n";
     if (objectives > 0) {
-      const auto any = [&] { return "Objective " + std::to_string(dice.below(static_cast<std::uint32_t>(objectives))); };
+      const auto any = [&] {
+        return "Objective " + std::to_string(dice.below(static_cast<std::uint32_t>(objectives)));
+      };
       xml += "<text-objective>" + any() + ", " + any() + "</text-objective>\n";
     }
     xml += "</info>\n</question>\n";

@@ -18,8 +18,8 @@
 #include <memory>
 #include <string>
 
-#include "generate.h"
 #include "hedro34/hedro34.h"
+#include "generate.h"
 #include "tests/forwarding_host.h"
 
 namespace hedro34::bench {
@@ -64,7 +64,8 @@ Ref<clsHEDROTest> loaded(const Input& input) {
 
 void parse_bare(benchmark::State& state, const Input& input) {
   for (auto _ : state) {
-    const auto parser = std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)>(XML_ParserCreate(nullptr), XML_ParserFree);
+    const auto parser =
+        std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)>(XML_ParserCreate(nullptr), XML_ParserFree);
     require(XML_Parse(parser.get(), input.xml.data(), static_cast<int>(input.xml.size()), 1) == XML_STATUS_OK, "expat");
   }
 }
@@ -207,8 +208,8 @@ int run(int argc, char** argv) {
           ->Unit(benchmark::kMillisecond);
     }
   }
-  std::vector<std::string> options = {argv[0], "--benchmark_enable_random_interleaving=true", "--benchmark_repetitions=9",
-                                      "--benchmark_min_time=0.02"};
+  std::vector<std::string> options = {argv[0], "--benchmark_enable_random_interleaving=true",
+                                      "--benchmark_repetitions=9", "--benchmark_min_time=0.02"};
   options.insert(options.end(), argv + 1, argv + argc);
   std::vector<char*> arguments;
   for (std::string& option : options) arguments.push_back(option.data());

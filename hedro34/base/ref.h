@@ -53,11 +53,11 @@ class Ref {
   Ref(const Ref& other) noexcept : Ref(other.object_) {}
   Ref(Ref&& other) noexcept : object_(std::exchange(other.object_, nullptr)) {}
   template <class U>
-    requires std::is_convertible_v<U*, T*>
-  Ref(const Ref<U>& other) noexcept : Ref(static_cast<T*>(other.get())) {}
+  requires std::is_convertible_v<U*, T*> Ref(const Ref<U>& other)
+  noexcept : Ref(static_cast<T*>(other.get())) {}
   template <class U>
-    requires std::is_convertible_v<U*, T*>
-  Ref(Ref<U>&& other) noexcept : object_(other.detach()) {}
+  requires std::is_convertible_v<U*, T*> Ref(Ref<U>&& other)
+  noexcept : object_(other.detach()) {}
   ~Ref() {
     if (object_ != nullptr) object_->release();
   }
@@ -71,7 +71,8 @@ class Ref {
   T* detach() noexcept { return std::exchange(object_, nullptr); }  // the caller takes over the count
   explicit operator bool() const noexcept { return object_ != nullptr; }
   T* operator->() const {
-    if (object_ == nullptr) [[unlikely]] fail(FailureNumber::ObjectNotSet);
+    if (object_ == nullptr) [[unlikely]]
+      fail(FailureNumber::ObjectNotSet);
     return object_;
   }
   T& operator*() const { return *operator->(); }

@@ -26,8 +26,8 @@ std::optional<double> parse_number(StringView text) {
   }
   std::string ascii;
   for (const char16_t unit : text) {
-    const bool of_a_number = (unit >= u'0' && unit <= u'9') || unit == u'.' || unit == u'-' || unit == u'+' ||
-                             unit == u'e' || unit == u'E';
+    const bool of_a_number =
+        (unit >= u'0' && unit <= u'9') || unit == u'.' || unit == u'-' || unit == u'+' || unit == u'e' || unit == u'E';
     if (!of_a_number) return std::nullopt;
     ascii.push_back(static_cast<char>(unit));
   }

@@ -61,7 +61,8 @@ std::vector<std::int32_t> remove_unsupported(const Ref<clsHEDROTestQuestions>& q
 bool clsHEDRO::RemoveInvalid(std::int32_t lMaxQuestions) {
   bool result = false;
   trap(here(u"RemoveInvalid"), [&] {
-    for (std::int32_t n = 1; n <= Tests->Count(); ++n) {
+    const std::int32_t tests = Tests->Count();
+    for (std::int32_t n = 1; n <= tests; ++n) {
       const Ref<clsHEDROTest> test = Tests->Item(n);
       if (!test) {
         if (Verbose) {
@@ -78,10 +79,11 @@ bool clsHEDRO::RemoveInvalid(std::int32_t lMaxQuestions) {
       if (unsupported_count > 0) {
         const String numbers = counts(total, unsupported_count, questions->Count());
         if (Verbose && total > unsupported_count) {
-          show_warning(u"Invalid Question Type(s)",
-                       lines({u"Warning: The file contains one or more question types that are not supported. The "
-                              u"unsupported question types were removed.",
-                              supported_types, u"Unsupported Question Number(s): " + joined(unsupported), u"", numbers}));
+          show_warning(
+              u"Invalid Question Type(s)",
+              lines({u"Warning: The file contains one or more question types that are not supported. The "
+                     u"unsupported question types were removed.",
+                     supported_types, u"Unsupported Question Number(s): " + joined(unsupported), u"", numbers}));
         } else if (Verbose) {
           platform().message_box->Show(
               lines({u"An error occurred importing the test. The file does not contain any supported questions.",
@@ -98,11 +100,12 @@ bool clsHEDRO::RemoveInvalid(std::int32_t lMaxQuestions) {
           ++surplus;
         }
         if (surplus > 0 && Verbose) {
-          show_warning(u"Maximum Number of Questions",
-                       lines({u"Warning: The file contains more questions than are supported. One or more questions were "
-                              u"removed.",
-                              u"", u"Number of Supported Questions: " + decimal(lMaxQuestions), u"",
-                              counts(total, surplus, questions->Count())}));
+          show_warning(
+              u"Maximum Number of Questions",
+              lines({u"Warning: The file contains more questions than are supported. One or more questions were "
+                     u"removed.",
+                     u"", u"Number of Supported Questions: " + decimal(lMaxQuestions), u"",
+                     counts(total, surplus, questions->Count())}));
         }
       }
       if (unsupported_count > 0 || surplus > 0) {

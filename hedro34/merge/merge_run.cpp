@@ -1,5 +1,7 @@
 #include "hedro34/merge/merge_run.h"
 
+#include <limits>
+
 #include "hedro34/merge/here.h"
 
 namespace hedro34 {
@@ -28,8 +30,9 @@ bool MergeRun::refuse(StringView title, StringView text) const {
 
 bool MergeRun::check_preconditions() {
   if (host_.Tests->Count() == 0) {
-    return refuse(u"Invalid test",
-                  u"An error occurred merging the specified template and test. The test is invalid. Operation aborted.");
+    return refuse(
+        u"Invalid test",
+        u"An error occurred merging the specified template and test. The test is invalid. Operation aborted.");
   }
   test_ = host_.Tests->Item(1);
   if (!host_.TemplateIn) {
@@ -43,9 +46,10 @@ bool MergeRun::check_preconditions() {
                   u"questions. Operation aborted.");
   }
   if (test_->Questions->Count() == 0) {
-    return refuse(u"Invalid test",
-                  u"An error occurred merging the specified template and test. The test does not contain any questions. "
-                  u"Operation aborted.");
+    return refuse(
+        u"Invalid test",
+        u"An error occurred merging the specified template and test. The test does not contain any questions. "
+        u"Operation aborted.");
   }
   subjective_count_ = test_->Questions->TypeCount(HEDROTestQuestionTypeSubjective);
   graded_count_ = test_->Questions->Count() - subjective_count_;
@@ -63,8 +67,7 @@ void MergeRun::copy_template() {
 }
 
 void MergeRun::read_field_names() {
-  const Variant names =
-      host_.TemplateOut->QuestionNames(1, host_.TemplateOut->QuestionCount(), false, u"\t", false);
+  const Variant names = host_.TemplateOut->QuestionNames(1, host_.TemplateOut->QuestionCount(), false, u"\t", false);
   const Array<String>& array = to_strings(names);
   for (std::int64_t i = array.LBound(); i <= array.UBound(); ++i) field_names_.push_back(array[i]);
 }
@@ -74,13 +77,15 @@ void MergeRun::start_document() {
   host_.WENKTD->SetPageCount(host_.TemplateIn->PageCount());
   host_.WENKTD->SetDocumentKind(1);
   host_.WENKTD->PrepareDefaults();
-  for (std::int32_t i = 1; i <= test_->Questions->Count(); ++i) {
+  const std::int32_t questions = test_->Questions->Count();
+  for (std::int32_t i = 1; i <= questions; ++i) {
     const Ref<clsHEDROTestStrings> texts = test_->Questions->Item(i)->LearningObjectives;
-    for (std::int32_t j = 1; j <= texts->Count(); ++j) {
-      const String text = texts->Item(j);
+    const std::int32_t count = texts->Count();
+    for (std::int32_t j = 1; j <= count; ++j) {
+      const Variant text = texts->Item(j);
       if (host_.WENKTD->Objectives()->Exists(text)) continue;
       const Ref<WENKtdObjective> objective = platform().document_objects->objective();
-      objective->SetName(text);
+      objective->SetName(*text.text());
       host_.WENKTD->Objectives()->Add(objective, objective->Name());
     }
   }
@@ -90,9 +95,10 @@ bool MergeRun::fit_graded_fields() {
   const std::int32_t surplus = host_.TemplateOut->GradedQuestionCount() - graded_count_;
   if (surplus > 0) ungrade_last_fields(surplus);
   if (graded_count_ == host_.TemplateOut->GradedQuestionCount()) return true;
-  return refuse(u"Invalid Merge",
-                u"An error occurred merging the test with the specified template. The test contains a different number of "
-                u"graded questions than the specified template. Operation aborted.");
+  return refuse(
+      u"Invalid Merge",
+      u"An error occurred merging the test with the specified template. The test contains a different number of "
+      u"graded questions than the specified template. Operation aborted.");
 }
 
 void MergeRun::ungrade_last_fields(std::int32_t surplus) {
@@ -106,7 +112,10 @@ void MergeRun::ungrade_last_fields(std::int32_t surplus) {
         if (!field->Graded()) continue;
         field->SetGraded(false);
         --surplus;
-        if (field->FieldNumber(true) <= host_.SequenceQuestion) --host_.SequenceQuestion;
+        if (field->FieldNumber(true) <= host_.SequenceQuestion) {
+          if (host_.SequenceQuestion == std::numeric_limits<std::int32_t>::min()) fail(FailureNumber::Overflow);
+          --host_.SequenceQuestion;
+        }
         if (surplus == 0) return;
       }
     }

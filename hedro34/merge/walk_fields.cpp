@@ -76,11 +76,12 @@ bool MergeRun::take_question(TIBRegion& region, TIBQuestion& field, WENKtdQuesti
   const Ref<clsHEDROTestQuestion> asked = test_->Questions->Item(question_number_);
   field_numbers_.add(field_number_, asked->ID.str());
   if (asked->Answers->Count() > field.ChoiceLabels()->Count()) {
-    return refuse(u"Invalid Merge",
-                  u"An error occurred merging the test with the specified template. One or more questions from the test "
-                  u"contains more possible answers than are present in the specified template. Operation aborted."
-                  u"\r\n\r\n\tTemplate Field: " +
-                      region.Name() + u"\r\n\tTest Question ID: " + asked->ID.str());
+    return refuse(
+        u"Invalid Merge",
+        u"An error occurred merging the test with the specified template. One or more questions from the test "
+        u"contains more possible answers than are present in the specified template. Operation aborted."
+        u"\r\n\r\n\tTemplate Field: " +
+            region.Name() + u"\r\n\tTest Question ID: " + asked->ID.str());
   }
   question.NumericAnswerKey()->Add(test_->CorrectAnswersAsString(question_number_, u",", true, true));
   question.SetCorrectAnswerCount(asked->CorrectAnswers->Count());

@@ -17,8 +17,8 @@ class clsHEDROTest final : public Object {
   ~clsHEDROTest() override;
 
   Ref<clsHEDROTestQuestions> Questions;
-  Ref<clsHEDROTestSequences> Sequences;              // one for each version of the test
-  Ref<clsHEDROTestStrings> MultipleChoiceOddScale;   // labels for multiple-choice questions at odd positions: A, B, C, D
+  Ref<clsHEDROTestSequences> Sequences;             // one for each version of the test
+  Ref<clsHEDROTestStrings> MultipleChoiceOddScale;  // labels for multiple-choice questions at odd positions: A, B, C, D
   Ref<clsHEDROTestStrings> MultipleChoiceEvenScale;  // the same for even positions
   Ref<clsHEDROTestStrings> TrueFalseScale;           // T, F
   Ref<clsHEDROTestStrings> YesNoScale;               // Y, N

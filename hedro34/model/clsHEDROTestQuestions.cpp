@@ -57,9 +57,8 @@ bool clsHEDROTestQuestions::Add(const Ref<clsHEDROTestQuestion>& oQuestion, cons
   bool result = false;
   trap(here(u"Add"), [&] {
     const std::int32_t position = items_.add({oQuestion, nullptr}, oQuestion->ID.str(), Before, After);
-    const bool placed = quietly([&] {
-      items_.at(position).place = std::make_unique<Place>(*this, oQuestion->ID, items_.anchor_at(position));
-    });
+    const bool placed = quietly(
+        [&] { items_.at(position).place = std::make_unique<Place>(*this, oQuestion->ID, items_.anchor_at(position)); });
     if (!placed) {
       items_.remove(position);
       fail(FailureNumber::OutOfMemory);

@@ -31,8 +31,8 @@ class clsHEDROTestStrings final : public Collection<clsHEDROTestStrings, String>
   // when there is no such element.
   void SetItem(const Variant& Index, StringView sValue);
 
-  String AsString(StringView sDelimiter = tab) const;          // the elements with the delimiter between them
-  Array<String> AsArray(std::int32_t lLowerBound = 1) const;   // without bounds for an empty collection
+  String AsString(StringView sDelimiter = tab) const;         // the elements with the delimiter between them
+  Array<String> AsArray(std::int32_t lLowerBound = 1) const;  // without bounds for an empty collection
 
   // A new collection, filled through tab-joined text: without keys, each element cut to 50 units, an element with a tab
   // split in two, and a single empty element lost. An empty reference after a failure.

@@ -21,7 +21,7 @@ class WENKtdVersions;
 
 class WENKtdDocument : public Object {
  public:
-  virtual Ref<WENKtdQuestions> Questions() = 0;    // one for each field; the position is the field number
+  virtual Ref<WENKtdQuestions> Questions() = 0;  // one for each field; the position is the field number
   virtual Ref<WENKtdVersions> Versions() = 0;
   virtual Ref<WENKtdObjectives> Objectives() = 0;  // position 1 holds the default objective
   virtual void Clear() = 0;

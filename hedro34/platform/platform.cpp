@@ -25,7 +25,7 @@ Platform& platform() noexcept {
   static TerminalMessageBox message_box;
   static NoScreen screen;
   static StandardErrorTexts error_texts;
-  static Platform services = {&message_box,      &screen,         &error_texts,
+  static Platform services = {&message_box,       &screen,         &error_texts,
                               &expat_documents(), &form_objects(), &data_objects()};
   return services;
 }

@@ -31,12 +31,12 @@ class ErrorTexts {
 };
 
 struct Platform {
-  MessageBox* message_box;                // default: standard error
-  Screen* screen;                         // default: a terminal has no pointer, nothing happens
-  ErrorTexts* error_texts;                // default: `failure_text`
-  XmlDocumentFactory* xml_documents;      // default: `ExpatDocument`
-  TemplateFactory* template_objects;      // default: `FormRegion`
-  DocumentFactory* document_objects;      // default: `DataDocument` and its companions
+  MessageBox* message_box;            // default: standard error
+  Screen* screen;                     // default: a terminal has no pointer, nothing happens
+  ErrorTexts* error_texts;            // default: `failure_text`
+  XmlDocumentFactory* xml_documents;  // default: `ExpatDocument`
+  TemplateFactory* template_objects;  // default: `FormRegion`
+  DocumentFactory* document_objects;  // default: `DataDocument` and its companions
 };
 
 Platform& platform() noexcept;

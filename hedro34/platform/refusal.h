@@ -22,8 +22,9 @@ struct Refusal {
   String path{};            // as the caller gave it
   std::int64_t line = 0;    // from 1; 0 when no line is known
   std::int64_t column = 0;  // from 1, in characters or bytes of the file
-  std::string pointer{};    // JSON pointer of the offending value, UTF-8; empty when there is none or it is the whole file
-  std::string reason{};     // one line, UTF-8, without path and position
+  std::string
+      pointer{};         // JSON pointer of the offending value, UTF-8; empty when there is none or it is the whole file
+  std::string reason{};  // one line, UTF-8, without path and position
 };
 
 // The last refusal of this thread; kind None when its last load or save went well.

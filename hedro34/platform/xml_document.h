@@ -14,12 +14,12 @@ class IXMLDOMNodeList;
 
 class IXMLDOMNode : public Object {
  public:
-  virtual Ref<IXMLDOMNodeList> childNodes() = 0;            // direct children in document order
-  virtual StringView nodeName() = 0;                        // full name; valid while this node is held
-  virtual StringView baseName() = 0;                        // name without prefix, empty for a text node; valid as nodeName
-  virtual Variant nodeTypedValue() = 0;                     // the text inside an element, the value of a text node or attribute
-  virtual Variant nodeValue() = 0;                          // the value of an attribute, as a string
-  virtual Ref<IXMLDOMNamedNodeMap> attributes() = 0;        // empty reference for a node that cannot have any
+  virtual Ref<IXMLDOMNodeList> childNodes() = 0;  // direct children in document order
+  virtual StringView nodeName() = 0;              // full name; valid while this node is held
+  virtual StringView baseName() = 0;              // name without prefix, empty for a text node; valid as nodeName
+  virtual Variant nodeTypedValue() = 0;           // the text inside an element, the value of a text node or attribute
+  virtual Variant nodeValue() = 0;                // the value of an attribute, as a string
+  virtual Ref<IXMLDOMNamedNodeMap> attributes() = 0;  // empty reference for a node that cannot have any
 };
 
 class IXMLDOMElement : public IXMLDOMNode {};
@@ -53,7 +53,8 @@ class IXMLDOMDocument2 : public Object {
 class XmlDocumentFactory {
  public:
   virtual ~XmlDocumentFactory() = default;
-  virtual Ref<IXMLDOMDocument2> document() = 0;  // a new, empty document; throws failure 429 when there is none to be had
+  virtual Ref<IXMLDOMDocument2>
+  document() = 0;  // a new, empty document; throws failure 429 when there is none to be had
 };
 
 }  // namespace hedro34

@@ -51,9 +51,9 @@ bool set_error_object(const Ref<Object>& oErr) {
   return static_cast<bool>(oErr);
 }
 
-std::int16_t RaiseError(std::int32_t lLine, Variant vNumber, std::int32_t lExtra1, String sDescription, String sLocation,
-                        String sExtra1, String sExtra2, String sExtra3, String sExtra4, std::int32_t lExtra2,
-                        String sExtra5, String sExtra6, String sExtra7, bool bExtra) noexcept {
+std::int16_t RaiseError(std::int32_t lLine, Variant vNumber, std::int32_t lExtra1, String sDescription,
+                        String sLocation, String sExtra1, String sExtra2, String sExtra3, String sExtra4,
+                        std::int32_t lExtra2, String sExtra5, String sExtra6, String sExtra7, bool bExtra) noexcept {
   std::int16_t result = 0;
   Failure inner(0, {});
   const auto attempt = [&] {
@@ -73,7 +73,10 @@ std::int16_t RaiseError(std::int32_t lLine, Variant vNumber, std::int32_t lExtra
   };
   if (quietly(attempt)) return result;
   quietly([&] {
-    show(u"Application error: (#" + decimal(inner.number) + u") " + platform().error_texts->text(inner.number) +
+    String words;
+    const bool has_words = quietly([&] { words = platform().error_texts->text(inner.number); });
+    if (!has_words) words = failure_text(inner.number);
+    show(u"Application error: (#" + decimal(inner.number) + u") " + words +
          u" occurred while trying to display:\r\n\r\n" + report_text(vNumber, sDescription, sLocation));
   });
   return 0;

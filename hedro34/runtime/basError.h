@@ -26,9 +26,9 @@ bool set_error_object(const Ref<Object>& oErr);
 // "; Line: " and the number; then the error object's method "RaiseError" is called by name with all arguments but `lLine`,
 // each by reference, and its result as a 16-bit integer returned. Without an error object, and when the call or the
 // conversion fails, a message box shows the report and the result is 0. Never throws.
-std::int16_t RaiseError(std::int32_t lLine, Variant vNumber, std::int32_t lExtra1, String sDescription, String sLocation,
-                        String sExtra1, String sExtra2, String sExtra3, String sExtra4, std::int32_t lExtra2,
-                        String sExtra5, String sExtra6, String sExtra7, bool bExtra) noexcept;
+std::int16_t RaiseError(std::int32_t lLine, Variant vNumber, std::int32_t lExtra1, String sDescription,
+                        String sLocation, String sExtra1, String sExtra2, String sExtra3, String sExtra4,
+                        std::int32_t lExtra2, String sExtra5, String sExtra6, String sExtra7, bool bExtra) noexcept;
 
 // Runs `body(context)`. A failure in it is reported with the location, error line 0, and goes no further.
 void run_trapped(const Location& where, void (*body)(void*), void* context) noexcept;
@@ -39,7 +39,8 @@ bool run_quietly(void (*body)(void*), void* context) noexcept;
 
 template <class Body>
 void trap(const Location& where, Body body) {
-  run_trapped(where, [](void* context) { (*static_cast<Body*>(context))(); }, &body);
+  run_trapped(
+      where, [](void* context) { (*static_cast<Body*>(context))(); }, &body);
 }
 
 template <class Body>
