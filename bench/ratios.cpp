@@ -20,7 +20,7 @@
 
 #include "hedro34/hedro34.h"
 #include "generate.h"
-#include "tests/forwarding_host.h"
+#include "forwarding_host.h"
 
 namespace hedro34::bench {
 namespace {

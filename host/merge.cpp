@@ -1,5 +1,7 @@
 #include "host/merge.h"
 
+#include <memory>
+
 #include "hedro34/merge/clsHEDRO.h"
 #include "hedro34/platform/data_document.h"
 #include "hedro34/platform/files.h"
@@ -117,9 +119,7 @@ class MergeRoad {
   template <class Result, class Held>
   static PendingFile prepared(const char* what, const Ref<Held>& result, const String& path) {
     forget_refusal();
-    if (const auto text = dynamic_cast<Result&>(*result).to_json(path)) {
-      if (auto file = PendingFile::write(path, *text)) return std::move(*file);
-    }
+    if (auto file = dynamic_cast<Result&>(*result).prepare(path)) return std::move(*file);
     unwritable(what, {});
   }
 
@@ -142,6 +142,10 @@ class MergeRoad {
 
 }  // namespace
 
-void merge(const MergeCommand& command, Messages& messages) { MergeRoad(command, messages).run(); }
+void merge(const MergeCommand& command, Messages& messages) {
+  // It lives until the process ends: releasing a large test object by object takes as long as merging it.
+  static MergeRoad* const road = std::make_unique<MergeRoad>(command, messages).release();
+  road->run();
+}
 
 }  // namespace host

@@ -72,10 +72,18 @@ char32_t read_code_point(std::string_view bytes, std::size_t& at) noexcept {
 
 void append_utf8(std::string& target, StringView text) {
   for (std::size_t i = 0; i < text.size(); ++i) {
+    std::size_t end = i;
+    while (end < text.size() && text[end] < 0x80) ++end;
+    if (end > i) {
+      const std::size_t start = target.size();
+      target.resize(start + (end - i));
+      char* const out = target.data() + start;
+      for (std::size_t k = 0; k < end - i; ++k) out[k] = static_cast<char>(text[i + k]);
+      i = end;
+      if (i == text.size()) return;
+    }
     const char16_t unit = text[i];
-    if (unit < 0x80) {
-      target.push_back(static_cast<char>(unit));
-    } else if (is_high_surrogate(unit) && i + 1 < text.size() && is_low_surrogate(text[i + 1])) {
+    if (is_high_surrogate(unit) && i + 1 < text.size() && is_low_surrogate(text[i + 1])) {
       const char32_t high = unit - 0xD800u;
       const char32_t low = text[++i] - 0xDC00u;
       append_code_point(target, 0x10000 + (high << 10) + low);

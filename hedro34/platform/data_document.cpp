@@ -134,6 +134,8 @@ bool DataDocument::Load(const String& path) {
 
 std::optional<std::string> DataDocument::to_json(StringView path) { return write_json(json, *this, path); }
 
+std::optional<PendingFile> DataDocument::prepare(const String& path) { return prepare_json(json, *this, path); }
+
 bool DataDocument::Save(const String& path) { return save_json(json, *this, path); }
 
 struct DataVersions::Json {

@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "hedro34/platform/data_question.h"
+#include "hedro34/platform/files.h"
 
 namespace hedro34 {
 
@@ -172,6 +173,9 @@ class DataDocument final : public WENKtdDocument {
   // The text of a file with this content. Nothing when it could not be read back: a number is not finite, or two objectives
   // bear the same name in any case of its letters; `last_refusal()` says which, with `path` for the file.
   std::optional<std::string> to_json(StringView path = {});
+
+  // Writes that text to a file beside its target, ready to take its place. Nothing: `last_refusal()` says why.
+  std::optional<PendingFile> prepare(const String& path);
 
   // Writes that text, whole or not at all. False: `last_refusal()` says why.
   bool Save(const String& path);

@@ -204,6 +204,10 @@ std::optional<std::string> read_file(StringView path) {
 }
 
 std::optional<PendingFile> PendingFile::write(StringView path, std::string_view bytes) {
+  return write(path, [&](const Writer& writer) { return writer(bytes); });
+}
+
+std::optional<PendingFile> PendingFile::write(StringView path, const std::function<bool(const Writer&)>& produce) {
   const auto refused = [&](std::string_view reason) {
     refuse(Refusal::Kind::Unwritable, path, reason);
     return std::nullopt;
@@ -226,10 +230,16 @@ std::optional<PendingFile> PendingFile::write(StringView path, std::string_view 
   PendingFile file(target.string(), path);
   Descriptor descriptor(create_beside(target, exists, file.temporary_));
   if (descriptor.number() < 0) return refused(errno == ENOENT ? "the folder does not exist" : system_reason(errno));
-  if ((exists && !take_over_permissions(descriptor.number(), existing)) || !write_all(descriptor.number(), bytes) ||
-      !flush(descriptor.number()) || !descriptor.close()) {
-    return refused(system_reason(errno));
-  }
+  if (exists && !take_over_permissions(descriptor.number(), existing)) return refused(system_reason(errno));
+  int error = 0;
+  const bool produced = produce([&](std::string_view bytes) {
+    if (write_all(descriptor.number(), bytes)) return true;
+    error = errno;
+    return false;
+  });
+  if (error != 0) return refused(system_reason(error));
+  if (!produced) return std::nullopt;
+  if (!flush(descriptor.number()) || !descriptor.close()) return refused(system_reason(errno));
   return file;
 }
 

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -47,6 +48,12 @@ class PendingFile {
   // passes on its permissions and, where the system lets it, its owner; it must be a regular file that may be written. A
   // symbolic link stays, and what it names is replaced.
   static std::optional<PendingFile> write(StringView path, std::string_view bytes);
+
+  // The same with bytes that come in parts: `produce` hands them to the writer that it is given and stops when that answers
+  // False, which is when the system does not take them. When `produce` answers False by itself, what it has refused stands.
+  using Writer = std::function<bool(std::string_view bytes)>;
+  static std::optional<PendingFile> write(StringView path, const std::function<bool(const Writer&)>& produce);
+
   PendingFile(PendingFile&& other) noexcept;
   PendingFile& operator=(PendingFile&&) = delete;
   ~PendingFile();

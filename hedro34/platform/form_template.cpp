@@ -212,6 +212,8 @@ bool FormTemplate::Load(const String& path) {
 
 std::optional<std::string> FormTemplate::to_json(StringView path) { return write_json(json, *this, path); }
 
+std::optional<PendingFile> FormTemplate::prepare(const String& path) { return prepare_json(json, *this, path); }
+
 bool FormTemplate::Save(const String& path) { return save_json(json, *this, path); }
 
 struct FormRegion::Json {

@@ -18,6 +18,7 @@
 #include <string_view>
 #include <vector>
 
+#include "hedro34/platform/files.h"
 #include "hedro34/platform/form_field.h"
 
 namespace hedro34 {
@@ -165,6 +166,9 @@ class FormTemplate final : public TIBTemplate {
   // field's choices differ in length, or there are too many fields or pages; `last_refusal()` says which, with `path` for the
   // file.
   std::optional<std::string> to_json(StringView path = {});
+
+  // Writes that text to a file beside its target, ready to take its place. Nothing: `last_refusal()` says why.
+  std::optional<PendingFile> prepare(const String& path);
 
   // Writes that text, whole or not at all. False: `last_refusal()` says why.
   bool Save(const String& path);

@@ -10,11 +10,15 @@
 namespace hedro34 {
 namespace {
 
+constexpr std::size_t part_size = std::size_t{1} << 16;
+
+// Gathers the text and hands it on in parts.
 class Writer {
  public:
-  explicit Writer(std::string& out) : out_(out) {}
+  explicit Writer(const PendingFile::Writer& target) : target_(target) { out_.reserve(part_size + part_size / 4); }
 
-  // False when something cannot be written: `fault()` says what, with the pointer from this object on.
+  // False when the target takes no more, or when something cannot be written: `fault()` says what, with the pointer from this
+  // object on.
   bool write(const JsonTable& table, Object& object) {
     if (table.check != nullptr) {
       if (auto fault = table.check(object)) {
@@ -28,7 +32,7 @@ class Writer {
     for (const JsonRow& row : table.rows) {
       if (!first) out_ += ',';
       first = false;
-      new_line();
+      if (!new_line()) return false;
       out_ += '"';
       out_ += row.name;
       out_ += "\": ";
@@ -37,17 +41,32 @@ class Writer {
       }
     }
     --depth_;
-    new_line();
+    if (!new_line()) return false;
     out_ += '}';
     return true;
   }
 
+  // The line feed at the end, and the last part.
+  bool finish() {
+    out_ += '\n';
+    return hand_on();
+  }
+
+  bool stopped() const noexcept { return stopped_; }
   JsonFault& fault() noexcept { return fault_; }
 
  private:
-  void new_line() {
+  bool hand_on() {
+    stopped_ = stopped_ || !target_(out_);
+    out_.clear();
+    return !stopped_;
+  }
+
+  bool new_line() {
+    if (out_.size() >= part_size && !hand_on()) return false;
     out_ += '\n';
     out_.append(2 * depth_, ' ');
+    return true;
   }
 
   bool inside(std::string_view part) {
@@ -106,11 +125,11 @@ class Writer {
     ++depth_;
     for (std::size_t i = 0; i < count; ++i) {
       if (i > 0) out_ += ',';
-      new_line();
+      if (!new_line()) return false;
       if (!element(i)) return inside(std::to_string(i));
     }
     --depth_;
-    if (count > 0) new_line();
+    if (count > 0 && !new_line()) return false;
     out_ += ']';
     return true;
   }
@@ -171,34 +190,47 @@ class Writer {
     return true;
   }
 
-  std::string& out_;
+  const PendingFile::Writer& target_;
+  std::string out_;  // what was not handed on yet
+  bool stopped_ = false;
   std::size_t depth_ = 0;
   JsonFault fault_;
 };
 
-}  // namespace
-
-std::optional<std::string> write_json(const JsonTable& table, Object& root, StringView path) {
-  forget_refusal();
-  std::string text;
-  Writer writer(text);
-  if (!writer.write(table, root)) {
+bool stream_json(const JsonTable& table, Object& root, StringView path, const PendingFile::Writer& target) {
+  Writer writer(target);
+  if (writer.write(table, root)) return writer.finish();
+  if (!writer.stopped()) {
     Refusal refusal;
     refusal.kind = Refusal::Kind::Unwritable;
     refusal.path = path;
     refusal.pointer = std::move(writer.fault().pointer);
     refusal.reason = std::move(writer.fault().reason);
     refuse(std::move(refusal));
-    return std::nullopt;
   }
-  text += '\n';
-  return text;
+  return false;
+}
+
+}  // namespace
+
+std::optional<std::string> write_json(const JsonTable& table, Object& root, StringView path) {
+  forget_refusal();
+  std::string text;
+  const bool written = stream_json(table, root, path, [&](std::string_view part) {
+    text += part;
+    return true;
+  });
+  return written ? std::optional(std::move(text)) : std::nullopt;
+}
+
+std::optional<PendingFile> prepare_json(const JsonTable& table, Object& root, StringView path) {
+  forget_refusal();
+  return PendingFile::write(path,
+                            [&](const PendingFile::Writer& target) { return stream_json(table, root, path, target); });
 }
 
 bool save_json(const JsonTable& table, Object& root, StringView path) {
-  const auto text = write_json(table, root, path);
-  if (!text) return false;
-  auto file = PendingFile::write(path, *text);
+  auto file = prepare_json(table, root, path);
   return file && file->commit();
 }
 

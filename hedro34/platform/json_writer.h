@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "hedro34/platform/files.h"
 #include "hedro34/platform/json_table.h"
 
 namespace hedro34 {
@@ -13,6 +14,9 @@ namespace hedro34 {
 // The whole text. Nothing when it could not be read back: a number is not finite, or the check of a table objects;
 // `last_refusal()` then names `path`, the pointer and the reason.
 std::optional<std::string> write_json(const JsonTable& table, Object& root, StringView path);
+
+// Writes that text to a file beside its target, in parts. Nothing: `last_refusal()` says why.
+std::optional<PendingFile> prepare_json(const JsonTable& table, Object& root, StringView path);
 
 // Writes that text to a file, whole or not at all. False: `last_refusal()` says why, and the file keeps its content.
 bool save_json(const JsonTable& table, Object& root, StringView path);
