@@ -2,7 +2,7 @@
 """CPU time of `hedro34 merge` on 10,000 questions against a Python that parses the same file with xml.etree.ElementTree and
 does nothing else.
 
-usage: bench/program.py [PROGRAM]     PROGRAM is build/release/hedro34 unless named
+usage: bench/program.py [BUILD]     the folder with hedro34 and hedro34_bench, build/release unless named
 """
 import pathlib
 import resource
@@ -12,29 +12,6 @@ import tempfile
 
 QUESTIONS = 10_000
 ROUNDS = 7
-TYPES = [("mc", "B"), ("tf", "T"), ("mc", "D"), ("mr", "A,C"), ("yn", "N")]
-WORDS = "the cell membrane energy glucose oxygen which of in to plants during process following carbon".split()
-
-
-def words(seed, count):
-    return " ".join(WORDS[(seed * 7 + i * 3) % len(WORDS)] for i in range(count))
-
-
-def question(number):
-    kind, answer = TYPES[number % len(TYPES)]
-    choices = ""
-    if kind[0] == "m":
-        choices = "<choices>\n" + "".join(
-            f"<choice-{letter}><font size='10'>{words(number + place, 4)}</font>\n</choice-{letter}>\n"
-            for place, letter in enumerate("abcd")
-        ) + "</choices>\n"
-    return (
-        f"<question type='{kind}' question-id='{number}' bank-id='7'>\n"
-        f"<text><para><font size='10'>{words(number, 14)}</font>\n</para></text>\n{choices}<answer>{answer}</answer>\n"
-        f"<info>\n<points scoring-method='AllOrNothing'>1</points>\n<difficulty>Easy</difficulty>\n"
-        f"<reference>Page {number}</reference>\n<topic>{words(number, 2)}</topic>\n<notes>{words(number, 5)}</notes>\n"
-        f"<text-objective>Objective {number % 50}</text-objective>\n</info>\n</question>\n"
-    )
 
 
 def cpu_seconds(command):
@@ -46,13 +23,11 @@ def cpu_seconds(command):
 
 def main():
     root = pathlib.Path(__file__).resolve().parent.parent
-    program = sys.argv[1] if len(sys.argv) > 1 else str(root / "build/release/hedro34")
+    build = sys.argv[1] if len(sys.argv) > 1 else str(root / "build/release")
+    program = f"{build}/hedro34"
     with tempfile.TemporaryDirectory() as folder:
         test, form = f"{folder}/test.xml", f"{folder}/form.json"
-        pathlib.Path(test).write_text(
-            "<?xml version='1.0'?>\n<examview>\n<header><title>Generated</title></header>\n"
-            + "".join(question(number) for number in range(1, QUESTIONS + 1)) + "</examview>\n"
-        )
+        subprocess.run([f"{build}/hedro34_bench", "--generate", str(QUESTIONS), test], check=True)
         subprocess.run([program, "form", "--questions", str(QUESTIONS), "--out", form], check=True)
         merge = [program, "merge", "--objectives", "learning", "--form", form, "--form-out", f"{folder}/out.json",
                  "--document-out", f"{folder}/out.ktd", test]

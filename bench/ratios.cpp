@@ -3,6 +3,7 @@
 //
 //   hedro34_bench [--benchmark_... options]     all ratios
 //   hedro34_bench --peak FILE                   memory that loading FILE takes, in kB at the peak
+//   hedro34_bench --generate QUESTIONS FILE     writes a test
 
 #include <benchmark/benchmark.h>
 #include <expat.h>
@@ -19,8 +20,8 @@
 #include <string>
 
 #include "hedro34/hedro34.h"
-#include "generate.h"
 #include "forwarding_host.h"
+#include "generate.h"
 
 namespace hedro34::bench {
 namespace {
@@ -240,5 +241,10 @@ int print_peak(const char* file) {
 
 int main(int argc, char** argv) {
   if (argc == 3 && std::string_view(argv[1]) == "--peak") return hedro34::bench::print_peak(argv[2]);
+  if (argc == 4 && std::string_view(argv[1]) == "--generate") {
+    std::ofstream(argv[3], std::ios::binary)
+        << hedro34::bench::test_xml(std::atoi(argv[2]), hedro34::bench::objectives);
+    return 0;
+  }
   return hedro34::bench::run(argc, argv);
 }
