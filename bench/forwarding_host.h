@@ -1,6 +1,6 @@
-// A host's own objects, as the merge meets them: each of these stands before an object of another implementation, by default
-// the library's, tells a listener the name of every call and passes the call on. Objects that come back are wrapped in turn;
-// one that goes in is unwrapped, so that what stands behind meets only its own kind.
+// A host's own objects, as the merge meets them: each of these stands before an object of another implementation, by
+// default the library's, tells a listener the name of every call and passes the call on. Objects that come back are
+// wrapped in turn; one that goes in is unwrapped, so that what stands behind meets only its own kind.
 //
 //   MyListener listener;                  // its called("TIBQuestion.SetGraded") runs before each call and may throw
 //   ForwardingHost host(listener);        // what the library creates is wrapped from here on
@@ -18,8 +18,8 @@
 
 namespace hedro34::testing {
 
-// Hears each call before it is passed on, as interface, ".", member; the writing side of a property is its name behind "Set".
-// Creations are "TIBRegion.create" and so on. What it throws becomes the failure of the call.
+// Hears each call before it is passed on, as interface, ".", member; the writing side of a property is its name behind
+// "Set". Creations are "TIBRegion.create" and so on. What it throws becomes the failure of the call.
 class CallListener {
  public:
   virtual ~CallListener() = default;

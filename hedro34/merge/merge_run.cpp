@@ -77,16 +77,18 @@ void MergeRun::start_document() {
   host_.WENKTD->SetPageCount(host_.TemplateIn->PageCount());
   host_.WENKTD->SetDocumentKind(1);
   host_.WENKTD->PrepareDefaults();
+  objectives_ = host_.WENKTD->Objectives();
+  questions_ = host_.WENKTD->Questions();
   const std::int32_t questions = test_->Questions->Count();
   for (std::int32_t i = 1; i <= questions; ++i) {
     const Ref<clsHEDROTestStrings> texts = test_->Questions->Item(i)->LearningObjectives;
     const std::int32_t count = texts->Count();
     for (std::int32_t j = 1; j <= count; ++j) {
       const Variant text = texts->Item(j);
-      if (host_.WENKTD->Objectives()->Exists(text)) continue;
+      if (objectives_->Exists(text)) continue;
       const Ref<WENKtdObjective> objective = platform().document_objects->objective();
       objective->SetName(*text.text());
-      host_.WENKTD->Objectives()->Add(objective, objective->Name());
+      objectives_->Add(objective, objective->Name());
     }
   }
 }

@@ -36,6 +36,8 @@ class MergeRun {
   Ref<clsHEDROTest> test_;                 // the test that is merged
   std::int32_t subjective_count_ = 0;      // its subjective questions
   std::int32_t graded_count_ = 0;          // all others
+  Ref<WENKtdObjectives> objectives_;       // of the document, as soon as it is prepared
+  Ref<WENKtdQuestions> questions_;         // likewise
   std::vector<String> field_names_;        // by field number
   KeyedList<std::int32_t> field_numbers_;  // of graded questions, by question ID
   std::int32_t field_number_ = 0;          // of the visited field
@@ -43,7 +45,7 @@ class MergeRun {
 
   // The first position of each objective's name, as far as the document's objectives were read: a name is read when a search
   // first comes to it, and once.
-  std::unordered_map<String, std::int32_t, IgnoringCase, IgnoringCase> objectives_;
+  std::unordered_map<String, std::int32_t, IgnoringCase, IgnoringCase> objective_positions_;
   std::int32_t objectives_read_ = 0;
 };
 

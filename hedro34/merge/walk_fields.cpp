@@ -59,7 +59,7 @@ bool MergeRun::visit_field(TIBRegion& region, const Ref<TIBQuestion>& field) {
 
   const Variant unset = false;
   const Ref<WENKtdObjectiveFlags> flags = question->ObjectiveFlags();
-  for (std::int32_t i = host_.WENKTD->Objectives()->Count(); i >= 1; --i) flags->Add(unset);
+  for (std::int32_t i = objectives_->Count(); i >= 1; --i) flags->Add(unset);
 
   if (graded) {
     if (!take_question(region, *field, *question)) return false;
@@ -67,7 +67,7 @@ bool MergeRun::visit_field(TIBRegion& region, const Ref<TIBQuestion>& field) {
     question->ChoiceLabels()->AddArray(field->ChoiceLabels()->AsArray(1));
     question->ChoiceValues()->AddArray(field->ChoiceValues()->AsArray(1));
   }
-  host_.WENKTD->Questions()->Add(question);
+  questions_->Add(question);
   return true;
 }
 
@@ -130,18 +130,21 @@ void MergeRun::rewrite_choices(TIBQuestion& field, const clsHEDROTestQuestion& a
 
 void MergeRun::set_objective_flags(const clsHEDROTestQuestion& asked, WENKtdQuestion& question) {
   const Ref<clsHEDROTestStrings> texts = asked.LearningObjectives;
-  for (std::int32_t i = 1; i <= texts->Count(); ++i) {
+  const std::int32_t count = texts->Count();
+  Ref<WENKtdObjectiveFlags> flags;
+  for (std::int32_t i = 1; i <= count; ++i) {
     const std::int32_t position = objective_position(texts->Item(i));
-    if (position > 0) question.ObjectiveFlags()->Item(position)->SetValue(true);
+    if (position == 0) continue;
+    if (!flags) flags = question.ObjectiveFlags();
+    flags->Item(position)->SetValue(true);
   }
 }
 
 std::int32_t MergeRun::objective_position(const String& name) {
-  if (const auto known = objectives_.find(name); known != objectives_.end()) return known->second;
-  const Ref<WENKtdObjectives> objectives = host_.WENKTD->Objectives();
-  while (objectives_read_ < objectives->Count()) {
-    const String read = objectives->Item(objectives_read_ + 1)->Name();
-    objectives_.emplace(read, ++objectives_read_);
+  if (const auto known = objective_positions_.find(name); known != objective_positions_.end()) return known->second;
+  while (objectives_read_ < objectives_->Count()) {
+    const String read = objectives_->Item(objectives_read_ + 1)->Name();
+    objective_positions_.emplace(read, ++objectives_read_);
     if (equal_ignoring_case(read, name)) return objectives_read_;
   }
   return 0;
@@ -175,7 +178,7 @@ void MergeRun::add_subjective_questions() {
     question->SetReference(asked->Reference);
     question->SetTopic(asked->Topic);
     set_objective_flags(*asked, *question);
-    host_.WENKTD->Questions()->Add(question);
+    questions_->Add(question);
   }
 }
 
