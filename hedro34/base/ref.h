@@ -42,6 +42,10 @@ class Object {
   mutable std::int32_t count_ = 0;
 };
 
+// A class whose objects can be held as `T`.
+template <class U, class T>
+concept IsA = std::is_convertible_v<U*, T*>;
+
 template <class T>
 class Ref {
  public:
@@ -52,12 +56,10 @@ class Ref {
   }
   Ref(const Ref& other) noexcept : Ref(other.object_) {}
   Ref(Ref&& other) noexcept : object_(std::exchange(other.object_, nullptr)) {}
-  template <class U>
-  requires std::is_convertible_v<U*, T*> Ref(const Ref<U>& other)
-  noexcept : Ref(static_cast<T*>(other.get())) {}
-  template <class U>
-  requires std::is_convertible_v<U*, T*> Ref(Ref<U>&& other)
-  noexcept : object_(other.detach()) {}
+  template <IsA<T> U>
+  Ref(const Ref<U>& other) noexcept : Ref(static_cast<T*>(other.get())) {}
+  template <IsA<T> U>
+  Ref(Ref<U>&& other) noexcept : object_(other.detach()) {}
   ~Ref() {
     if (object_ != nullptr) object_->release();
   }

@@ -24,6 +24,11 @@ struct Missing {
   friend bool operator==(Missing, Missing) = default;
 };
 
+template <class T>
+concept PlainValue = std::same_as<T, bool> || std::same_as<T, std::int8_t> || std::same_as<T, std::uint8_t> ||
+    std::same_as<T, std::int16_t> || std::same_as<T, std::int32_t> || std::same_as<T, std::int64_t> ||
+    std::floating_point<T>;
+
 class Variant {
  public:
   using Value = std::variant<Empty, Null, Missing, bool, std::int8_t, std::uint8_t, std::int16_t, std::int32_t,
@@ -32,19 +37,15 @@ class Variant {
   Variant() noexcept = default;
   Variant(Null value) noexcept : value_(value) {}
   Variant(Missing value) noexcept : value_(value) {}
-  template <class T>
-  requires(std::same_as<T, bool> || std::same_as<T, std::int8_t> || std::same_as<T, std::uint8_t> ||
-           std::same_as<T, std::int16_t> || std::same_as<T, std::int32_t> || std::same_as<T, std::int64_t> ||
-           std::floating_point<T>) Variant(T value)
-  noexcept : value_(value) {}
+  template <PlainValue T>
+  Variant(T value) noexcept : value_(value) {}
   Variant(String value) noexcept : value_(std::move(value)) {}
   Variant(StringView value) : value_(String(value)) {}
   Variant(const char16_t* value) : value_(String(value)) {}
   template <std::size_t Limit>
   Variant(const Text<Limit>& value) : value_(value.str()) {}
-  template <class T>
-  requires std::is_convertible_v<T*, Object*> Variant(Ref<T> value)
-  noexcept : value_(Ref<Object>(std::move(value))) {}
+  template <IsA<Object> T>
+  Variant(Ref<T> value) noexcept : value_(Ref<Object>(std::move(value))) {}
   Variant(Array<String> value) noexcept : value_(std::move(value)) {}
   Variant(Array<std::int32_t> value) noexcept : value_(std::move(value)) {}
 

@@ -17,8 +17,9 @@ class clsHEDRO final : public Object {
   ~clsHEDRO() override;
 
   Ref<TIBTemplate> TemplateIn;  // the form template that a merge reads; it stays as it is
-  Ref<TIBTemplate>
-      TemplateOut;  // must hold a template before `Merge`, which clears it and puts the changed copy in its place
+
+  // Must hold a template before `Merge`, which clears it and puts the changed copy in its place.
+  Ref<TIBTemplate> TemplateOut;
   Ref<clsHEDROTests> Tests;    // the test at position 1, its further versions behind it
   Ref<WENKtdDocument> WENKTD;  // the document that `Merge` empties and fills
 

@@ -1,0 +1,44 @@
+// A host whose objects fail on cue: it writes down every call to a template or a document, and one chosen call throws.
+// What it wraps, and what the library creates meanwhile, is its own.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "bench/forwarding_host.h"
+
+namespace hedro34::testing {
+
+class FailingHost : private CallListener {
+ public:
+  // The `nth` call of that name from here on fails, once.
+  void fail_at(std::string name, int nth) {
+    name_ = std::move(name);
+    left_ = nth;
+  }
+  // The same for the `nth` call of whatever name.
+  void fail_at_call(int nth) { fail_at({}, nth); }
+
+  // Whether the chosen call came.
+  bool has_failed() const noexcept { return left_ == 0; }
+
+  template <class Object>
+  auto wrap(const Ref<Object>& object) {
+    return objects_.wrap(object);
+  }
+
+  // The names of all calls in order, the failed one too, until they are forgotten.
+  std::vector<std::string> calls;
+
+ private:
+  void called(std::string_view name) override {
+    calls.emplace_back(name);
+    if (left_ > 0 && (name_.empty() || name_ == name) && --left_ == 0) throw Failure(1234, u"The host refuses");
+  }
+
+  std::string name_;
+  int left_ = 0;
+  ForwardingHost objects_{*this};
+};
+
+}  // namespace hedro34::testing

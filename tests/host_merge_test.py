@@ -1,0 +1,164 @@
+#!/usr/bin/env python3
+"""The program's commands `form` and `merge`: the files they write, what they leave when something fails, and the examples."""
+
+import re
+import shutil
+import unittest
+
+from program import PARTIAL, SOURCES, THREE, ProgramTest, examview, question, run
+
+
+class Form(ProgramTest):
+    def test_form(self):
+        for options, sizes, first, last in [
+            ("--questions=51 --versions=X,Y --choices=26", [51, 1], ("Version", "XY", False),
+             ("Q51", "ABCDEFGHIJKLMNOPQRSTUVWXYZ", True)),
+            ("--questions=3 --choices=1 --per-page=2147483647", [3], ("Q1", "A", True), ("Q3", "A", True)),
+            ("--questions=32767 --per-page=16384", [16384, 16383], ("Q1", "ABCDE", True), ("Q32767", "ABCDE", True)),
+        ]:
+            with self.subTest(options):
+                self.run_program("form", "--out", "f", *options.split())
+                pages = [page["regions"] for page in self.json_of("f")["pages"]]
+                self.assertEqual([len(page) for page in pages], sizes)
+                for region, expected in [(pages[0][0], first), (pages[-1][-1], last)]:
+                    (field,) = region["questions"]
+                    found = field["name"], "".join(field["choiceLabels"]), field["graded"]
+                    self.assertEqual((region["name"], found), (expected[0], expected))
+        before = self.files()
+        self.assertIn("gone/f", self.run_program("form", "--questions", "1", "--out", "gone/f", code=4).line)
+        self.assertEqual(self.files(), before)
+
+
+class Merge(ProgramTest):
+    """A form with a version field and four graded fields of three choices, and a test of four questions in three versions."""
+
+    def setUp(self):
+        super().setUp()
+        self.run_program("form", "--questions", "4", "--choices", "3", "--versions", "A,B,C", "--out", "f")
+        for name, version, order in [("a.xml", "A", "wxyz"), ("b.xml", "B", "zyxw"), ("[c,c]", "C", "wyxz")]:
+            self.file(name, examview(*[question(identity, "mc", "B", THREE) for identity in order], version=version))
+
+    def merge(self, arguments, files=(), **how):
+        named = {"--form": "f", "--form-out": "out.form", "--document-out": "out.ktd", "--messages": "m"} | dict(files)
+        return self.run_program("merge", *(word for pair in named.items() for word in pair), *arguments.split(), **how)
+
+    def test_one_test(self):
+        outcome = self.merge("--max-questions 3 --sequence-question=2147483647 a.xml")
+        self.assertEqual(
+            outcome.out,
+            "Questions merged          3\nFields no longer graded   1\nSubjective regions added  0\n"
+            "Objectives                0\nVersions                  1\n"
+            "Form                      out.form\nDocument                  out.ktd\n",
+        )
+        document = self.json_of("out.ktd")
+        self.assertEqual([question["answerKey"] for question in document["questions"]], [[], ["B"], ["B"], ["B"], []])
+        self.assertEqual(document["versions"], {"sequenceQuestion": 0, "versionAnswers": [], "orders": [[1, 2, 3, 4, 5]]})
+        graded = [r["questions"][0]["graded"] for p in self.json_of("out.form")["pages"] for r in p["regions"]]
+        self.assertEqual(graded, [False, True, True, True, False])
+        self.assertEqual(self.said(), [("Maximum Number of Questions", 1)])
+        self.assertRegex(outcome.err, r"^Maximum Number of Questions\nWarning: .*\.\n\nNumber of Supported Questions: 3\n")
+
+    def test_versions(self):
+        outcome = self.merge("--max-questions=-2147483648 --sequence-question 1 a.xml b.xml [c,c]")
+        self.assertIn("Versions                  3\n", outcome.out)
+        orders = [[1, 2, 3, 4, 5], [1, 5, 4, 3, 2], [1, 2, 4, 3, 5]]
+        expected = {"sequenceQuestion": 1, "versionAnswers": ["A", "B", "C"], "orders": orders}
+        self.assertEqual(self.json_of("out.ktd")["versions"], expected)
+
+        # The document as a test has these sequences already, and no version label: the empty one is accepted by the
+        # sequences but not by the form.
+        (self.folder / "out.ktd").rename(self.folder / "unit.ktd")
+        self.merge("unit.ktd")
+        merged = self.json_of("out.ktd")["questions"]
+        self.assertEqual([question["questionText"] for question in merged[1:]], [f"Question {i}" for i in "wxyz"])
+        self.assertIn("Merge answered", self.merge("--sequence-question 1 unit.ktd unit.ktd", code=1).line)
+        self.assertEqual(self.said(), [("Invalid Version Identifier", 1)])
+
+    def test_what_is_kept(self):
+        """The first fault on the road is named, nothing is written but the messages, nothing is left beside the outputs."""
+        self.file("essay.xml", examview(question("e", "es")))
+        self.file("five.xml", examview(*[question(str(i), "tf", "T") for i in range(5)]))
+        self.file("key.xml", examview(*[question(i, "mc", "C", THREE) for i in "wxyz"], version="B"))
+        self.file("credit.xml", examview(question("1", "mc", "A", THREE, info=PARTIAL)))
+        self.file("broken.xml", "<examview>\n<a")
+        self.file("odd.form", {"format": "hedro34-form", "version": 1, "pages": [{"regions": [{"groupNumber": 40000}]}]})
+        self.file("folder/inside", "")
+        self.file("out.form", "old form")
+        self.file("out.ktd", "old document")
+        (self.folder / "link").symlink_to("f")
+        versions, credit, no = ("Invalid Test Versions", 1), ("Partial Credit", 2), " answered False: "
+        for files, arguments, code, fragments, said in [
+            ({"--form": "gone"}, "gone.xml", 3, ["cannot read the form: gone: No such file"], []),
+            ({"--form": "odd.form"}, "gone.xml", 3, ["odd.form: /pages/0/regions/0/groupNumber"], []),
+            ({}, "essay.xml broken.xml", 3, ["broken.xml: line 2, column "], []),
+            ({}, "--quiet essay.xml credit.xml", 1, [f"LoadXML{no}credit.xml", "--partial-credit ok"], [credit]),
+            ({}, "essay.xml", 1, [f"RemoveInvalid{no}essay.xml", "above"], [("No Supported Questions", 1)]),
+            ({}, "--quiet a.xml essay.xml", 1, [f"RemoveInvalid{no}essay.xml", "without --quiet"], []),
+            ({}, "--quiet a.xml a.xml key.xml", 1, [f"ValidTestVersions{no}the versions of a.xml", "above"], [versions]),
+            ({}, "a.xml b.xml a.xml", 1, [f"AddSequence{no}a.xml as a version of a.xml"], [("Version Exists", 1)]),
+            ({"--form-out": "gone/x"}, "--quiet five.xml", 1, [f"Merge{no}five.xml with f", "without --quiet"], []),
+            ({"--form-out": "gone/x"}, "a.xml", 4, ["cannot write the form: gone/x"], []),
+            ({"--document-out": "folder"}, "a.xml", 4, ["cannot write the document: folder"], []),
+            ({"--document-out": "./out.form"}, "a.xml", 2, ["same file"], []),
+            ({"--messages": "out.form"}, "a.xml", 2, ["same file"], []),
+            ({"--document-out": "link"}, "a.xml", 2, ["same file"], []),
+            ({"--form-out": "./a.xml"}, "b.xml a.xml", 2, ["same file"], []),
+        ]:
+            with self.subTest(files=files, arguments=arguments):
+                self.file("m", "")
+                before = self.files()
+                outcome = self.merge(arguments, files, code=code)
+                self.assertEqual([part for part in fragments if part not in outcome.line], [], outcome)
+                self.assertEqual((outcome.out, self.said()), ("", said))
+                self.assertEqual(self.files() | {"m": b""}, before)
+
+    def test_summary_that_cannot_be_written(self):
+        with open("/dev/full", "wb") as full:
+            self.assertIn("standard output", self.merge("a.xml", code=4, stdout=full).line)
+        self.assertEqual(len(self.json_of("out.ktd")["questions"]), 5)
+
+
+class Examples(ProgramTest):
+    """What the README of the examples promises."""
+
+    FILES = ["--form-out", "out.form", "--document-out", "out.ktd", "--messages", "m"]
+
+    def setUp(self):
+        super().setUp()
+        shutil.copytree(SOURCES / "examples", self.folder, dirs_exist_ok=True)
+
+    def test_tests(self):
+        mixed = "--partial-credit ok --form mixed.form.json mixed.xml"
+        credit, invalid = ("Partial Credit", 1), ("Invalid Question Type(s)", 1)
+        for arguments, keys, questions, objectives, said in [
+            ("--objectives all --state CA --form biology.form.json biology.xml",
+             "B B C C C B B B B (A,C,E) (C,A) (A,C,E) T F F T Y N B T", 29, 47, []),
+            (mixed, "C T (A,C,D) I N H F G A (F,H,J)", 14, 0, [credit, invalid]),
+            (mixed + " --quiet --max-questions 8", "C T (A,C,D) I N H F G", 14, 0, [credit]),
+        ]:
+            with self.subTest(arguments):
+                self.run_program("merge", *arguments.split(), *self.FILES)
+                document = self.json_of("out.ktd")
+                found = [key for question in document["questions"] for key in question["answerKey"]]
+                self.assertEqual((" ".join(found), self.said()), (keys, said))
+                self.assertEqual((len(document["questions"]), len(document["objectives"]) - 1), (questions, objectives))
+
+    def test_versions(self):
+        readme = (self.folder / "README.md").read_text(encoding="utf-8")
+        options = ["--form", "versions/unit.form.json", "--sequence-question", "1"]
+        self.run_program("merge", *options, *self.FILES, *(f"versions/unit-{name}.xml" for name in "abcd"))
+        table = re.findall(r"^\| [B-D] \| ([\d, ]+) \|$", readme, re.MULTILINE)
+        orders = [list(range(1, 18))] + [[int(place) for place in order.split(",")] for order in table]
+        expected = {"sequenceQuestion": 1, "versionAnswers": list("ABCD"), "orders": orders}
+        self.assertEqual(self.json_of("out.ktd")["versions"], expected)
+        refused = re.findall(r"^\| `(refused-.*?)` \|.*\| `(.*?)` \| \"(.*?)\"", readme, re.MULTILINE)
+        self.assertEqual(len(refused), 7)
+        for name, operation, title in refused:
+            with self.subTest(name):
+                outcome = run("merge", *options, *self.FILES, "versions/unit-a.xml", f"versions/{name}", cwd=self.folder)
+                self.assertEqual((outcome.code, self.said()), (1, [(title, 1)]), outcome)
+                self.assertIn(f"hedro34: {operation} answered False", outcome.line)
+
+
+if __name__ == "__main__":
+    unittest.main()
