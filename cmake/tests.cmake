@@ -32,3 +32,12 @@ find_program(BASH_PROGRAM bash REQUIRED)
 mark_as_advanced(BASH_PROGRAM)
 hedro34_script_tests(tests/*_test.py ${Python3_EXECUTABLE})
 hedro34_script_tests(tests/*.sh ${BASH_PROGRAM})
+
+# The example of the README: built, and run where its outputs do no harm.
+add_executable(example_merge examples/merge.cpp)
+target_link_libraries(example_merge PRIVATE HEDRO34::hedro34)
+hedro34_warnings(example_merge)
+set(example_folder ${PROJECT_BINARY_DIR}/example)
+file(MAKE_DIRECTORY ${example_folder})
+file(CREATE_LINK ${PROJECT_SOURCE_DIR}/examples ${example_folder}/examples SYMBOLIC)
+add_test(NAME example_merge COMMAND example_merge WORKING_DIRECTORY ${example_folder})

@@ -24,10 +24,11 @@ int main() {
 
   for (std::int32_t i = 1; i <= test->Questions->Count(); ++i) {
     const auto question = test->Questions->Item(i);
-    std::cout << i << ". " << to_utf8(question->QuestionText) << "  " << to_utf8(test->CorrectAnswersAsString(i)) << '\n';
+    std::cout << i << ". " << to_utf8(question->QuestionText) << "  " << to_utf8(test->CorrectAnswersAsString(i))
+              << '\n';
   }
-  const bool saved = ref_cast<FormTemplate>(merge->TemplateOut)->Save(u"biology-merged.form.json") &&
-                     document->Save(u"biology.ktd");
+  const bool saved =
+      ref_cast<FormTemplate>(merge->TemplateOut)->Save(u"biology-merged.form.json") && document->Save(u"biology.ktd");
   if (!saved) std::cerr << to_line(last_refusal()) << '\n';
   return saved ? 0 : 1;
 }

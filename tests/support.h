@@ -52,8 +52,8 @@ class Recorder : public MessageBox {
     explicit Errors(Recorder& recorder) : recorder_(recorder) {}
     Variant Call(StringView name, std::span<Variant> arguments) override {
       if (name != u"RaiseError" || arguments.size() != 13) fail(FailureNumber::NoSuchMember);
-      recorder_.lines.push_back(to_utf8(to_text(arguments[0]) + u" " + to_text(arguments[2]) + u": " +
-                                        to_text(arguments[3])));
+      recorder_.lines.push_back(
+          to_utf8(to_text(arguments[0]) + u" " + to_text(arguments[2]) + u": " + to_text(arguments[3])));
       return std::int16_t{0};
     }
 

@@ -39,6 +39,7 @@ FormTemplate* FormRegion::form() const noexcept { return regions_ == nullptr ? n
 std::int16_t FormRegion::QuestionCount() { return as_count(questions_->Count()); }
 
 void FormRegion::SetGroupNumber(std::int16_t value) {
+  if (value == data_.group_number) return;
   data_.group_number = value;
   if (FormTemplate* held_by = form()) held_by->group_changed();
 }

@@ -182,7 +182,6 @@ class FormTemplate final : public TIBTemplate {
   friend class FormRegions;
   struct Json;
 
-  void attach(FormPage& page) noexcept;
   void detach_pages() noexcept;
 
   // The numbering: made when it is asked for, kept current at the end of the form, dropped by changes elsewhere.
