@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <filesystem>
 #include <limits>
 #include <utility>
 
@@ -140,7 +141,9 @@ std::vector<std::string> prepared(const std::vector<std::string>& words) {
       result.push_back(word.substr(0, word.size() - 1));
       result.emplace_back();
     } else {
-      result.push_back(word.size() > 1 && word.front() == '[' && word.back() == ']' ? "./" + word : word);
+      std::error_code error;
+      const bool in_brackets = word.size() > 1 && word.front() == '[' && word.back() == ']';
+      result.push_back(in_brackets && std::filesystem::exists(word, error) ? "./" + word : word);
     }
   }
   return result;

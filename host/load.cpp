@@ -35,7 +35,9 @@ bool is_ktd(const String& path) {
 // A test is read twice, first to see what kind of file it is, so a pipe will not do.
 void check_regular(const String& path) {
   std::error_code error;
-  const auto status = std::filesystem::status(to_utf8(path), error);
+  std::string name = to_utf8(path);
+  if (!std::filesystem::exists(name, error)) std::replace(name.begin(), name.end(), '\\', '/');  // as it will be read
+  const auto status = std::filesystem::status(name, error);
   if (!std::filesystem::exists(status) || std::filesystem::is_regular_file(status) ||
       std::filesystem::is_directory(status)) {
     return;

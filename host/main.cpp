@@ -50,7 +50,8 @@ ExitCode run(const TestCommand& command, void (*steps)(const TestCommand&, Messa
     if (file && file->commit()) return ExitCode::Done;
     throw Stop(ExitCode::BadOutput, "cannot write the messages: " + to_line(hedro34::last_refusal()));
   });
-  return code == ExitCode::Done ? written : code;
+  const bool done = code == ExitCode::Done || code == ExitCode::DoneWithFailures;
+  return done && written != ExitCode::Done ? written : code;
 }
 
 ExitCode run(const ShowCommand& command) { return run(command, &show); }

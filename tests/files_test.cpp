@@ -69,7 +69,7 @@ TEST_F(Files, RefuseWhatCannotBeReadOrWritten) {
     std::string of_writing;
   } rows[] = {
       {"none/x", "No such file or directory", "the folder does not exist"},
-      {"secret\\x", "No such file or directory", ""},
+      {"secret\\x", "No such file or directory", "Not a directory"},
       {"x/", "No such file or directory", "Is a directory"},
       {"locked/x", "No such file or directory", "Permission denied"},
       {"fixed", "", "Permission denied"},
@@ -92,7 +92,7 @@ TEST_F(Files, RefuseWhatCannotBeReadOrWritten) {
   EXPECT_FALSE(InputFile::open(u"") || PendingFile::write(u"", "next"));
   EXPECT_EQ(::seteuid(former), 0);
   fs::permissions(path("locked"), fs::perms::all);
-  EXPECT_EQ(count(), before + 1) << "secret\\x";
+  EXPECT_EQ(count(), before);
   EXPECT_EQ(content("fixed"), "old");
 }
 
@@ -141,8 +141,8 @@ TEST_F(Files, WritingFollowsLinksAndTakesAPathAsItStands) {
     EXPECT_TRUE(fs::is_symlink(path(name)));
     EXPECT_EQ(content(name == "dangling" ? "folder/new" : "folder/old"), name);
   }
-  EXPECT_EQ(save("folder\\odd"), "");
-  EXPECT_FALSE(fs::exists(path("folder/odd")));
+  EXPECT_EQ(save("folder\\odd", "slashed"), "");  // names nothing as it stands
+  EXPECT_EQ(content("folder/odd"), "slashed");
   EXPECT_EQ(save(std::string(255, 'x')), "") << "the temporary file has a name of its own";
   const fs::path former = fs::current_path();
   fs::current_path(path("folder"));

@@ -214,8 +214,10 @@ std::optional<PendingFile> PendingFile::write(StringView path, const std::functi
   };
   if (const auto reason = impossible(path); !reason.empty()) return refused(reason);
 
-  const fs::path target = behind_links(to_utf8(path));
+  std::string name = to_utf8(path);
   struct stat existing {};
+  if (::lstat(name.c_str(), &existing) != 0 && names_nothing(errno)) name = with_slashes(name);
+  const fs::path target = behind_links(name);
   const bool exists = ::stat(target.c_str(), &existing) == 0;
   if (exists) {
     if (S_ISDIR(existing.st_mode)) return refused(system_reason(EISDIR));

@@ -1,6 +1,6 @@
 // Files as the library reads and writes them. A path is a text, UTF-8 for the system. Where the platform's own separator is
-// "/", a path to read that names no file as it stands is tried once more with every "\" read as "/"; a path to write is
-// taken as it stands. A failure leaves its reason in `last_refusal()`; a success leaves the refusal as it was.
+// "/", a path that names no file as it stands is tried once more with every "\" read as "/", and a new file is written under
+// that name. A failure leaves its reason in `last_refusal()`; a success leaves the refusal as it was.
 #pragma once
 
 #include <cstddef>

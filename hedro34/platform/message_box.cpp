@@ -7,11 +7,25 @@
 
 namespace hedro34 {
 
+namespace {
+
+// Text as a terminal may be given it: no control characters but tabs and line feeds.
+String harmless(StringView text) {
+  String result(text);
+  for (char16_t& unit : result) {
+    const bool is_control = unit < 0x20 || (unit >= 0x7F && unit < 0xA0);
+    if (is_control && unit != u'\t' && unit != u'\n') unit = u'\uFFFD';
+  }
+  return result;
+}
+
+}  // namespace
+
 std::string box_as_lines(StringView text, StringView title) {
-  std::string lines = to_utf8(title) + '\n';
+  std::string lines = to_utf8(harmless(title)) + '\n';
   for (std::size_t i = 0; i < text.size();) {
     const std::size_t end = std::min(text.find(u"\r\n", i), text.size());
-    append_utf8(lines, text.substr(i, end - i));
+    append_utf8(lines, harmless(text.substr(i, end - i)));
     lines += '\n';
     i = end + 2;
   }

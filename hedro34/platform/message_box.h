@@ -30,7 +30,8 @@ class TerminalMessageBox : public MessageBox {
   std::int32_t Show(StringView text, std::int32_t flags, StringView title) override;
 };
 
-// What `TerminalMessageBox` writes: the title, then the text, each ending with a line feed, in UTF-8.
+// What `TerminalMessageBox` writes: the title, then the text, each ending with a line feed, in UTF-8. Control characters but
+// tabs and line feeds become U+FFFD.
 std::string box_as_lines(StringView text, StringView title);
 
 }  // namespace hedro34
