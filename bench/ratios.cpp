@@ -23,6 +23,7 @@
 #include "hedro34/hedro34.h"
 #include "forwarding_host.h"
 #include "generate.h"
+#include "versions.h"
 
 namespace hedro34::bench {
 namespace {
@@ -172,6 +173,14 @@ bool print_ratios(const Shortest& times, const std::vector<Input>& inputs) {
       }
     }
   }
+  held &= print("LoadKTD to nlohmann-json's tree of the same bytes, 10000", times.time("load_ktd"),
+                times.time("parse_ktd"), 1);
+  // What a further version adds, with two and with twenty of them.
+  const double one = times.time("versions/1");
+  const double of_two = times.time("versions/2") - one;
+  const double of_twenty = (times.time("versions/20") - one) / 19;
+  if (one > 0)
+    held &= print("time a question and version, 20 versions to 2, of 1000 questions", of_twenty, of_two, 1.34);
   return held;
 }
 
@@ -213,6 +222,16 @@ int run(int argc, char** argv) {
           ->Unit(benchmark::kMillisecond);
     }
   }
+  const std::string thousand = inputs[1].file;
+  for (const int versions : {1, 2, 20}) {
+    benchmark::RegisterBenchmark(("versions/" + std::to_string(versions)).c_str(), [=](benchmark::State& state) {
+      merge_versions(state, thousand, 1000, versions);
+    })->Unit(benchmark::kMillisecond);
+  }
+  const std::string document = (folder / "document.ktd").string();
+  write_document(inputs[2].file, inputs[2].count, document);
+  benchmark::RegisterBenchmark("load_ktd", load_document, document)->Unit(benchmark::kMillisecond);
+  benchmark::RegisterBenchmark("parse_ktd", parse_document, document)->Unit(benchmark::kMillisecond);
   std::vector<std::string> options = {argv[0], "--benchmark_enable_random_interleaving=true",
                                       "--benchmark_repetitions=9", "--benchmark_min_time=0.02"};
   options.insert(options.end(), argv + 1, argv + argc);

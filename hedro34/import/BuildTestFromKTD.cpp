@@ -1,23 +1,33 @@
 #include "hedro34/import/BuildTestFromKTD.h"
 
+#include <algorithm>
 #include <unordered_map>
 
 namespace hedro34 {
 namespace {
 
-// The position of the first answer with exactly this text, 0 when there is none.
+// The position of the first answer with exactly this text, 0 when there is none. Many answers are looked up, few are walked.
 class AnswerFinder {
  public:
-  explicit AnswerFinder(const clsHEDROTestStrings& answers) {
-    for (std::int32_t i = 1; i <= answers.Count(); ++i) positions_.emplace(answers.Item(i), i);
+  explicit AnswerFinder(const clsHEDROTestStrings& answers) : answers_(answers.AsArray()) {
+    const auto& texts = answers_.elements();
+    if (texts.size() <= few) return;
+    for (std::size_t i = 0; i < texts.size(); ++i) positions_.emplace(texts[i], static_cast<std::int32_t>(i + 1));
   }
   std::int32_t find(StringView text) const {
-    const auto found = positions_.find(String(text));
+    const auto& texts = answers_.elements();
+    if (texts.size() <= few) {
+      const auto found = std::find(texts.begin(), texts.end(), text);
+      return found == texts.end() ? 0 : static_cast<std::int32_t>(found - texts.begin() + 1);
+    }
+    const auto found = positions_.find(text);
     return found == positions_.end() ? 0 : found->second;
   }
 
  private:
-  std::unordered_map<String, std::int32_t> positions_;
+  static constexpr std::size_t few = 16;
+  Array<String> answers_;
+  std::unordered_map<StringView, std::int32_t> positions_;  // into `answers_`
 };
 
 void read_answer_key(clsHEDROTestQuestion& question, WENKtdQuestion& source) {
