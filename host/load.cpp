@@ -61,6 +61,11 @@ void check_regular(const String& path) {
 void load_ktd(clsHEDROTest& test, const String& path, const Messages& messages) {
   const std::size_t failures = messages.failures();
   const String library_path = ktd_path(path);
+  std::error_code error;
+  if (std::filesystem::exists(to_utf8(library_path), error) && !same_file(path, library_path)) {
+    throw Stop(ExitCode::BadInput, "cannot read the test: " + to_utf8(path) + ": a file named \"" +
+                                       to_utf8(library_path) + "\" would be read in its place; rename that one");
+  }
   forget_refusal();
   if (test.LoadKTD(library_path)) return;
   if (last_refusal().kind != Refusal::Kind::None) refused_file(path);

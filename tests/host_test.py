@@ -111,6 +111,8 @@ class Show(ProgramTest):
         found = json.loads(self.run_program("show", "--json", "sub\\unit.ktd").out)
         # As text, so that the order of the members counts and the form of the numbers.
         self.assertEqual(json.dumps(found, indent=1), json.dumps(UNIT_AS_JSON, indent=1))
+        self.file("sub\\unit.ktd", UNIT)  # a name that the library's form of the other path would meet first
+        self.assertIn("would be read in its place", self.run_program("show", "sub/unit.ktd", code=3).line)
 
     def test_import_options(self):
         info = (
@@ -172,7 +174,8 @@ class Show(ProgramTest):
 
     def test_messages_that_cannot_be_written(self):
         self.file("t.xml", SMALL)
-        for test, code, lines in [("t.xml", 4, 1), ("gone.xml", 3, 2)]:
+        self.file("twice.xml", examview(question("1", "tf"), question("1", "tf")))
+        for test, code, lines in [("t.xml", 4, 1), ("twice.xml", 4, 2), ("gone.xml", 3, 2)]:
             outcome = run("show", "--messages", "gone/m", test, cwd=self.folder)
             self.assertEqual((outcome.code, len(outcome.lines)), (code, lines), outcome)
             self.assertIn("the messages: gone/m", outcome.lines[-1])
