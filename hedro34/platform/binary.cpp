@@ -79,6 +79,10 @@ HRESULT SafeArrayDestroy(SAFEARRAY* array) {
     const std::uint32_t count = elements_of(*array);
     if ((array->fFeatures & FADF_BSTR) != 0) {
       for (std::uint32_t i = 0; i < count; ++i) SysFreeString(static_cast<BSTR*>(array->pvData)[i]);
+    } else if ((array->fFeatures & (FADF_UNKNOWN | FADF_DISPATCH)) != 0) {
+      for (std::uint32_t i = 0; i < count; ++i) {
+        if (IUnknown* const object = static_cast<IUnknown**>(array->pvData)[i]) object->Release();
+      }
     } else if ((array->fFeatures & FADF_VARIANT) != 0) {
       for (std::uint32_t i = 0; i < count; ++i) VariantClear(static_cast<VARIANT*>(array->pvData) + i);
     }

@@ -8,6 +8,8 @@
 // block starts 8 bytes before it. An array is two blocks of `malloc`, the descriptor and the elements. Who gets one frees it.
 #pragma once
 
+#include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 
@@ -46,7 +48,9 @@ using VARTYPE = std::uint16_t;
 using OLECHAR = char16_t;
 using BSTR = OLECHAR*;
 
+#ifndef STDMETHODCALLTYPE
 #define STDMETHODCALLTYPE
+#endif
 
 struct GUID {
   std::uint32_t Data1;
@@ -54,7 +58,10 @@ struct GUID {
   std::uint16_t Data3;
   std::uint8_t Data4[8];
 
-  friend constexpr bool operator==(const GUID&, const GUID&) = default;
+  friend constexpr bool operator==(const GUID& a, const GUID& b) noexcept {
+    using Halves = std::array<std::uint64_t, 2>;
+    return std::bit_cast<Halves>(a) == std::bit_cast<Halves>(b);
+  }
 };
 
 struct IDispatch;
@@ -207,6 +214,8 @@ enum : VARTYPE {
 };
 
 inline constexpr std::uint16_t FADF_BSTR = 0x100;
+inline constexpr std::uint16_t FADF_UNKNOWN = 0x200;
+inline constexpr std::uint16_t FADF_DISPATCH = 0x400;
 inline constexpr std::uint16_t FADF_VARIANT = 0x800;
 
 inline constexpr std::uint16_t DISPATCH_METHOD = 1;
@@ -267,7 +276,7 @@ HRESULT VariantClear(VARIANT* variant);
 // An array of one dimension whose elements are zero; null when memory runs out. Elements are VT_BSTR, VT_I4 or VT_VARIANT.
 SAFEARRAY* SafeArrayCreateVector(VARTYPE element, std::int32_t lower, std::uint32_t count) noexcept;
 
-// Frees the array with the texts or variants in it; null is no array.
+// Frees the array with the texts, objects or variants in it; null is no array.
 HRESULT SafeArrayDestroy(SAFEARRAY* array);
 
 #endif
