@@ -5,6 +5,7 @@
 #include "hedro34/base/text.h"
 #include "hedro34/platform/files.h"
 #include "hedro34/platform/platform.h"
+#include "hedro34/runtime/modStartup.h"
 #include "host/arguments.h"
 #include "host/form.h"
 #include "host/merge.h"
@@ -72,6 +73,7 @@ ExitCode run(const Information& information) {
 }  // namespace host
 
 int main(int argc, char** argv) {
+  hedro34::Main();
 #ifdef SIGPIPE
   std::signal(SIGPIPE, SIG_IGN);  // a reader that went away is a failed write, with its line and its exit code
 #endif

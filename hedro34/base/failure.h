@@ -10,12 +10,14 @@
 namespace hedro34 {
 
 struct Failure : std::exception {
-  Failure(std::int32_t failure_number, std::u16string_view failure_description)
-      : number(failure_number), description(failure_description) {}
+  Failure(std::int32_t failure_number, std::u16string_view failure_description,
+          std::u16string_view failure_source = u"HEDRO34")
+      : number(failure_number), description(failure_description), source(failure_source) {}
   const char* what() const noexcept override { return "hedro34::Failure"; }
 
   std::int32_t number;
   std::u16string description;
+  std::u16string_view source;  // who raised it: a text that lives as long as the process
 };
 
 enum class FailureNumber : std::int32_t {

@@ -99,7 +99,11 @@ Ref<clsHEDROTestQuestion> clsHEDROTestQuestions::Item(const Variant& Index) cons
   return result;
 }
 
-bool clsHEDROTestQuestions::Exists(const Variant& Index) const noexcept { return items_.find(Index) != nullptr; }
+bool clsHEDROTestQuestions::Exists(const Variant& Index) const noexcept {
+  bool result = false;
+  quietly([&] { result = items_.find(Index) != nullptr; });
+  return result;
+}
 
 std::int32_t clsHEDROTestQuestions::TypeCount(HEDROTestQuestionType eQuestionType) const {
   std::int32_t result = 0;

@@ -30,10 +30,17 @@ void clsHEDROTests::RemoveAll() {
 }
 
 Ref<clsHEDROTest> clsHEDROTests::Item(const Variant& Index) const noexcept {
-  const Ref<clsHEDROTest>* found = items_.find(Index);
-  return found == nullptr ? Ref<clsHEDROTest>() : *found;
+  Ref<clsHEDROTest> result;
+  quietly([&] {
+    if (const Ref<clsHEDROTest>* found = items_.find(Index)) result = *found;
+  });
+  return result;
 }
 
-bool clsHEDROTests::Exists(const Variant& Index) const noexcept { return items_.find(Index) != nullptr; }
+bool clsHEDROTests::Exists(const Variant& Index) const noexcept {
+  bool result = false;
+  quietly([&] { result = items_.find(Index) != nullptr; });
+  return result;
+}
 
 }  // namespace hedro34

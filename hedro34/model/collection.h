@@ -27,7 +27,11 @@ class Collection : public Object {
   }
 
   // Whether there is an element at the index. Never reports.
-  bool Exists(const Variant& Index) const noexcept { return items_.find(Index) != nullptr; }
+  bool Exists(const Variant& Index) const noexcept {
+    bool result = false;
+    quietly([&] { result = items_.find(Index) != nullptr; });
+    return result;
+  }
 
  protected:
   ~Collection() override {

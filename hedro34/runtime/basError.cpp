@@ -6,6 +6,7 @@
 
 #include "hedro34/platform/message_box.h"
 #include "hedro34/platform/platform.h"
+#include "hedro34/runtime/fault_trap.h"
 
 namespace hedro34 {
 namespace {
@@ -35,6 +36,14 @@ void remove_all(String& text, StringView removed) {
 
 String report_text(const Variant& vNumber, const String& sDescription, const String& sLocation) {
   return u"Error# " + to_text(vNumber) + u": " + sDescription + u", Location: " + sLocation;
+}
+
+// Makes the failure for the next fault when the last one was used.
+void restock() {
+  if (!faults_of_thread.needs_failure()) return;
+  faults_of_thread.making = true;
+  quietly([] { make_fault_failure(); });
+  faults_of_thread.making = false;
 }
 
 void show(const String& text) { platform().message_box->Show(text, box_exclamation, u"Application Error"); }
@@ -83,9 +92,13 @@ std::int16_t RaiseError(std::int32_t lLine, Variant vNumber, std::int32_t lExtra
 }
 
 void run_trapped(const Location& where, void (*body)(void*), void* context) noexcept {
+  const ActiveTrap here;
   try {
     body(context);
+    here.leave();
   } catch (...) {
+    here.leave();
+    restock();
     quietly([&] {
       const Failure failure = current_failure();
       RaiseError(0, failure.number, 0, failure.description, where.text(), {}, {}, {}, {}, 1, {}, {}, {}, false);
@@ -94,11 +107,30 @@ void run_trapped(const Location& where, void (*body)(void*), void* context) noex
 }
 
 bool run_quietly(void (*body)(void*), void* context) noexcept {
+  const ActiveTrap here;
   try {
     body(context);
+    here.leave();
     return true;
   } catch (...) {
+    here.leave();
+    restock();
     return false;
+  }
+}
+
+std::optional<Failure> run_caught(void (*body)(void*), void* context) noexcept {
+  const ActiveTrap here;
+  try {
+    body(context);
+    here.leave();
+    return {};
+  } catch (...) {
+    here.leave();
+    restock();
+    std::optional<Failure> result;
+    if (!quietly([&] { result = current_failure(); })) result.emplace(7, StringView());
+    return result;
   }
 }
 

@@ -4,8 +4,16 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 #include "hedro34/base/variant.h"
+
+// A function that the optimiser must not look into: whatever its body looks like, a native fault may leave it as a failure.
+#if defined(__GNUC__) && !defined(__clang__)
+#define HEDRO34_OPAQUE [[gnu::noipa]]
+#else
+#define HEDRO34_OPAQUE
+#endif
 
 namespace hedro34 {
 
@@ -30,12 +38,16 @@ std::int16_t RaiseError(std::int32_t lLine, Variant vNumber, std::int32_t lExtra
                         String sLocation, String sExtra1, String sExtra2, String sExtra3, String sExtra4,
                         std::int32_t lExtra2, String sExtra5, String sExtra6, String sExtra7, bool bExtra) noexcept;
 
-// Runs `body(context)`. A failure in it is reported with the location, error line 0, and goes no further.
-void run_trapped(const Location& where, void (*body)(void*), void* context) noexcept;
+// Runs `body(context)`. A failure in it is reported with the location, error line 0, and goes no further. A native fault is
+// a failure where the thread was started (modStartup.h).
+HEDRO34_OPAQUE void run_trapped(const Location& where, void (*body)(void*), void* context) noexcept;
 
 // As `run_trapped`, for the few operations that answer with a neutral value and report nothing. Gives whether the body came
 // to its end.
-bool run_quietly(void (*body)(void*), void* context) noexcept;
+HEDRO34_OPAQUE bool run_quietly(void (*body)(void*), void* context) noexcept;
+
+// As `run_quietly`, and gives the failure that ended the body.
+HEDRO34_OPAQUE std::optional<Failure> run_caught(void (*body)(void*), void* context) noexcept;
 
 template <class Body>
 void trap(const Location& where, Body body) {
@@ -46,6 +58,11 @@ void trap(const Location& where, Body body) {
 template <class Body>
 bool quietly(Body body) {
   return run_quietly([](void* context) { (*static_cast<Body*>(context))(); }, &body);
+}
+
+template <class Body>
+std::optional<Failure> caught(Body body) {
+  return run_caught([](void* context) { (*static_cast<Body*>(context))(); }, &body);
 }
 
 }  // namespace hedro34

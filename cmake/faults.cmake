@@ -1,0 +1,22 @@
+# Native faults become failures where an instruction may throw: g++ for x86-64 Linux, without a sanitizer, which watches the
+# same signals. HEDRO34_FAULTS says whether this build does it; the sources ask for the definition of the same name.
+
+string(TOUPPER "${CMAKE_BUILD_TYPE}" build_type)
+set(HEDRO34_FAULTS OFF)
+if(CMAKE_CXX_COMPILER_ID STREQUAL GNU AND CMAKE_SYSTEM_NAME STREQUAL Linux
+   AND CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|amd64|AMD64)$"
+   AND NOT "${CMAKE_CXX_FLAGS} ${CMAKE_CXX_FLAGS_${build_type}}" MATCHES "-fsanitize=")
+  set(HEDRO34_FAULTS ON)
+endif()
+
+# For code whose own instructions may fault inside an operation. The scheduler would move stores across an instruction that
+# throws out of its function, and a result would not stand as the statements before the fault left it.
+function(hedro34_fault_flags target)
+  if(HEDRO34_FAULTS)
+    target_compile_options(${target} PRIVATE
+      -fnon-call-exceptions -fasynchronous-unwind-tables -fno-schedule-insns -fno-schedule-insns2)
+    target_compile_definitions(${target} PRIVATE HEDRO34_FAULTS)
+  endif()
+endfunction()
+
+hedro34_fault_flags(hedro34_library)

@@ -1,0 +1,20 @@
+// Native faults as the operating system tells of them: signals that a thread raises by its own instruction. With g++ for
+// x86-64 Linux they become records for the filter, which throws; the failure then leaves the faulting instruction like an
+// exception. Elsewhere, and under sanitizers, which watch the same signals, nothing is installed.
+#pragma once
+
+#include "hedro34/runtime/modvbCodeShieldSupport.h"
+
+namespace hedro34 {
+
+// Called on the thread of a fault, with a trap of the library active there. It has to throw.
+using FaultFilter = void (*)(const EXCEPTION_POINTERS&);
+
+// The filter of the process, which the first call decides, and the calling thread's own preparations: an alternate stack for
+// its handlers, the bounds of its stack, a failure in reserve. A thread calls it once.
+void set_fault_filter(FaultFilter filter) noexcept;
+
+// Whether `set_fault_filter` installs anything in this build.
+bool fault_signals_supported() noexcept;
+
+}  // namespace hedro34

@@ -1,0 +1,25 @@
+// What a thread needs of its own for the translation of faults: an alternate stack for its handlers, for a stack that has run
+// full cannot carry them, and the bounds of its stack, by which an overflow is known.
+#pragma once
+
+#include "hedro34/runtime/fault_support.h"
+
+#ifdef HEDRO34_FAULT_SIGNALS
+
+#include <cstddef>
+#include <cstdint>
+
+namespace hedro34 {
+
+inline constexpr std::uint32_t code_stack_overflow = 0xC00000FD;
+
+// Prepares the calling thread, until it ends. An alternate stack that it has already stays when it is large enough, and
+// comes back at the end of the thread when it is not. Without memory for one the thread goes on without.
+void prepare_thread_for_faults() noexcept;
+
+// Whether an invalid address, with the stack pointer of that moment, means that the thread's stack has run full.
+bool is_stack_overflow(std::uintptr_t address, std::uintptr_t stack_pointer) noexcept;
+
+}  // namespace hedro34
+
+#endif

@@ -1,0 +1,68 @@
+#include "hedro34/runtime/fault_trap.h"
+
+#include <memory>
+
+#if defined(__GNUC__)
+#include <cxxabi.h>
+#endif
+
+namespace hedro34 {
+
+constinit thread_local ThreadFaults faults_of_thread = {};
+
+#if defined(__GNUC__)
+
+namespace {
+
+constexpr std::size_t longest_description = 40;
+
+void destroy(void* failure) { std::destroy_at(static_cast<Failure*>(failure)); }
+
+}  // namespace
+
+void make_fault_failure() {
+  void* const storage = abi::__cxa_allocate_exception(sizeof(Failure));
+  try {
+    auto* const failure = std::construct_at(static_cast<Failure*>(storage), 0, StringView());
+    failure->description.reserve(longest_description);
+    faults_of_thread.prepared = failure;
+  } catch (...) {
+    destroy(storage);
+    abi::__cxa_free_exception(storage);
+    throw;
+  }
+}
+
+void drop_fault_failure() noexcept {
+  if (faults_of_thread.prepared == nullptr) return;
+  destroy(faults_of_thread.prepared);
+  abi::__cxa_free_exception(std::exchange(faults_of_thread.prepared, nullptr));
+}
+
+void raise_fault(std::int32_t number, StringView description, StringView source) {
+  ThreadFaults& thread = faults_of_thread;
+  if (thread.prepared == nullptr) {
+    thread.raising = true;
+    make_fault_failure();
+    thread.raising = false;
+  }
+  Failure* const failure = std::exchange(thread.prepared, nullptr);
+  failure->number = number;
+  failure->description.assign(description.substr(0, longest_description));
+  failure->source = source;
+  abi::__cxa_throw(failure, const_cast<std::type_info*>(&typeid(Failure)), destroy);
+}
+
+#else
+
+void make_fault_failure() {}
+
+void drop_fault_failure() noexcept {}
+
+void raise_fault(std::int32_t number, StringView description, StringView source) {
+  throw Failure(number, description, source);
+}
+
+#endif
+
+}  // namespace hedro34
