@@ -24,6 +24,10 @@ class CallListener {
  public:
   virtual ~CallListener() = default;
   virtual void called(std::string_view name) = 0;
+
+  // What a flag and the versions answer in place of what stands behind them.
+  virtual Variant flag_value(const Variant& value) { return value; }
+  virtual std::int32_t version_mode(std::int32_t mode) { return mode; }
 };
 
 template <class Interface>
@@ -34,6 +38,7 @@ class Forwarding : public Interface {
   const Ref<Interface>& target() const noexcept { return target_; }
 
  protected:
+  CallListener& listener() const noexcept { return listener_; }
   Interface& to(std::string_view name) {
     listener_.called(name);
     return *target_;
@@ -182,7 +187,7 @@ class ForwardingStrings final : public Forwarding<WENKtdStrings> {
 class ForwardingFlag final : public Forwarding<WENKtdObjectiveFlag> {
  public:
   using Forwarding::Forwarding;
-  Variant Value() override { return to("WENKtdObjectiveFlag.Value").Value(); }
+  Variant Value() override { return listener().flag_value(to("WENKtdObjectiveFlag.Value").Value()); }
   void SetValue(const Variant& value) override { to("WENKtdObjectiveFlag.SetValue").SetValue(value); }
 };
 
@@ -314,7 +319,9 @@ class ForwardingVersions final : public Forwarding<WENKtdVersions> {
   void SetSequenceQuestion(std::int32_t value) override {
     to("WENKtdVersions.SetSequenceQuestion").SetSequenceQuestion(value);
   }
-  std::int32_t VersionMode() override { return to("WENKtdVersions.VersionMode").VersionMode(); }
+  std::int32_t VersionMode() override {
+    return listener().version_mode(to("WENKtdVersions.VersionMode").VersionMode());
+  }
 };
 
 class ForwardingDocument final : public Forwarding<WENKtdDocument> {
@@ -363,20 +370,20 @@ class ForwardingHost : private TemplateFactory, private DocumentFactory {
     return make<Wrapper>(listener_, create());
   }
 
-  Ref<TIBRegion> region() override {
-    return created<ForwardingRegion>("TIBRegion.create", [&] { return templates_->region(); });
+  Ref<TIBRegion> region(const Ref<TIBTemplate>& of) override {
+    return created<ForwardingRegion>("TIBRegion.create", [&] { return templates_->region(of); });
   }
   Ref<WENKtdDocument> document() override {
     return created<ForwardingDocument>("WENKtdDocument.create", [&] { return documents_->document(); });
   }
-  Ref<WENKtdQuestion> question() override {
-    return created<ForwardingQuestion>("WENKtdQuestion.create", [&] { return documents_->question(); });
+  Ref<WENKtdQuestion> question(const Ref<WENKtdDocument>& of) override {
+    return created<ForwardingQuestion>("WENKtdQuestion.create", [&] { return documents_->question(of); });
   }
-  Ref<WENKtdObjective> objective() override {
-    return created<ForwardingObjective>("WENKtdObjective.create", [&] { return documents_->objective(); });
+  Ref<WENKtdObjective> objective(const Ref<WENKtdDocument>& of) override {
+    return created<ForwardingObjective>("WENKtdObjective.create", [&] { return documents_->objective(of); });
   }
-  Ref<WENKtdOrder> order() override {
-    return created<ForwardingOrder>("WENKtdOrder.create", [&] { return documents_->order(); });
+  Ref<WENKtdOrder> order(const Ref<WENKtdDocument>& of) override {
+    return created<ForwardingOrder>("WENKtdOrder.create", [&] { return documents_->order(of); });
   }
 
   CallListener& listener_;

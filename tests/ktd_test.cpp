@@ -199,6 +199,39 @@ TEST(BuildTestFromKTD, ReadsTheOrdersOfTheVersions) {
   }
 }
 
+// A host whose document answers what the default one never does.
+struct OtherAnswers : CallListener {
+  void called(std::string_view) override {}
+  Variant flag_value(const Variant&) override { return flags.at(asked++); }
+  std::int32_t version_mode(std::int32_t) override { return mode; }
+
+  std::vector<Variant> flags;
+  std::size_t asked = 0;
+  std::int32_t mode = 0;
+};
+
+TEST(BuildTestFromKTD, TakesTheFlagsAndTheVersionModeOfAnyHost) {
+  Json question = graded({"A"});
+  question["objectiveFlags"] = {true, true, true, true, true};
+  const auto document = document_of({{"objectives", {"", "Null", "True", "Number", "Empty"}},
+                                     {"questions", {question}},
+                                     {"versions", {{"orders", {{1}}}, {"versionAnswers", {"X"}}}}});
+  const std::pair<std::int32_t, std::string> modes[] = {{-2, "A"}, {0, "A"}, {1, "A"}, {2, "X"}, {3, "A"}};
+  for (const auto& [mode, label] : modes) {
+    SCOPED_TRACE(mode);
+    Recorder recorder;
+    OtherAnswers answers;
+    answers.flags = {Null(), true, -1, Variant()};
+    answers.mode = mode;
+    ForwardingHost host(answers);
+    const auto test = make<clsHEDROTest>();
+    EXPECT_TRUE(BuildTestFromKTD(test.get(), host.wrap(Ref<WENKtdDocument>(document)).get()));
+    EXPECT_EQ(json_of(*test->Questions->Item(1)->LearningObjectives), Json({"True", "Number"}));
+    EXPECT_EQ(lines_of(*test).back(), "sequence " + label + ": 1");
+    EXPECT_EQ(recorder.lines, Lines());
+  }
+}
+
 TEST(BuildTestFromKTD, IsFalseForNothing) {
   Recorder recorder;
   const auto test = make<clsHEDROTest>();
