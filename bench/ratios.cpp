@@ -21,6 +21,7 @@
 #include <string>
 
 #include "hedro34/hedro34.h"
+#include "by_name.h"
 #include "forwarding_host.h"
 #include "generate.h"
 #include "versions.h"
@@ -175,6 +176,14 @@ bool print_ratios(const Shortest& times, const std::vector<Input>& inputs) {
   }
   held &= print("LoadKTD to nlohmann-json's tree of the same bytes, 10000", times.time("load_ktd"),
                 times.time("parse_ktd"), 1);
+  for (const char* const property : {"CorrectPoints", "MultiplesPermitted", "QuestionText", "Answers"}) {
+    held &= print(std::string("call by name to the C++ call, ") + property,
+                  times.time(std::string("by_name/") + property), times.time(std::string("direct/") + property), 20);
+  }
+  held &= print("call by name to the C++ call, Answers, held outside", times.time("by_name/Answers, held"),
+                times.time("direct/Answers"), 20);
+  held &= print("reading by name: time a question at 10000 to 1000", times.time("questions/10000"),
+                times.time("questions/1000") * 10, 1.34);
   // What a further version adds, with two and with twenty of them.
   const double one = times.time("versions/1");
   const double of_two = times.time("versions/2") - one;
@@ -232,6 +241,7 @@ int run(int argc, char** argv) {
   write_document(inputs[2].file, inputs[2].count, document);
   benchmark::RegisterBenchmark("load_ktd", load_document, document)->Unit(benchmark::kMillisecond);
   benchmark::RegisterBenchmark("parse_ktd", parse_document, document)->Unit(benchmark::kMillisecond);
+  register_calls_by_name();
   std::vector<std::string> options = {argv[0], "--benchmark_enable_random_interleaving=true",
                                       "--benchmark_repetitions=9", "--benchmark_min_time=0.02"};
   options.insert(options.end(), argv + 1, argv + argc);

@@ -1,19 +1,30 @@
 # tests/*.cpp make one GoogleTest program; each tests/*.sh and tests/*_test.py is one test more. Scripts find the
-# sources in HEDRO34_SOURCE_DIR and the program in HEDRO34_PROGRAM.
+# sources in HEDRO34_SOURCE_DIR and the program in HEDRO34_PROGRAM, the component library in HEDRO34_COMPONENT.
 
 hedro34_sources(test_sources tests/*.cpp)
 if(test_sources)
   find_package(GTest REQUIRED)
   include(GoogleTest)
+  # A component library that the tests create objects from.
+  add_library(hedro34_test_component MODULE tests/component/component.cpp)
+  target_include_directories(hedro34_test_component PRIVATE ${PROJECT_SOURCE_DIR})
+  set_target_properties(hedro34_test_component PROPERTIES CXX_VISIBILITY_PRESET hidden)
+  hedro34_warnings(hedro34_test_component)
+
   add_executable(hedro34_tests ${test_sources})
-  target_compile_definitions(hedro34_tests PRIVATE HEDRO34_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
+  target_compile_definitions(hedro34_tests PRIVATE
+    HEDRO34_SOURCE_DIR="${PROJECT_SOURCE_DIR}" HEDRO34_TEST_COMPONENT="$<TARGET_FILE:hedro34_test_component>")
+  set_source_files_properties(tests/component_binary_test.cpp PROPERTIES
+    COMPILE_DEFINITIONS HEDRO34_COMPONENT="$<TARGET_FILE:hedro34_component>")
+  add_dependencies(hedro34_tests hedro34_component hedro34_test_component)
   target_link_libraries(hedro34_tests PRIVATE
     HEDRO34::hedro34 EXPAT::EXPAT nlohmann_json::nlohmann_json GTest::gmock_main)
   hedro34_warnings(hedro34_tests)
   gtest_discover_tests(hedro34_tests DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60)
 endif()
 
-set(script_environment HEDRO34_SOURCE_DIR=${PROJECT_SOURCE_DIR} PYTHONDONTWRITEBYTECODE=1)
+set(script_environment HEDRO34_SOURCE_DIR=${PROJECT_SOURCE_DIR} PYTHONDONTWRITEBYTECODE=1
+    HEDRO34_COMPONENT=$<TARGET_FILE:hedro34_component> HEDRO34_TABLES=$<TARGET_FILE:hedro34_tables>)
 if(TARGET hedro34)
   list(APPEND script_environment HEDRO34_PROGRAM=$<TARGET_FILE:hedro34>)
 endif()
@@ -32,6 +43,21 @@ find_program(BASH_PROGRAM bash REQUIRED)
 mark_as_advanced(BASH_PROGRAM)
 hedro34_script_tests(tests/*_test.py ${Python3_EXECUTABLE})
 hedro34_script_tests(tests/*.sh ${BASH_PROGRAM})
+
+# The client in Python, with the component library. A library with sanitizers needs theirs in the process from its start.
+set(client_environment ${script_environment} HEDRO34_LIBRARY=$<TARGET_FILE:hedro34_component>
+    PYTHONPATH=${PROJECT_SOURCE_DIR}/clients/python)
+if(CMAKE_CXX_FLAGS_DEBUG MATCHES "-fsanitize=address" AND CMAKE_BUILD_TYPE STREQUAL Debug)
+  foreach(library asan stdc++)
+    execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=lib${library}.so OUTPUT_VARIABLE preloaded_${library}
+                    OUTPUT_STRIP_TRAILING_WHITESPACE)
+  endforeach()
+  # The interpreter keeps memory to its end, so leaks are looked for by the references and objects that the tests count.
+  list(APPEND client_environment LD_PRELOAD=${preloaded_asan}:${preloaded_stdc++}
+       ASAN_OPTIONS=detect_leaks=0)
+endif()
+add_test(NAME python_client COMMAND ${Python3_EXECUTABLE} -m unittest discover -s ${PROJECT_SOURCE_DIR}/clients/python/tests)
+set_tests_properties(python_client PROPERTIES ENVIRONMENT "${client_environment}" LABELS component)
 
 # The example of the README: built, and run where its outputs do no harm.
 add_executable(example_merge examples/merge.cpp)

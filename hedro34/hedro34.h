@@ -10,6 +10,9 @@
 
 #include "hedro34/platform/TIBTemplate.h"
 #include "hedro34/platform/WENKtdDocument.h"
+#include "hedro34/platform/binary.h"
+#include "hedro34/platform/class_registry.h"
+#include "hedro34/platform/create_object.h"
 #include "hedro34/platform/data_document.h"
 #include "hedro34/platform/expat_document.h"
 #include "hedro34/platform/files.h"
@@ -20,6 +23,7 @@
 #include "hedro34/platform/xml_document.h"
 
 #include "hedro34/runtime/basError.h"
+#include "hedro34/runtime/modStartup.h"
 
 #include "hedro34/model/clsHEDROTest.h"
 #include "hedro34/model/clsHEDROTests.h"
@@ -27,3 +31,7 @@
 #include "hedro34/import/BuildTestFromKTD.h"
 
 #include "hedro34/merge/clsHEDRO.h"
+
+#include "hedro34/component/classes.h"
+#include "hedro34/component/identity.h"
+#include "hedro34/component/services.h"

@@ -107,7 +107,7 @@ TEST(Document, FailuresHaveTheirNumbersAndChangeNothing) {
   EXPECT_EQ(failure_of([&] { questions->Item(1)->ChoiceLabels()->Item(u"A"); }), 5);
   EXPECT_EQ(failure_of([&] { orders->AddDefault(-1); }), 5);
   EXPECT_EQ(failure_of([&] { questions->Add(nullptr); }), 91);
-  EXPECT_EQ(failure_of([&] { orders->Add(platform().document_objects->order()); }), 13);
+  EXPECT_EQ(failure_of([&] { orders->Add(platform().document_objects->order(nullptr)); }), 13);
   EXPECT_EQ(written(*document), full);
 }
 

@@ -74,7 +74,7 @@ TEST(Form, NumbersFieldsInTheOrderOfTheWalk) {
 
 TEST(Form, NumbersFollowEveryChange) {
   const auto form = built_of({{{0, 1}, {7, 1}}, {{7, 1}}});
-  const auto outside = form_objects().region();
+  const auto outside = form_objects().region(nullptr);
   outside->Questions()->Add();
   const std::pair<std::function<void()>, const char*> rows[] = {
       {[] {}, "[1][2]/[2]/ 2 2"},
@@ -168,7 +168,7 @@ TEST(Form, FailuresHaveTheirNumbersAndChangeNothing) {
   const auto region = page->Item(1);
   const auto field = region->Questions()->Item(1);
   const FailingHost host;  // whose objects are none of the library's own
-  const auto foreign = platform().template_objects->region();
+  const auto foreign = platform().template_objects->region(nullptr);
   foreign->Questions()->Add();
   EXPECT_EQ(failure_of([&] { region->Questions()->Item(std::int16_t{0}); }), 9);
   EXPECT_EQ(failure_of([&] { region->Questions()->Item(std::numeric_limits<double>::quiet_NaN()); }), 9);

@@ -64,7 +64,7 @@ bool clsHEDRO::BuildSequences(const KeyedList<std::int32_t>& oFieldNumbers) {
         if (!order_of(*questions, *test->Questions, oFieldNumbers, entries)) return;
         if (!accept(test->Version)) return;
         versions->VersionAnswers()->Add(test->Version);
-        const Ref<WENKtdOrder> order = platform().document_objects->order();
+        const Ref<WENKtdOrder> order = platform().document_objects->order(WENKTD);
         order->FromArray(entries);
         versions->Orders()->Add(order);
       }

@@ -86,7 +86,7 @@ void MergeRun::start_document() {
     for (std::int32_t j = 1; j <= count; ++j) {
       const Variant text = texts->Item(j);
       if (objectives_->Exists(text)) continue;
-      const Ref<WENKtdObjective> objective = platform().document_objects->objective();
+      const Ref<WENKtdObjective> objective = platform().document_objects->objective(host_.WENKTD);
       objective->SetName(*text.text());
       objectives_->Add(objective, objective->Name());
     }

@@ -42,7 +42,7 @@ bool MergeRun::walk_fields() {
 
 bool MergeRun::visit_field(TIBRegion& region, const Ref<TIBQuestion>& field) {
   ++field_number_;
-  const Ref<WENKtdQuestion> question = platform().document_objects->question();
+  const Ref<WENKtdQuestion> question = platform().document_objects->question(host_.WENKTD);
   question->SetCorrectPoints(field->CorrectPoints());
   question->SetValueKind(region.ValueKind() == 1 ? 1 : 2);
   question->SetScaleOption(field->ScaleOption());
@@ -155,7 +155,7 @@ void MergeRun::add_subjective_questions() {
     ++question_number_;
     const Ref<clsHEDROTestQuestion> asked = test_->Questions->Item(question_number_);
     const String name = u"Subjective" + decimal(n);
-    Ref<TIBRegion> region = platform().template_objects->region();
+    Ref<TIBRegion> region = platform().template_objects->region(host_.TemplateOut);
     region->SetValueKind(1);
     region->SetResponseKind(3);
     region->SetName(name);
@@ -166,7 +166,7 @@ void MergeRun::add_subjective_questions() {
     region->Questions()->Item(1)->SetCorrectPoints(static_cast<double>(asked->SubjectivePoints));
     host_.TemplateOut->Pages()->Item(host_.TemplateOut->PageCount())->Regions()->Add(region);
     region = nullptr;
-    const Ref<WENKtdQuestion> question = platform().document_objects->question();
+    const Ref<WENKtdQuestion> question = platform().document_objects->question(host_.WENKTD);
     question->SetName(name);
     question->SetQuestionText(name);
     question->SetSubjective(true);

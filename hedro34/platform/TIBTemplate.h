@@ -107,7 +107,8 @@ class TIBChoiceList : public Object {
 class TemplateFactory {
  public:
   virtual ~TemplateFactory() = default;
-  virtual Ref<TIBRegion> region() = 0;  // a new region without fields
+  // A new region without fields that the template `of` can take.
+  virtual Ref<TIBRegion> region(const Ref<TIBTemplate>& of) = 0;
 };
 
 }  // namespace hedro34

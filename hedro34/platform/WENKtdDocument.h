@@ -148,9 +148,10 @@ class DocumentFactory {
  public:
   virtual ~DocumentFactory() = default;
   virtual Ref<WENKtdDocument> document() = 0;
-  virtual Ref<WENKtdQuestion> question() = 0;
-  virtual Ref<WENKtdObjective> objective() = 0;
-  virtual Ref<WENKtdOrder> order() = 0;
+  // A new object that the document `of` can take.
+  virtual Ref<WENKtdQuestion> question(const Ref<WENKtdDocument>& of) = 0;
+  virtual Ref<WENKtdObjective> objective(const Ref<WENKtdDocument>& of) = 0;
+  virtual Ref<WENKtdOrder> order(const Ref<WENKtdDocument>& of) = 0;
 };
 
 }  // namespace hedro34

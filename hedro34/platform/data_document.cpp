@@ -22,9 +22,9 @@ Ref<Own> own(const Ref<Element>& element) {
 class DataObjects final : public DocumentFactory {
  public:
   Ref<WENKtdDocument> document() override { return make<DataDocument>(); }
-  Ref<WENKtdQuestion> question() override { return make<DataQuestion>(); }
-  Ref<WENKtdObjective> objective() override { return make<DataObjective>(); }
-  Ref<WENKtdOrder> order() override { return make<DataOrder>(); }
+  Ref<WENKtdQuestion> question(const Ref<WENKtdDocument>&) override { return make<DataQuestion>(); }
+  Ref<WENKtdObjective> objective(const Ref<WENKtdDocument>&) override { return make<DataObjective>(); }
+  Ref<WENKtdOrder> order(const Ref<WENKtdDocument>&) override { return make<DataOrder>(); }
 };
 
 }  // namespace

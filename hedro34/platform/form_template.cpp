@@ -20,7 +20,7 @@ std::int16_t as_count(std::int32_t count) {
 
 class FormObjects final : public TemplateFactory {
  public:
-  Ref<TIBRegion> region() override { return make<FormRegion>(); }
+  Ref<TIBRegion> region(const Ref<TIBTemplate>&) override { return make<FormRegion>(); }
 };
 
 }  // namespace

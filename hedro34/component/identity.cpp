@@ -1,0 +1,215 @@
+#include "hedro34/component/identity.h"
+
+#include <algorithm>
+#include <atomic>
+#include <memory>
+
+#include "hedro34/component/classes.h"
+#include "hedro34/component/host_object.h"
+
+namespace hedro34 {
+namespace {
+
+using namespace binary;
+
+std::atomic<std::int64_t> alive{0};
+
+// An interface of this library in this process only: the identifier holds an address in it, so that another copy of the
+// library, with objects of another make, does not answer to it.
+GUID own_interface() noexcept {
+  const auto address = reinterpret_cast<std::uintptr_t>(&alive);
+  GUID result = {0x8C1D6F27, 0x40BE, 0x4A55, {}};
+  for (std::size_t i = 0; i < 8; ++i) result.Data4[i] = static_cast<std::uint8_t>(address >> (8 * i));
+  return result;
+}
+
+// The identity that was last asked for that interface on this thread. An object of the host that answers to every interface
+// is told apart by it.
+thread_local const void* asked = nullptr;
+
+HRESULT code_of(std::int32_t failure) noexcept {
+  switch (failure) {
+    case 6: return DISP_E_OVERFLOW;
+    case 7: return E_OUTOFMEMORY;
+    case 9: return DISP_E_BADINDEX;
+    default: return DISP_E_TYPEMISMATCH;
+  }
+}
+
+// Tells the caller of a failure that the member itself did not trap.
+HRESULT tell(const Failure& failure, EXCEPINFO* exception) {
+  if (exception != nullptr) {
+    constexpr std::uint32_t failures = 0x800A0000u;
+    *exception = {};
+    exception->scode = failure.number > 0 && failure.number <= 0xFFFF
+                           ? result_code(failures | static_cast<std::uint32_t>(failure.number))
+                           : failure.number;
+    quietly([&] {
+      exception->bstrSource = bstr_of(failure.source);
+      exception->bstrDescription = bstr_of(failure.description);
+    });
+  }
+  return DISP_E_EXCEPTION;
+}
+
+// Puts the arguments of a call in their places. `bad` is the index in `parameters` of one that does not fit.
+HRESULT place(const Member& member, const DISPPARAMS& parameters, bool writes, CallArguments& arguments,
+              std::uint32_t& bad) {
+  const std::uint32_t all = parameters.cArgs;
+  const std::uint32_t named = parameters.cNamedArgs;
+  if (named > all || (all > 0 && parameters.rgvarg == nullptr) ||
+      (named > 0 && parameters.rgdispidNamedArgs == nullptr)) {
+    return E_INVALIDARG;
+  }
+  if (all - named > member.count) return DISP_E_BADPARAMCOUNT;
+  for (std::uint32_t i = 0; i < all - named; ++i) arguments.given[i] = &parameters.rgvarg[all - 1 - i];
+  for (std::uint32_t i = 0; i < named; ++i) {
+    const DISPID id = parameters.rgdispidNamedArgs[i];
+    const bool is_value = writes && id == DISPID_PROPERTYPUT;
+    bad = i;
+    if (!is_value && (id < 0 || id >= member.count)) return DISP_E_PARAMNOTFOUND;
+    VARIANT*& target = arguments.given[is_value ? member.count : static_cast<std::size_t>(id)];
+    if (target != nullptr) return DISP_E_BADPARAMCOUNT;
+    target = &parameters.rgvarg[i];
+  }
+  for (std::size_t i = 0; i < member.count; ++i) {
+    VARIANT*& given = arguments.given[i];
+    if (given != nullptr && is_left_out(*given)) {
+      bad = static_cast<std::uint32_t>(given - parameters.rgvarg);
+      given = nullptr;
+    }
+    if (given == nullptr && !member.arguments[i].optional) return DISP_E_PARAMNOTOPTIONAL;
+  }
+  return writes && arguments.given[member.count] == nullptr ? DISP_E_PARAMNOTOPTIONAL : S_OK;
+}
+
+class Identity final : public IDispatch {
+ public:
+  Identity(Ref<Object> object, const ClassTable& table) : object_(std::move(object)), table_(table) {
+    object_->set_component_identity(this);
+  }
+  ~Identity() { object_->set_component_identity(nullptr); }
+
+  const Ref<Object>& object() const noexcept { return object_; }
+
+  HRESULT STDMETHODCALLTYPE QueryInterface(const GUID& iid, void** object) override {
+    if (object == nullptr) return E_POINTER;
+    if (iid == IID_IUnknown || iid == IID_IDispatch || iid == table_.interface_id) {
+      *object = static_cast<IDispatch*>(this);
+    } else if (iid == own_interface()) {
+      *object = static_cast<IDispatch*>(this);
+      asked = *object;
+    } else {
+      *object = nullptr;
+      return E_NOINTERFACE;
+    }
+    AddRef();
+    return S_OK;
+  }
+  std::uint32_t STDMETHODCALLTYPE AddRef() override { return ++count_; }
+  std::uint32_t STDMETHODCALLTYPE Release() override {
+    const std::uint32_t left = --count_;
+    if (left == 0) std::unique_ptr<Identity>(this).reset();
+    return left;
+  }
+
+  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(std::uint32_t* count) override {
+    if (count == nullptr) return E_POINTER;
+    *count = 0;
+    return S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE GetTypeInfo(std::uint32_t, LCID, ITypeInfo** info) override {
+    if (info != nullptr) *info = nullptr;
+    return DISP_E_BADINDEX;
+  }
+  HRESULT STDMETHODCALLTYPE GetIDsOfNames(const GUID& iid, OLECHAR** names, std::uint32_t count, LCID,
+                                          DISPID* ids) override;
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID id, const GUID& iid, LCID locale, std::uint16_t flags, DISPPARAMS* parameters,
+                                   VARIANT* result, EXCEPINFO* exception, std::uint32_t* bad_argument) override;
+
+ private:
+  Ref<Object> object_;
+  const ClassTable& table_;
+  std::uint32_t count_ = 0;
+  Alive alive_;
+};
+
+HRESULT Identity::GetIDsOfNames(const GUID& iid, OLECHAR** names, std::uint32_t count, LCID, DISPID* ids) {
+  if (!(iid == IID_NULL)) return DISP_E_UNKNOWNINTERFACE;
+  if (names == nullptr || ids == nullptr || count == 0) return E_INVALIDARG;
+  std::fill_n(ids, count, DISPID_UNKNOWN);
+  if (std::any_of(names, names + count, [](const OLECHAR* name) { return name == nullptr; })) return E_INVALIDARG;
+  const int position = table_.index.find(table_.members, names[0]);
+  if (position < 0) return DISP_E_UNKNOWNNAME;
+  ids[0] = table_.id_of(position);
+  const Member& member = table_.members[static_cast<std::size_t>(position)];
+  HRESULT result = S_OK;
+  for (std::uint32_t i = 1; i < count; ++i) {
+    for (std::uint8_t k = 0; k < member.count; ++k) {
+      if (NameIndex::equal(member.arguments[k].name, names[i])) ids[i] = k;
+    }
+    if (ids[i] == DISPID_UNKNOWN) result = DISP_E_UNKNOWNNAME;
+  }
+  return result;
+}
+
+HRESULT Identity::Invoke(DISPID id, const GUID& iid, LCID, std::uint16_t flags, DISPPARAMS* parameters, VARIANT* result,
+                         EXCEPINFO* exception, std::uint32_t* bad_argument) {
+  if (!(iid == IID_NULL)) return DISP_E_UNKNOWNINTERFACE;
+  if (result != nullptr) *result = {};
+  if (parameters == nullptr) return E_INVALIDARG;
+  const Member* const member = table_.member(id);
+  if (member == nullptr) return DISP_E_MEMBERNOTFOUND;
+  constexpr std::uint16_t puts = DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF;
+  const bool writes = (flags & puts) != 0;
+  if ((member->kinds & flags) == 0 || (writes && (member->kinds & flags & puts) == 0)) return DISP_E_MEMBERNOTFOUND;
+
+  CallArguments arguments{.member = member};
+  std::uint32_t bad = 0;
+  OwnedVariant made;
+  AddRef();  // a host may let go of the object in the middle of the call
+  HRESULT code = S_OK;
+  const std::optional<Failure> failure = caught([&] {
+    code = place(*member, *parameters, writes, arguments, bad);
+    if (code == S_OK) (writes ? member->write : member->read)(*object_, arguments, *made);
+  });
+  const bool told = failure && arguments.converted;
+  if (told) {
+    code = tell(*failure, exception);
+  } else if (failure) {
+    code = code_of(failure->number);
+    const VARIANT* const given = arguments.given[arguments.at];
+    if (given != nullptr) bad = static_cast<std::uint32_t>(given - parameters->rgvarg);
+  }
+  if (code == S_OK && result != nullptr) *result = made.detach();
+  if (code != S_OK && !told && bad_argument != nullptr) *bad_argument = bad;
+  Release();
+  return code;
+}
+
+}  // namespace
+
+Alive::Alive() noexcept { alive.fetch_add(1, std::memory_order_relaxed); }
+Alive::~Alive() { alive.fetch_sub(1, std::memory_order_relaxed); }
+std::int64_t Alive::count() noexcept { return alive.load(std::memory_order_relaxed); }
+void Alive::lock(bool on) noexcept { alive.fetch_add(on ? 1 : -1, std::memory_order_relaxed); }
+
+Held<IDispatch> identity_of(const Ref<Object>& object) {
+  if (!object) return {};
+  if (void* const identity = object->component_identity()) return Held<IDispatch>(static_cast<Identity*>(identity));
+  if (const ClassTable* const table = table_of(*object)) {
+    return Held<IDispatch>(std::make_unique<Identity>(object, *table).release());
+  }
+  const auto* const host = dynamic_cast<const HostSide*>(object.get());
+  if (host == nullptr) fail(FailureNumber::TypeMismatch);
+  return Held<IDispatch>(host->host());
+}
+
+Ref<Object> own_object(IUnknown* object) {
+  asked = nullptr;
+  const Held<IDispatch> found = query<IDispatch>(object, own_interface());
+  if (!found || found.get() != asked) return {};
+  return static_cast<const Identity*>(found.get())->object();
+}
+
+}  // namespace hedro34

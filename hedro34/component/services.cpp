@@ -1,0 +1,179 @@
+#include "hedro34/component/services.h"
+
+#include <memory>
+#include <mutex>
+#include <unordered_map>
+
+#include "hedro34/platform/TIBTemplate.h"
+#include "hedro34/platform/WENKtdDocument.h"
+#include "hedro34/platform/create_object.h"
+#include "hedro34/platform/message_box.h"
+#include "hedro34/platform/platform.h"
+#include "hedro34/platform/refusal.h"
+
+namespace hedro34 {
+namespace {
+
+class HostMessageBox final : public MessageBox {
+ public:
+  explicit HostMessageBox(Ref<Object> box) : box_(std::move(box)) {}
+  const Ref<Object>& box() const noexcept { return box_; }
+
+  std::int32_t Show(StringView text, std::int32_t flags, StringView title) override {
+    const Ref<Object> box = box_;  // the host may replace it in the middle of the call
+    if (const auto host = ref_cast<HostObject>(box)) {
+      return host->get<std::int32_t>(u"Show", String(text), flags, String(title));
+    }
+    return ref_cast<MessageBoxObject>(box)->Show(text, flags, title);
+  }
+
+ private:
+  Ref<Object> box_;
+};
+
+// What the host gave, for the process. It is never destroyed: at the end of the process the host may be gone.
+struct Given {
+  std::mutex mutex;
+  MessageBox* default_box = nullptr;
+  std::unique_ptr<HostMessageBox> box;
+  std::unordered_map<String, Held<binary::IDispatch>, IgnoringCase, IgnoringCase> classes;
+  std::unordered_map<String, Held<binary::IClassFactory>, IgnoringCase, IgnoringCase> registered;  // empty: not there
+};
+
+Given& given() {
+  static Given& it = *std::make_unique<Given>().release();
+  return it;
+}
+
+// The factory of a class in the class registry, which is asked once for each name.
+Held<binary::IClassFactory> registered_factory(StringView name) {
+  {
+    const std::scoped_lock lock(given().mutex);
+    if (const auto found = given().registered.find(String(name)); found != given().registered.end())
+      return found->second;
+  }
+  const Refusal refusal = last_refusal();  // that a class is not registered is no refusal of a file
+  binary::IClassFactory* factory = nullptr;
+  class_factory(name, &factory);
+  refuse(refusal);
+  const Held<binary::IClassFactory> found = Held<binary::IClassFactory>::taken(factory);
+  const std::scoped_lock lock(given().mutex);
+  return given().registered.emplace(name, found).first->second;
+}
+
+// A new object of a host's class, or nothing when there is no such class. Failure 429 when the class gives none.
+Held<binary::IDispatch> create_host_object(StringView name) {
+  Held<binary::IDispatch> factory;
+  {
+    const std::scoped_lock lock(given().mutex);
+    if (const auto found = given().classes.find(String(name)); found != given().classes.end()) factory = found->second;
+  }
+  if (factory) {
+    const Variant made = HostObject(std::move(factory)).get<Variant>(u"CreateInstance");
+    const auto* const object = made.get_if<Ref<Object>>();
+    if (object == nullptr || !*object) fail(FailureNumber::CannotCreateObject);
+    return identity_of(*object);
+  }
+  const Held<binary::IClassFactory> registered = registered_factory(name);
+  if (!registered) return {};
+  void* made = nullptr;
+  const binary::HRESULT result = registered->CreateInstance(nullptr, binary::IID_IDispatch, &made);
+  if (result < 0 || made == nullptr) fail(FailureNumber::CannotCreateObject);
+  return Held<binary::IDispatch>::taken(static_cast<binary::IDispatch*>(made));
+}
+
+template <class T>
+Ref<T> create_host(StringView name) {
+  const Held<binary::IDispatch> object = create_host_object(name);
+  if (!object) fail(FailureNumber::CannotCreateObject);
+  return serving_as<T>(object);
+}
+
+template <class T>
+bool is_hosts(const Ref<T>& object) {
+  return dynamic_cast<const HostSide*>(object.get()) != nullptr;
+}
+
+class HostFactories final : public TemplateFactory, public DocumentFactory {
+ public:
+  HostFactories(TemplateFactory& templates, DocumentFactory& documents)
+      : templates_(templates), documents_(documents) {}
+
+  Ref<TIBRegion> region(const Ref<TIBTemplate>& of) override {
+    return is_hosts(of) ? create_host<TIBRegion>(u"TIBTemplate81.TIBRegion") : templates_.region(of);
+  }
+  Ref<WENKtdDocument> document() override {
+    const Held<binary::IDispatch> object = create_host_object(u"WENKtd81.WENKtdDocument");
+    return object ? serving_as<WENKtdDocument>(object) : documents_.document();
+  }
+  Ref<WENKtdQuestion> question(const Ref<WENKtdDocument>& of) override {
+    return is_hosts(of) ? create_host<WENKtdQuestion>(u"WENKtd81.WENKtdQuestion") : documents_.question(of);
+  }
+  Ref<WENKtdObjective> objective(const Ref<WENKtdDocument>& of) override {
+    return is_hosts(of) ? create_host<WENKtdObjective>(u"WENKtd81.WENKtdObjective") : documents_.objective(of);
+  }
+  Ref<WENKtdOrder> order(const Ref<WENKtdDocument>& of) override {
+    return is_hosts(of) ? create_host<WENKtdOrder>(u"WENKtd81.WENKtdOrder") : documents_.order(of);
+  }
+
+ private:
+  TemplateFactory& templates_;
+  DocumentFactory& documents_;
+};
+
+}  // namespace
+
+std::int32_t MessageBoxObject::Show(StringView sText, std::int32_t lFlags, StringView sTitle) {
+  return TerminalMessageBox().Show(sText, lFlags, sTitle);
+}
+
+Ref<Object> PlatformObject::MessageBox() {
+  if (given().box) return given().box->box();
+  return make<MessageBoxObject>();
+}
+
+void PlatformObject::SetMessageBox(const Ref<Object>& value) {
+  Given& it = given();
+  if (platform().message_box != it.box.get()) it.default_box = platform().message_box;
+  if (value && !ref_cast<HostObject>(value) && !ref_cast<MessageBoxObject>(value)) fail(FailureNumber::TypeMismatch);
+  std::unique_ptr<HostMessageBox> box = value ? std::make_unique<HostMessageBox>(value) : nullptr;
+  platform().message_box = box ? box.get() : it.default_box;
+  std::swap(it.box, box);
+}
+
+String PlatformObject::LastRefusal() {
+  const Refusal& refusal = last_refusal();
+  return refusal.kind == Refusal::Kind::None ? String() : from_utf8(to_line(refusal));
+}
+
+void PlatformObject::RegisterClass(StringView sName, const Ref<Object>& oFactory) {
+  if (sName.empty()) fail(FailureNumber::InvalidCall);
+  if (!oFactory) fail(FailureNumber::ObjectNotSet);
+  Held<binary::IDispatch> factory = identity_of(oFactory);
+  const std::scoped_lock lock(given().mutex);
+  std::swap(given().classes[String(sName)], factory);
+}
+
+bool PlatformObject::RevokeClass(StringView sName) {
+  Held<binary::IDispatch> factory;  // released behind the lock
+  const std::scoped_lock lock(given().mutex);
+  const auto found = given().classes.find(String(sName));
+  if (found == given().classes.end()) return false;
+  factory = std::move(found->second);
+  given().classes.erase(found);
+  return true;
+}
+
+void install_host_factories() {
+  static const bool installed = [] {
+    Platform& services = platform();
+    HostFactories* const factories =
+        std::make_unique<HostFactories>(*services.template_objects, *services.document_objects).release();
+    services.template_objects = factories;
+    services.document_objects = factories;
+    return true;
+  }();
+  static_cast<void>(installed);
+}
+
+}  // namespace hedro34

@@ -1,0 +1,46 @@
+// What a host of the component can put in the place of the library's defaults, and ask of it, by name: the objects
+// "HEDRO34.Platform" and "HEDRO34.MessageBox", and the classes of the host from which the library makes what it adds to the
+// host's templates and documents.
+//
+// A host registers a class for the running program under its name, with an object whose method "CreateInstance" gives a new
+// object; where it did not, the class registry is asked, once for each name. These are looked for:
+//
+//   TIBTemplate81.TIBRegion                          for a template of the host
+//   WENKtd81.WENKtdQuestion, .WENKtdObjective, .WENKtdOrder   for a document of the host
+//   WENKtd81.WENKtdDocument                          for a new document; the library's own where there is none
+//
+// Everything here is one for the process, as the services of platform.h are, and belongs to the thread of the objects that
+// the host gave. What the host gave is held until it is replaced, not released at the end of the process.
+#pragma once
+
+#include "hedro34/component/host_object.h"
+
+namespace hedro34 {
+
+// The library's own message box, as an object.
+class MessageBoxObject final : public Object {
+ public:
+  std::int32_t Show(StringView sText, std::int32_t lFlags, StringView sTitle);
+};
+
+class PlatformObject final : public Object {
+ public:
+  // The object whose method "Show" shows the boxes; the library's own when the host gave none. An empty reference puts that
+  // back.
+  Ref<Object> MessageBox();
+  void SetMessageBox(const Ref<Object>& value);
+
+  // Why the last load or save of this thread was refused: "path: line 3, column 14: reason"; empty when it went well.
+  String LastRefusal();
+
+  // Registers or removes a class of the host for this process. Failure 91 for an empty reference, 5 for an empty name;
+  // `RevokeClass` gives whether there was one.
+  void RegisterClass(StringView sName, const Ref<Object>& oFactory);
+  bool RevokeClass(StringView sName);
+};
+
+// Puts factories in place that make what is added to a host's templates and documents out of the host's classes. Failure 429
+// when the host has none of that name. What stood there before serves all other templates and documents.
+void install_host_factories();
+
+}  // namespace hedro34

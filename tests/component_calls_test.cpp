@@ -1,0 +1,144 @@
+// The library's objects called by name: names, kinds, counts and types of arguments, and their result codes.
+#include "hedro34/merge/clsHEDRO.h"
+#include "tests/component_support.h"
+
+namespace hedro34::testing::component {
+namespace {
+
+using model::question;
+
+struct Row {
+  Call call;
+  std::string outcome;
+  std::string left = {};  // what the list holds then, where that is not a, b, c
+};
+
+void PrintTo(const Row& row, std::ostream* out) {
+  *out << row.call.flags << " " << to_utf8(row.call.member) << ": " << row.outcome;
+}
+
+TEST_F(Component, CallsAListByName) {
+  const Row rows[] = {
+      {{u"cOUNT", get}, "I4 3"},
+      {{u"ITEM", get, {2}}, "BSTR b"},
+      {{u"Item", method | get, {u"K"}}, "BSTR b"},
+      {{u"Item", get, {9}}, "BSTR "},
+      {{u"Add", method, {u"d", missing, 1}}, "BOOL -1", "d,a,b,c"},
+      {{u"Add", method, {1, u"d"}, {u"bEFORE", u"ITEM"}}, "BOOL -1", "d,a,b,c"},
+      {{u"Add", method, {u"d", 1}, {u"After"}}, "BOOL -1", "a,d,b,c"},
+      {{u"Add", method, {u"d", missing, missing}, {u"Before", u"Key"}}, "BOOL -1", "a,b,c,d"},
+      {{u"AddDelimitedString", method, {u"d,e", u","}}, "BOOL -1", "a,b,c,d,e"},
+      {{u"AddDelimitedString", method, {u"d\te"}}, "BOOL -1", "a,b,c,d,e"},
+      {{u"AddArray", method, {Array<String>::of({u"d", u"e"}, -7)}}, "BOOL -1", "a,b,c,d,e"},
+      {{u"Item", put_value, {2, u"B"}}, "EMPTY", "a,B,c"},
+      {{u"Item", put_value, {2, u"B"}, {u"iNdEx"}}, "EMPTY", "a,B,c"},
+      {{u"AsArray"}, "BSTR[1] a b c"},
+      {{u"AsArray", method, {0}}, "BSTR[0] a b c"},
+      {{u"AsArray", method, {u"-2"}}, "BSTR[-2] a b c"},
+      {{u"AsString", method, {u"::"}}, "BSTR a::b::c"},
+      {{u"Exists", method, {Null()}}, "BOOL 0"},
+      // names
+      {{u"Nothing"}, "names 80020006"},
+      {{u""}, "names 80020006"},
+      {{u"Add", method, {u"d"}, {u"Nowhere"}}, "names 80020006"},
+      // kinds
+      {{u"Count", method}, "80020003"},
+      {{u"Count", put_value, {1}}, "80020003"},
+      {{u"Add", get, {u"d"}}, "80020003"},
+      {{u"Add", 0, {u"d"}}, "80020003"},
+      {{u"Item", put_reference, {1, u"B"}}, "80020003"},
+      // counts
+      {{u"Add", method, {u"d", missing, missing, missing, missing}}, "8002000E"},
+      {{u"Add", method, {u"d", u"e"}, {u"Item"}}, "8002000E"},
+      {{u"Add", method, {u"d", u"e"}, {u"Item", u"Item"}}, "8002000E"},
+      {{u"Count", get, {1}}, "8002000E"},
+      {{u"Add"}, "8002000F at 0"},
+      {{u"Add", method, {missing, u"x"}}, "8002000F at 1"},
+      {{u"Item", get}, "8002000F at 0"},
+      {{u"Item", put_value, {u"B"}}, "8002000F at 0"},
+      // types, with the index from the last argument
+      {{u"AddDelimitedString", method, {none, u","}}, "80020005 at 1"},
+      {{u"AddDelimitedString", method, {u"d", Null()}}, "80020005 at 0"},
+      {{u"Add", method, {1, Null()}, {u"Before", u"Item"}}, "80020005 at 0"},
+      {{u"Item", put_value, {1, missing}}, "80020005 at 0"},
+      {{u"AddArray", method, {u"d"}}, "80020005 at 0"},
+      {{u"AddArray", method, {Array<std::int32_t>::of({1})}}, "80020005 at 0"},
+      {{u"AsArray", method, {u"x"}}, "80020005 at 0"},
+      {{u"AsArray", method, {3e9}}, "8002000A at 0"},
+  };
+  for (const Row& row : rows) {
+    const auto list = abc();
+    EXPECT_EQ(run(identity_of(list).get(), row.call), row.outcome) << ::testing::PrintToString(row);
+    EXPECT_EQ(to_utf8(list->AsString(u",")), row.left.empty() ? "a,b,c" : row.left) << ::testing::PrintToString(row);
+  }
+}
+
+TEST_F(Component, CallsOtherObjectsByName) {
+  Recorder recorder;
+  const auto test = model::titled(u"T");
+  const auto item = question(u"q");
+  const auto platform = make<PlatformObject>();
+  const auto merge = make<clsHEDRO>();
+  const auto order = model::sequence(u"S", {u"q", u"r"})->Order;
+  const std::string not_set = " Object variable not set: HEDRO34 - ";
+  const struct {
+    Ref<Object> object;
+    Call call;
+    std::string outcome;
+    Lines reports = {};
+  } rows[] = {
+      {make<clsHEDROTestStrings>(), {u"AsArray"}, "BSTR[]"},
+      {order, {u"AsArray", method, {-1}}, "I4[-1] 1 2"},
+      {make<clsHEDROTestCorrect>(), {u"Add", method, {2.5}}, "BOOL -1"},
+      {make<clsHEDROTestCorrect>(), {u"Add", method, {32768}}, "8002000A at 0"},
+      {make<clsHEDROTestCorrect>(), {u"Item", get, {1}}, "I2 -1"},
+      {item, {u"QuestionType", put_value, {3}}, "EMPTY"},
+      {item, {u"QuestionType", get}, "I4 3"},
+      {item, {u"CorrectPoints", put_value, {u" 2.5 "}}, "EMPTY"},
+      {item, {u"CorrectPoints", get}, "R4 2.5"},
+      {item, {u"CorrectPoints", put_value, {1e39}}, "8002000A at 0"},
+      {item, {u"CorrectPoints", put_value, {u"x"}}, "80020005 at 0"},
+      {item, {u"CorrectAnd", put_reference, {true}}, "80020003"},
+      {item, {u"MultiplesPermitted", put_value, {true}}, "80020003"},
+      {item, {u"MultiplesPermitted", get}, "BOOL 0"},
+      {item, {u"Answers", put_value, {abc()}}, "80020003"},
+      {item, {u"Answers", put_reference, {test}}, "80020005 at 0"},
+      {item, {u"Answers", put_reference, {u"a"}}, "80020005 at 0"},
+      {item, {u"Answers", put_reference, {Variant()}}, "80020005 at 0"},
+      {item, {u"Answers", put_reference, {none}}, "EMPTY"},
+      {item, {u"Answers", get}, "OBJECT none"},
+      {merge, {u"TemplateIn", get}, "OBJECT none"},
+      {merge, {u"TemplateIn", put_reference, {test}}, "80020005 at 0"},
+      {merge, {u"RemoveInvalid"}, "BOOL -1"},
+      {test, {u"QuestionType", method, {u"MC"}}, "I4 3"},
+      {test, {u"CorrectAnswersAsArray", method, {1}}, "BSTR[]"},
+      {test, {u"QuestionScale", method, {1}}, "OBJECT none"},
+      {test, {u"AddSequence", method, {none}}, "BOOL 0"},
+      {test->Questions, {u"Add", method, {none}}, "BOOL 0", {"91" + not_set + "clsHEDROTestQuestions.Add"}},
+      {test->Sequences, {u"Add", method, {none}}, "BOOL 0", {"91" + not_set + "clsHEDROTestSequences.Add"}},
+      {test->Sequences,
+       {u"AddDefault", method, {none}},
+       "BOOL 0",
+       {"91" + not_set + "clsHEDROTestSequences.AddDefault"}},
+      {merge->Tests, {u"Add", method, {none}}, "EMPTY", {"91" + not_set + "clsHEDROTests.Add"}},
+      {model::sequence(u"S", {u"q"}),
+       {u"Copy", method, {none}},
+       "OBJECT none",
+       {"91" + not_set + "clsHEDROTestSequence.Copy"}},
+      {abc(),
+       {u"AddArray", method, {Array<String>()}},
+       "BOOL 0",
+       {"9 Subscript out of range: HEDRO34 - clsHEDROTestStrings.AddArray"}},
+      // A failure that the member does not trap is told to the caller.
+      {platform, {u"RegisterClass", method, {u"x", none}}, "80020009 800A005B HEDRO34: Object variable not set"},
+      {platform, {u"MessageBox", put_reference, {test}}, "80020009 800A000D HEDRO34: Type mismatch"},
+      {test, {u"SetError", method, {none}}, "BOOL 0"},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(run(identity_of(row.object).get(), row.call), row.outcome) << to_utf8(row.call.member);
+    EXPECT_EQ(recorder.take(), row.reports) << to_utf8(row.call.member);
+  }
+}
+
+}  // namespace
+}  // namespace hedro34::testing::component

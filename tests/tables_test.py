@@ -1,0 +1,47 @@
+#!/usr/bin/env python3
+"""What is written from the member tables is what stands in the repository, and the interface definition is whole."""
+
+import os
+import pathlib
+import re
+import subprocess
+import unittest
+
+SOURCES = pathlib.Path(os.environ["HEDRO34_SOURCE_DIR"])
+TABLES = os.environ["HEDRO34_TABLES"]
+
+
+def printed(what):
+    return subprocess.run([TABLES, what], check=True, capture_output=True, timeout=60).stdout.decode()
+
+
+class Tables(unittest.TestCase):
+    def test_written_files_are_current(self):
+        for what, name in (("reference", "docs/interfaces.md"), ("python", "clients/python/hedro34/_classes.py")):
+            with self.subTest(name):
+                current = (SOURCES / name).read_text(encoding="utf-8")
+                self.assertTrue(printed(what) == current, f"{name} is out of date: hedro34_tables {what} > {name}")
+
+    def test_interface_definition(self):
+        idl = printed("idl")
+        self.assertIn("[uuid(6AAE3623-6B45-492C-AAEE-413365FB2060), version(15.0), lcid(1033)]\nlibrary HEDRO34\n", idl)
+        creatable = [name for noncreatable, name in re.findall(r"(, noncreatable)?, helpstring.*\]\n  coclass (\w+)", idl)
+                     if not noncreatable]
+        self.assertEqual(creatable, ["clsHEDRO", "clsHEDROTest", "clsHEDROTestQuestion", "clsHEDROTestStrings",
+                                     "clsHEDROTestCorrect", "clsHEDROTestSequence"])
+        self.assertEqual(len(re.findall(r"dispinterface _\w+\n", idl)), 10)
+        for line in (
+            "[id(17)] VARIANT_BOOL LoadXML([in] BSTR sExamViewXMLFile, [in, optional, defaultvalue(0)] VARIANT_BOOL "
+            "bOddDistractorsOnly, [in, out, optional, defaultvalue(0)] VARIANT_BOOL* bUserCancelled, [in, optional, "
+            "defaultvalue(-1)] VARIANT_BOOL bVerbose);",
+            "[id(0), propget] BSTR Item([in] VARIANT Index);",
+            "[id(0), propput] void Item([in] VARIANT Index, [in] BSTR newValue);",
+            "[id(0), propget] _clsHEDROTestSequenceOrder* Order();",
+            "[id(3)] VARIANT_BOOL AddArray([in, out] SAFEARRAY(BSTR)* Value);",
+            '[id(4)] VARIANT_BOOL AddDelimitedString([in] BSTR Items, [in, optional, defaultvalue("\\t")] BSTR sDelimiter);',
+        ):
+            self.assertIn(line, idl)
+
+
+if __name__ == "__main__":
+    unittest.main()

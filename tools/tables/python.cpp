@@ -1,0 +1,161 @@
+#include <vector>
+
+#include "tools/tables/tables.h"
+
+namespace hedro34::tables {
+namespace {
+
+// The objects that the library hands out for the interfaces of templates and documents are those of its default classes.
+std::string class_name(StringView name) {
+  std::string result = utf8(name);
+  for (const auto& [prefix, own] : {std::pair{"TIB", "Form"}, std::pair{"WENKtd", "Data"}}) {
+    if (result.starts_with(prefix)) return own + result.substr(std::string(prefix).size());
+  }
+  return result;
+}
+
+bool is_hosts(StringView name) { return name.starts_with(u"TIB") || name.starts_with(u"WENKtd"); }
+
+std::string type_of(const ValueType& type, bool argument) {
+  switch (type.kind) {
+    case Kind::None: return "None";
+    case Kind::Boolean: return "bool";
+    case Kind::Int16:
+    case Kind::Int32: return "int";
+    case Kind::Float:
+    case Kind::Double: return "float";
+    case Kind::Text: return "str";
+    case Kind::Value: return "Any";
+    case Kind::Texts: return argument ? "list[str]" : "Array[str]";
+    case Kind::Numbers: return argument ? "list[int]" : "Array[int]";
+    case Kind::Enumeration: return argument ? "int" : utf8(type.name) + " | int";
+    case Kind::Object:
+      if (type.name.empty() || (argument && is_hosts(type.name))) return "Any";
+      return class_name(type.name);
+  }
+  return "Any";
+}
+
+std::string argument_text(const Argument& argument) {
+  std::string type = type_of(argument.type, true);
+  if (argument.by_reference && argument.type.kind == Kind::Boolean) type = "ByRef[bool]";
+  const bool is_path = argument.name.ends_with(u"Path") || argument.name.ends_with(u"File");
+  if (argument.type.kind == Kind::Text && is_path) type = "str | PathLike[str]";
+  std::string text = utf8(argument.name) + ": " + type;
+  if (!argument.optional) return text;
+  switch (argument.type.kind) {
+    case Kind::Boolean:
+      if (argument.by_reference) return text + " = ...";
+      return text + (argument.number != 0 ? " = True" : " = False");
+    case Kind::Int16:
+    case Kind::Int32:
+    case Kind::Enumeration: return text + " = " + std::to_string(argument.number);
+    case Kind::Text: return text + " = " + quoted(argument.text);
+    default: return text + " = ...";
+  }
+}
+
+std::string arguments_of(const Member& member) {
+  std::string result = "self";
+  for (std::uint8_t i = 0; i < member.count; ++i) result += ", " + argument_text(member.arguments[i]);
+  return result;
+}
+
+constexpr std::size_t width = 120;
+
+void print_function(std::ostream& out, const std::string& name, const Member& member, const std::string& result) {
+  const std::string line = "    def " + name + "(" + arguments_of(member) + ") -> " + result + ": ...";
+  if (line.size() <= width) {
+    out << "\n" << line << "\n";
+    return;
+  }
+  out << "\n    def " << name << "(\n        self,\n";
+  for (std::uint8_t i = 0; i < member.count; ++i) out << "        " << argument_text(member.arguments[i]) << ",\n";
+  out << "    ) -> " << result << ": ...\n";
+}
+
+// Quoted where it is a class, which may come later in the file.
+std::string element_of(const Member& item) {
+  const std::string type = type_of(item.type, false);
+  return item.type.kind == Kind::Object && type != "Any" ? '"' + type + '"' : type;
+}
+
+void print_class(std::ostream& out, const ClassTable& table) {
+  constexpr std::uint16_t writes = binary::DISPATCH_PROPERTYPUT | binary::DISPATCH_PROPERTYPUTREF;
+  const Member* const main =
+      table.default_member < 0 ? nullptr : &table.members[static_cast<std::size_t>(table.default_member)];
+  const bool items = main != nullptr && main->count == 1;
+  out << "\n\nclass " << utf8(table.name) << "(" << (items ? "Items[" + element_of(*main) + "]" : "Reference")
+      << ", Protocol):\n    \"\"\"" << utf8(table.summary) << "\"\"\"\n";
+  bool in_block = false;
+  for (const Member& member : table.members) {
+    const bool host_object = member.type.kind == Kind::Object && is_hosts(member.type.name);
+    std::string type = type_of(member.type, false);
+    const std::string name = utf8(member.name);
+    const bool property = (member.kinds & binary::DISPATCH_PROPERTYGET) != 0 && member.count == 0;
+    if (property && (member.kinds & writes) != 0) {
+      if (!in_block) out << "\n";
+      in_block = true;
+      out << "    " << name << ": " << type << (host_object ? " | Any" : "") << "\n";
+      continue;
+    }
+    in_block = false;
+    if (property) {
+      out << "\n    @property\n    def " << name << "(self) -> " << type << (host_object ? " | Any" : "") << ": ...\n";
+      continue;
+    }
+    if (member.type.kind == Kind::Object && type != "Any") type += " | Any";  // empty where there is none
+    print_function(out, name, member, type);
+    if (items && &member == main && (member.kinds & writes) != 0) {
+      out << "\n    def __setitem__(self, index: Any, value: " << type_of(main->type, true) << ") -> None: ...\n";
+    }
+  }
+  if (main != nullptr && !items) print_function(out, "__call__", *main, type_of(main->type, false));
+}
+
+}  // namespace
+
+void print_python(std::ostream& out) {
+  out << R"("""The classes of the library, as its member tables give them. Written by `hedro34_tables python`; not edited
+by hand."""
+
+from __future__ import annotations
+
+from enum import IntEnum, IntFlag
+from os import PathLike
+from typing import Any, Literal, Protocol, overload
+
+from ._typing import Items, Reference
+from ._values import Array, ByRef
+
+CLASSES: dict[str, str] = {
+)";
+  std::vector<const ClassTable*> creatable;
+  for (const auto classes : {library_classes(), service_classes()}) {
+    for (const ClassTable* const table : classes) {
+      if (table->create == nullptr) continue;
+      creatable.push_back(table);
+      out << "    \"HEDRO34." << utf8(table->name) << "\": \"{" << identifier(table->class_id) << "}\",\n";
+    }
+  }
+  out << "}\n";
+  for (const EnumerationTable& table : library_enumerations()) {
+    out << "\n\nclass " << utf8(table.name) << (table.flags ? "(IntFlag):\n" : "(IntEnum):\n");
+    for (const Enumerator& value : table.values) {
+      const std::string name = utf8(value.name.substr(table.name.size()));
+      out << "    " << name << (name == "None" ? "_" : "") << " = " << value.value << "\n";
+    }
+  }
+  for (const auto classes : {library_classes(), service_classes()}) {
+    for (const ClassTable* const table : classes) print_class(out, *table);
+  }
+  out << "\n\nclass Create(Protocol):\n    \"\"\"`hedro34.create`, with the class of what it gives.\"\"\"\n";
+  for (const ClassTable* const table : creatable) {
+    const std::string name = utf8(table->name);
+    out << "\n    @overload\n    def __call__(self, name: Literal[\"HEDRO34." << name << "\"], library: Any = ...) -> "
+        << name << ": ...\n";
+  }
+  out << "\n    @overload\n    def __call__(self, name: str, library: Any = ...) -> Any: ...\n";
+}
+
+}  // namespace hedro34::tables
