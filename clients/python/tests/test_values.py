@@ -1,0 +1,161 @@
+"""Values through the boundary, and Python objects as the library meets them: no library is needed."""
+
+from __future__ import annotations
+
+import contextlib
+import io
+import threading
+import unittest
+from pathlib import Path
+from types import SimpleNamespace
+from typing import Any
+
+import support  # noqa: F401  (the path)
+
+import hedro34
+from hedro34 import _host, _object
+
+
+class Teacher:
+    subject = "Biology"
+
+    def __init__(self) -> None:
+        self.marks = {1: "A"}
+        self._secret = "hidden"
+
+    def Echo(self, value: Any = "nothing", second: Any = None) -> Any:
+        return value
+
+    def Item(self, index: int) -> str:
+        return self.marks[index]
+
+    def SetItem(self, index: int, value: str) -> None:
+        self.marks[index] = value
+
+    def Fail(self, error: str) -> None:
+        own, bare = hedro34.Error("jam", number=57), hedro34.Error("crease")
+        raise {"plain": ValueError("no paper"), "own": own, "bare": bare, "stop": KeyboardInterrupt()}[error]
+
+    def LetGo(self) -> str:
+        proxies.clear()
+        return "gone"
+
+
+proxies: list[hedro34.Object] = []
+
+
+def proxy(target: object) -> Any:
+    """The object as the other side sees it: through its table of functions only."""
+    return _object.AnyObject(_host.expose(target))
+
+
+class Values(unittest.TestCase):
+    def setUp(self) -> None:
+        self.teacher = Teacher()
+        self.proxy = proxy(self.teacher)
+        self.addCleanup(lambda: self.assertEqual(hedro34.exposed_objects(), []))
+        self.addCleanup(lambda: self.proxy.release())
+
+    def test_come_back_as_they_went(self) -> None:
+        texts = ["", "Maß", "a\0b", "\U0001f600", "half \ud83d", "\udc00 half"]
+        numbers = [0, -1, 2**31 - 1, -(2**31), 2**31, 2**63 - 1, -(2**63), 0.1, float("inf")]
+        numbers.append(hedro34.HEDROTestQuestionType.Case)
+        markers = [None, True, False, hedro34.NULL]
+        arrays = [["a", ""], [1, -2], [1, "a", None, [2.5]], [True], [2**40], []]
+        for value in [*texts, *numbers, *markers, *arrays, self.teacher]:
+            with self.subTest(value=value):
+                back = self.proxy.Echo(value)
+                self.assertEqual((back, type(back) in (type(value), int, hedro34.Array)), (value, True))
+        self.assertIs(self.proxy.Echo(self.proxy), self.teacher)
+        self.assertIsNone(self.proxy.Echo(hedro34.EMPTY))
+        self.assertEqual(self.proxy.Echo(Path("a/b.xml")), "a/b.xml")
+        self.assertEqual(self.proxy.Echo(hedro34.MISSING), "nothing")
+        array = self.proxy.Echo(hedro34.Array(["a", "b"], 7))
+        self.assertEqual((array.lower_bound, array.upper_bound), (7, 8))
+        self.assertIsNone(self.proxy.Echo([]).lower_bound)
+        for value in (False, 7, 2**40, "text", ["a"], self.teacher, None):
+            reference = hedro34.ByRef(value)
+            self.assertEqual((self.proxy.Echo(reference), reference.value), (value, value))
+
+    def test_without_counterpart(self) -> None:
+        for value in (b"a", {}, {1}, 1j, [b"a"], hedro34.ByRef(b"a"), [hedro34.ByRef(1)]):
+            with self.subTest(value=value):
+                with self.assertRaisesRegex(hedro34.Error, "Echo: argument 2 has the wrong type: a"):
+                    self.proxy.Echo(1, value)
+        with self.assertRaisesRegex(hedro34.Error, "argument 1 is too large: 9223372036854775808"):
+            self.proxy.Echo(2**63)
+
+    def test_members(self) -> None:
+        self.assertEqual((self.proxy.SUBJECT, self.proxy.echo(2)), ("Biology", 2))
+        self.proxy.subject = "Physics"
+        self.assertEqual(self.teacher.subject, "Physics")
+        self.assertEqual(self.proxy(1), "A")
+        self.proxy._call("Item", 4, (2, "B"), {})  # Item(2) = "B"
+        self.assertEqual(self.teacher.marks, {1: "A", 2: "B"})
+        for name in ("Subjekt", "_secret"):
+            self.assertFalse(hasattr(self.proxy, name))
+        with self.assertRaisesRegex(hedro34.Error, 'Echo has no argument "third"'):
+            self.proxy.Echo(third=1)
+        with self.assertRaisesRegex(hedro34.Error, "Echo: an int cannot be assigned"):
+            self.proxy.Echo = 1
+        value = proxy(SimpleNamespace(Value=3))
+        self.assertEqual(value(), 3)
+        value.release()
+
+    def test_failures_of_the_host(self) -> None:
+        with contextlib.redirect_stderr(io.StringIO()) as printed:
+            with self.assertRaisesRegex(hedro34.Error, "ValueError: no paper") as caught:
+                self.proxy.Fail("plain")
+            self.assertEqual((caught.exception.number, caught.exception.source), (440, "Teacher.Fail"))
+            self.assertIn('raise {"plain"', hedro34.last_host_error())
+            self.assertIn("Teacher.Fail failed when the library called it", printed.getvalue())
+            shown = printed.getvalue()
+            with self.assertRaises(hedro34.Error) as caught:
+                self.proxy.Fail("own")
+            self.assertEqual((caught.exception.number, caught.exception.description), (57, "jam"))
+            with self.assertRaisesRegex(hedro34.Error, "Fail: crease .error 440"):
+                self.proxy.Fail("bare")
+            with self.assertRaises(KeyboardInterrupt):
+                self.proxy.Fail("stop")
+            self.assertEqual(printed.getvalue(), shown)
+
+    def test_identity_and_release(self) -> None:
+        other = proxy(self.teacher)
+        self.assertEqual((other, hash(other), len({other, self.proxy})), (self.proxy, hash(self.proxy), 1))
+        with other:
+            self.assertTrue(hedro34.exposed_objects() == [self.teacher])
+        other.release()
+        with self.assertRaisesRegex(hedro34.Error, "has been released"):
+            other.subject
+        last = proxy(Teacher())
+        proxies.append(last)
+        del last
+        self.assertEqual(proxies[0].LetGo(), "gone")
+
+    def test_threads(self) -> None:
+        seen: list[object] = []
+        second = proxy(Teacher())
+        holder = [second]
+        del second
+
+        def use() -> None:
+            try:
+                self.proxy.subject
+            except hedro34.Error as error:
+                seen.append(str(error))
+            holder.clear()
+            seen.append(len(hedro34.exposed_objects()))
+            holder.append(proxy(Teacher()))
+
+        thread = threading.Thread(target=use, name="Worker")
+        thread.start()
+        thread.join()
+        self.assertIn('belongs to thread "MainThread" and was used on "Worker"', str(seen[0]))
+        self.assertEqual(seen[1], 2)  # waits for its own thread
+        holder.clear()  # of a thread that has ended
+        hedro34.collect()
+        self.assertEqual(hedro34.exposed_objects(), [self.teacher])
+
+
+if __name__ == "__main__":
+    unittest.main()
