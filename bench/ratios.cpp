@@ -174,7 +174,7 @@ bool print_ratios(const Shortest& times, const std::vector<Input>& inputs) {
       }
     }
   }
-  held &= print("LoadKTD to nlohmann-json's tree of the same bytes, 10000", times.time("load_ktd"),
+  held &= print("LoadKTD to nlohmann-json's tree of the same file, 10000", times.time("load_ktd"),
                 times.time("parse_ktd"), 1);
   for (const char* const property : {"CorrectPoints", "MultiplesPermitted", "QuestionText", "Answers"}) {
     held &= print(std::string("call by name to the C++ call, ") + property,

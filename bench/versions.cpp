@@ -103,10 +103,9 @@ void load_document(benchmark::State& state, const std::string& document) {
 }
 
 void parse_document(benchmark::State& state, const std::string& document) {
-  std::ifstream file(document, std::ios::binary);
-  const std::string bytes{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
   for (auto _ : state) {
-    auto tree = nlohmann::json::parse(bytes);
+    const auto bytes = read_file(from_utf8(document));
+    auto tree = nlohmann::json::parse(*bytes);
     require(tree.is_object(), "parsing the document");
     state.PauseTiming();
     tree = nullptr;

@@ -52,10 +52,10 @@ TEST_F(Component, CallsAListByName) {
       {{u"Add", method, {u"d", u"e"}, {u"Item"}}, "8002000E"},
       {{u"Add", method, {u"d", u"e"}, {u"Item", u"Item"}}, "8002000E"},
       {{u"Count", get, {1}}, "8002000E"},
-      {{u"Add"}, "8002000F at 0"},
+      {{u"Add"}, "8002000F"},
       {{u"Add", method, {missing, u"x"}}, "8002000F at 1"},
-      {{u"Item", get}, "8002000F at 0"},
-      {{u"Item", put_value, {u"B"}}, "8002000F at 0"},
+      {{u"Item", get}, "8002000F"},
+      {{u"Item", put_value, {u"B"}}, "8002000F"},
       // types, with the index from the last argument
       {{u"AddDelimitedString", method, {none, u","}}, "80020005 at 1"},
       {{u"AddDelimitedString", method, {u"d", Null()}}, "80020005 at 0"},

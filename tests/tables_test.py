@@ -35,7 +35,7 @@ class Tables(unittest.TestCase):
             "bOddDistractorsOnly, [in, out, optional, defaultvalue(0)] VARIANT_BOOL* bUserCancelled, [in, optional, "
             "defaultvalue(-1)] VARIANT_BOOL bVerbose);",
             "[id(0), propget] BSTR Item([in] VARIANT Index);",
-            "[id(0), propput] void Item([in] VARIANT Index, [in] BSTR newValue);",
+            "[id(0), propput] void Item([in] VARIANT Index, [in] BSTR sValue);",
             "[id(0), propget] _clsHEDROTestSequenceOrder* Order();",
             "[id(3)] VARIANT_BOOL AddArray([in, out] SAFEARRAY(BSTR)* Value);",
             '[id(4)] VARIANT_BOOL AddDelimitedString([in] BSTR Items, [in, optional, defaultvalue("\\t")] BSTR sDelimiter);',

@@ -26,10 +26,10 @@ class Object {
   // 438 when there is no method of that name, which is all that this default does.
   virtual Variant Call(StringView name, std::span<Variant> arguments);
 
-  // The identity under which callers outside the library hold the object, empty while there is none. The identity sets it
-  // and empties it again; the object does nothing with it.
-  void* component_identity() const noexcept { return component_identity_; }
-  void set_component_identity(void* identity) noexcept { component_identity_ = identity; }
+  // The number of the identity under which callers outside the library hold the object, 0 while there is none. The identity
+  // sets it and puts it back; the object does nothing with it.
+  std::uint32_t component_identity() const noexcept { return component_identity_; }
+  void set_component_identity(std::uint32_t number) noexcept { component_identity_ = number; }
 
   // Whether more than one reference holds the object.
   bool shared() const noexcept { return count_ > 1; }
@@ -45,7 +45,7 @@ class Object {
 
  private:
   mutable std::int32_t count_ = 0;
-  void* component_identity_ = nullptr;
+  std::uint32_t component_identity_ = 0;
 };
 
 // A class whose objects can be held as `T`.

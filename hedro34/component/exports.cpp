@@ -10,11 +10,7 @@
 #include "hedro34/platform/create_object.h"
 #include "hedro34/runtime/modStartup.h"
 
-#ifdef _WIN32
-#define HEDRO34_EXPORT extern "C" __declspec(dllexport)
-#else
 #define HEDRO34_EXPORT extern "C" [[gnu::visibility("default")]]
-#endif
 
 namespace hedro34 {
 namespace {
@@ -25,21 +21,21 @@ class ClassFactory final : public IClassFactory {
  public:
   explicit ClassFactory(const ClassTable& table) : table_(table) {}
 
-  HRESULT STDMETHODCALLTYPE QueryInterface(const GUID& iid, void** object) override {
+  HRESULT QueryInterface(const GUID& iid, void** object) override {
     if (object == nullptr) return E_POINTER;
     const bool known = iid == IID_IUnknown || iid == IID_IClassFactory;
     *object = known ? static_cast<IClassFactory*>(this) : nullptr;
     if (known) AddRef();
     return known ? S_OK : E_NOINTERFACE;
   }
-  std::uint32_t STDMETHODCALLTYPE AddRef() override { return ++count_; }
-  std::uint32_t STDMETHODCALLTYPE Release() override {
+  std::uint32_t AddRef() override { return ++count_; }
+  std::uint32_t Release() override {
     const std::uint32_t left = --count_;
     if (left == 0) std::unique_ptr<ClassFactory>(this).reset();
     return left;
   }
 
-  HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, const GUID& iid, void** object) override {
+  HRESULT CreateInstance(IUnknown* outer, const GUID& iid, void** object) override {
     if (object == nullptr) return E_POINTER;
     *object = nullptr;
     if (outer != nullptr) return CLASS_E_NOAGGREGATION;
@@ -51,7 +47,7 @@ class ClassFactory final : public IClassFactory {
     if (failure) return failure->number == 7 ? E_OUTOFMEMORY : E_UNEXPECTED;
     return result;
   }
-  HRESULT STDMETHODCALLTYPE LockServer(std::int32_t lock) override {
+  HRESULT LockServer(std::int32_t lock) override {
     Alive::lock(lock != 0);
     return S_OK;
   }
@@ -86,7 +82,7 @@ HRESULT answer(Body body) {
 using namespace hedro34;
 using namespace hedro34::binary;
 
-HEDRO34_EXPORT HRESULT STDMETHODCALLTYPE DllGetClassObject(const GUID& class_id, const GUID& iid, void** object) {
+HEDRO34_EXPORT HRESULT DllGetClassObject(const GUID& class_id, const GUID& iid, void** object) {
   if (object == nullptr) return E_POINTER;
   *object = nullptr;
   return answer([&] {
@@ -99,9 +95,9 @@ HEDRO34_EXPORT HRESULT STDMETHODCALLTYPE DllGetClassObject(const GUID& class_id,
   });
 }
 
-HEDRO34_EXPORT HRESULT STDMETHODCALLTYPE DllCanUnloadNow() { return Alive::count() == 0 ? S_OK : S_FALSE; }
+HEDRO34_EXPORT HRESULT DllCanUnloadNow() { return Alive::count() == 0 ? S_OK : S_FALSE; }
 
-HEDRO34_EXPORT HRESULT STDMETHODCALLTYPE DllRegisterServer() {
+HEDRO34_EXPORT HRESULT DllRegisterServer() {
   return answer([] {
     const String library = path_of_library(reinterpret_cast<const void*>(&DllCanUnloadNow));
     std::vector<RegisteredClass> classes;
@@ -112,7 +108,7 @@ HEDRO34_EXPORT HRESULT STDMETHODCALLTYPE DllRegisterServer() {
   });
 }
 
-HEDRO34_EXPORT HRESULT STDMETHODCALLTYPE DllUnregisterServer() {
+HEDRO34_EXPORT HRESULT DllUnregisterServer() {
   return answer([] {
     std::vector<GUID> ids;
     for (const ClassTable* const table : creatable_classes()) ids.push_back(table->class_id);

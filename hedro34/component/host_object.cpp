@@ -1,11 +1,30 @@
 #include "hedro34/component/host_object.h"
 
+#include <atomic>
 #include <vector>
+
+#include "hedro34/runtime/fault_trap.h"
 
 namespace hedro34 {
 namespace {
 
 using namespace binary;
+
+std::atomic<bool> faults_are_failures{true};
+
+// A call of the host that is running: no trap outside it catches a fault, where the host wants it so.
+class HostCall {
+ public:
+  HostCall() noexcept : traps_(faults_of_thread.innermost) {
+    if (!faults_are_failures.load(std::memory_order_relaxed)) faults_of_thread.innermost = nullptr;
+  }
+  HostCall(const HostCall&) = delete;
+  HostCall& operator=(const HostCall&) = delete;
+  ~HostCall() { faults_of_thread.innermost = traps_; }
+
+ private:
+  const ActiveTrap* traps_;
+};
 
 std::int32_t number_of(HRESULT code) noexcept {
   constexpr std::uint32_t facility_mask = 0xFFFF0000u;
@@ -55,6 +74,7 @@ struct Exception : EXCEPINFO {
 
   [[noreturn]] void fail() {
     if (pfnDeferredFillIn != nullptr) pfnDeferredFillIn(this);
+    if (wCode == 0 && scode >= 0) fail_with(DISP_E_EXCEPTION);  // it says nothing
     const std::int32_t number = wCode != 0 ? std::int32_t{wCode} : number_of(scode);
     const String words(bstrDescription != nullptr ? StringView(bstrDescription, SysStringLen(bstrDescription))
                                                   : failure_text(number));
@@ -63,6 +83,9 @@ struct Exception : EXCEPINFO {
 };
 
 }  // namespace
+
+bool host_faults_are_failures() noexcept { return faults_are_failures.load(std::memory_order_relaxed); }
+void set_host_faults_are_failures(bool value) noexcept { faults_are_failures.store(value, std::memory_order_relaxed); }
 
 HostArgument HostArgument::by_reference(HostArgument& target) {
   HostArgument result;
@@ -78,8 +101,8 @@ OwnedVariant HostSide::invoke(StringView name, std::uint16_t flags, std::span<Ho
   DISPID id = DISPID_VALUE;
   if (!name.empty()) {
     String named(name);
-    OLECHAR* const names[] = {named.data()};
-    const HRESULT found = host->GetIDsOfNames(IID_NULL, const_cast<OLECHAR**>(names), 1, 0, &id);
+    OLECHAR* names[] = {named.data()};
+    const HRESULT found = host->GetIDsOfNames(IID_NULL, names, 1, 0, &id);
     if (found < 0) fail_with(found);
   }
   std::vector<VARIANT> backwards;
@@ -92,6 +115,7 @@ OwnedVariant HostSide::invoke(StringView name, std::uint16_t flags, std::span<Ho
   OwnedVariant result;
   Exception exception;
   std::uint32_t bad_argument = 0;
+  const HostCall running;
   const HRESULT code =
       host->Invoke(id, IID_NULL, 0, flags, &parameters, writes ? nullptr : result.get(), &exception, &bad_argument);
   if (code == DISP_E_EXCEPTION) exception.fail();

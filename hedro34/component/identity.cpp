@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <atomic>
+#include <limits>
 #include <memory>
 
 #include "hedro34/component/classes.h"
 #include "hedro34/component/host_object.h"
+#include "hedro34/component/identity_numbers.h"
 
 namespace hedro34 {
 namespace {
@@ -13,6 +15,7 @@ namespace {
 using namespace binary;
 
 std::atomic<std::int64_t> alive{0};
+std::atomic<std::int64_t> locks{0};
 
 // An interface of this library in this process only: the identifier holds an address in it, so that another copy of the
 // library, with objects of another make, does not answer to it.
@@ -41,9 +44,9 @@ HRESULT tell(const Failure& failure, EXCEPINFO* exception) {
   if (exception != nullptr) {
     constexpr std::uint32_t failures = 0x800A0000u;
     *exception = {};
-    exception->scode = failure.number > 0 && failure.number <= 0xFFFF
-                           ? result_code(failures | static_cast<std::uint32_t>(failure.number))
-                           : failure.number;
+    exception->scode = failure.number < 0        ? failure.number  // a result code of a host's object
+                       : failure.number > 0xFFFF ? E_FAIL
+                                                 : result_code(failures | static_cast<std::uint32_t>(failure.number));
     quietly([&] {
       exception->bstrSource = bstr_of(failure.source);
       exception->bstrDescription = bstr_of(failure.description);
@@ -52,7 +55,9 @@ HRESULT tell(const Failure& failure, EXCEPINFO* exception) {
   return DISP_E_EXCEPTION;
 }
 
-// Puts the arguments of a call in their places. `bad` is the index in `parameters` of one that does not fit.
+constexpr std::uint32_t none = std::numeric_limits<std::uint32_t>::max();
+
+// Puts the arguments of a call in their places. `bad` is the index in `parameters` of one that does not fit, or `none`.
 HRESULT place(const Member& member, const DISPPARAMS& parameters, bool writes, CallArguments& arguments,
               std::uint32_t& bad) {
   const std::uint32_t all = parameters.cArgs;
@@ -66,19 +71,22 @@ HRESULT place(const Member& member, const DISPPARAMS& parameters, bool writes, C
   for (std::uint32_t i = 0; i < named; ++i) {
     const DISPID id = parameters.rgdispidNamedArgs[i];
     const bool is_value = writes && id == DISPID_PROPERTYPUT;
-    bad = i;
-    if (!is_value && (id < 0 || id >= member.count)) return DISP_E_PARAMNOTFOUND;
+    if (!is_value && (id < 0 || id >= member.count)) {
+      bad = i;
+      return DISP_E_PARAMNOTFOUND;
+    }
     VARIANT*& target = arguments.given[is_value ? member.count : static_cast<std::size_t>(id)];
     if (target != nullptr) return DISP_E_BADPARAMCOUNT;
     target = &parameters.rgvarg[i];
   }
   for (std::size_t i = 0; i < member.count; ++i) {
     VARIANT*& given = arguments.given[i];
-    if (given != nullptr && is_left_out(*given)) {
-      bad = static_cast<std::uint32_t>(given - parameters.rgvarg);
-      given = nullptr;
+    const VARIANT* const left_out = given != nullptr && is_left_out(*given) ? given : nullptr;
+    if (left_out != nullptr) given = nullptr;
+    if (given == nullptr && !member.arguments[i].optional) {
+      if (left_out != nullptr) bad = static_cast<std::uint32_t>(left_out - parameters.rgvarg);
+      return DISP_E_PARAMNOTOPTIONAL;
     }
-    if (given == nullptr && !member.arguments[i].optional) return DISP_E_PARAMNOTOPTIONAL;
   }
   return writes && arguments.given[member.count] == nullptr ? DISP_E_PARAMNOTOPTIONAL : S_OK;
 }
@@ -86,13 +94,16 @@ HRESULT place(const Member& member, const DISPPARAMS& parameters, bool writes, C
 class Identity final : public IDispatch {
  public:
   Identity(Ref<Object> object, const ClassTable& table) : object_(std::move(object)), table_(table) {
-    object_->set_component_identity(this);
+    object_->set_component_identity(number_identity(this));
   }
-  ~Identity() { object_->set_component_identity(nullptr); }
+  ~Identity() {
+    forget_identity(object_->component_identity(), this);
+    object_->set_component_identity(0);
+  }
 
   const Ref<Object>& object() const noexcept { return object_; }
 
-  HRESULT STDMETHODCALLTYPE QueryInterface(const GUID& iid, void** object) override {
+  HRESULT QueryInterface(const GUID& iid, void** object) override {
     if (object == nullptr) return E_POINTER;
     if (iid == IID_IUnknown || iid == IID_IDispatch || iid == table_.interface_id) {
       *object = static_cast<IDispatch*>(this);
@@ -106,32 +117,32 @@ class Identity final : public IDispatch {
     AddRef();
     return S_OK;
   }
-  std::uint32_t STDMETHODCALLTYPE AddRef() override { return ++count_; }
-  std::uint32_t STDMETHODCALLTYPE Release() override {
+  std::uint32_t AddRef() override { return ++count_; }
+  std::uint32_t Release() override {
     const std::uint32_t left = --count_;
     if (left == 0) std::unique_ptr<Identity>(this).reset();
     return left;
   }
 
-  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(std::uint32_t* count) override {
+  HRESULT GetTypeInfoCount(std::uint32_t* count) override {
     if (count == nullptr) return E_POINTER;
     *count = 0;
     return S_OK;
   }
-  HRESULT STDMETHODCALLTYPE GetTypeInfo(std::uint32_t, LCID, ITypeInfo** info) override {
-    if (info != nullptr) *info = nullptr;
+  HRESULT GetTypeInfo(std::uint32_t, LCID, ITypeInfo** info) override {
+    if (info == nullptr) return E_POINTER;
+    *info = nullptr;
     return DISP_E_BADINDEX;
   }
-  HRESULT STDMETHODCALLTYPE GetIDsOfNames(const GUID& iid, OLECHAR** names, std::uint32_t count, LCID,
-                                          DISPID* ids) override;
-  HRESULT STDMETHODCALLTYPE Invoke(DISPID id, const GUID& iid, LCID locale, std::uint16_t flags, DISPPARAMS* parameters,
-                                   VARIANT* result, EXCEPINFO* exception, std::uint32_t* bad_argument) override;
+  HRESULT GetIDsOfNames(const GUID& iid, OLECHAR** names, std::uint32_t count, LCID, DISPID* ids) override;
+  HRESULT Invoke(DISPID id, const GUID& iid, LCID locale, std::uint16_t flags, DISPPARAMS* parameters, VARIANT* result,
+                 EXCEPINFO* exception, std::uint32_t* bad_argument) override;
 
  private:
+  Alive alive_;  // counted until the object is gone
   Ref<Object> object_;
   const ClassTable& table_;
   std::uint32_t count_ = 0;
-  Alive alive_;
 };
 
 HRESULT Identity::GetIDsOfNames(const GUID& iid, OLECHAR** names, std::uint32_t count, LCID, DISPID* ids) {
@@ -165,7 +176,7 @@ HRESULT Identity::Invoke(DISPID id, const GUID& iid, LCID, std::uint16_t flags, 
   if ((member->kinds & flags) == 0 || (writes && (member->kinds & flags & puts) == 0)) return DISP_E_MEMBERNOTFOUND;
 
   CallArguments arguments{.member = member};
-  std::uint32_t bad = 0;
+  std::uint32_t bad = none;
   OwnedVariant made;
   AddRef();  // a host may let go of the object in the middle of the call
   HRESULT code = S_OK;
@@ -182,7 +193,7 @@ HRESULT Identity::Invoke(DISPID id, const GUID& iid, LCID, std::uint16_t flags, 
     if (given != nullptr) bad = static_cast<std::uint32_t>(given - parameters->rgvarg);
   }
   if (code == S_OK && result != nullptr) *result = made.detach();
-  if (code != S_OK && !told && bad_argument != nullptr) *bad_argument = bad;
+  if (bad != none && bad_argument != nullptr) *bad_argument = bad;
   Release();
   return code;
 }
@@ -191,12 +202,22 @@ HRESULT Identity::Invoke(DISPID id, const GUID& iid, LCID, std::uint16_t flags, 
 
 Alive::Alive() noexcept { alive.fetch_add(1, std::memory_order_relaxed); }
 Alive::~Alive() { alive.fetch_sub(1, std::memory_order_relaxed); }
-std::int64_t Alive::count() noexcept { return alive.load(std::memory_order_relaxed); }
-void Alive::lock(bool on) noexcept { alive.fetch_add(on ? 1 : -1, std::memory_order_relaxed); }
+std::int64_t Alive::count() noexcept {
+  return alive.load(std::memory_order_relaxed) + locks.load(std::memory_order_relaxed);
+}
+void Alive::lock(bool on) noexcept {
+  std::int64_t before = locks.load(std::memory_order_relaxed);
+  while ((on || before > 0) &&
+         !locks.compare_exchange_weak(before, before + (on ? 1 : -1), std::memory_order_relaxed)) {
+  }
+}
 
 Held<IDispatch> identity_of(const Ref<Object>& object) {
   if (!object) return {};
-  if (void* const identity = object->component_identity()) return Held<IDispatch>(static_cast<Identity*>(identity));
+  if (const std::uint32_t number = object->component_identity()) {
+    auto* const identity = static_cast<Identity*>(numbered_identity(number));
+    if (identity != nullptr && identity->object() == object) return Held<IDispatch>(identity);
+  }
   if (const ClassTable* const table = table_of(*object)) {
     return Held<IDispatch>(std::make_unique<Identity>(object, *table).release());
   }

@@ -14,7 +14,8 @@ Held<binary::IDispatch> identity_of(const Ref<Object>& object);
 // The object behind an identity of this library; empty for any other object.
 Ref<Object> own_object(binary::IUnknown* object);
 
-// What keeps the library loaded: identities, class factories and locks, counted over all threads.
+// What keeps the library loaded: identities, class factories and locks, counted over all threads. An object that only the
+// library itself still holds, such as one given to `SetError`, does not count.
 class Alive {
  public:
   Alive() noexcept;
@@ -23,7 +24,7 @@ class Alive {
   ~Alive();
 
   static std::int64_t count() noexcept;
-  static void lock(bool on) noexcept;  // one lock more or one less
+  static void lock(bool on) noexcept;  // one lock more or one less; one less than none changes nothing
 };
 
 }  // namespace hedro34

@@ -13,7 +13,7 @@ constexpr Member strings[] = {
     method<&Strings::AddDelimitedString>(u"AddDelimitedString", required(u"Items"), optional(u"sDelimiter", tab)),
     method<&Strings::Remove>(u"Remove", required(u"Index")),
     method<&Strings::RemoveAll>(u"RemoveAll"),
-    property<&Strings::Item, &Strings::SetItem>(u"Item", required(u"Index")),
+    with_value(u"sValue", property<&Strings::Item, &Strings::SetItem>(u"Item", required(u"Index"))),
     method<&Strings::Exists>(u"Exists", required(u"Index")),
     method<&Strings::AsString>(u"AsString", optional(u"sDelimiter", tab)),
     method<&Strings::AsArray>(u"AsArray", optional(u"lLowerBound", 1)),

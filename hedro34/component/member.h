@@ -81,9 +81,10 @@ struct Member {
   std::uint16_t kinds = 0;  // DISPATCH_METHOD, or DISPATCH_PROPERTYGET, DISPATCH_PROPERTYPUT, DISPATCH_PROPERTYPUTREF
   ValueType type{};         // the result, or the property
   std::array<Argument, most_arguments> arguments{};
-  std::uint8_t count = 0;  // of the arguments
-  Step read = nullptr;     // the method, or the reading side
-  Step write = nullptr;    // the writing side
+  std::uint8_t count = 0;             // of the arguments
+  Step read = nullptr;                // the method, or the reading side
+  Step write = nullptr;               // the writing side
+  StringView put_name = u"newValue";  // what the value of a put is called
 };
 
 // --- types of C++ members --------------------------------------------------------------------------------------------
@@ -301,6 +302,12 @@ constexpr Member property(StringView name, A... arguments) {
     }
     return result;
   }
+}
+
+// The same property, with a name for the value of its put.
+constexpr Member with_value(StringView put_name, Member property) {
+  property.put_name = put_name;
+  return property;
 }
 
 // --- tables ----------------------------------------------------------------------------------------------------------

@@ -265,6 +265,7 @@ constexpr ClassTable message_box_class =
 constexpr Member platform_object[] = {
     property<&PlatformObject::MessageBox, &PlatformObject::SetMessageBox>(u"MessageBox"),
     property<&PlatformObject::LastRefusal>(u"LastRefusal"),
+    property<&PlatformObject::HostFaults, &PlatformObject::SetHostFaults>(u"HostFaults"),
     method<&PlatformObject::RegisterClass>(u"RegisterClass", required(u"sName"), required(u"oFactory")),
     method<&PlatformObject::RevokeClass>(u"RevokeClass", required(u"sName")),
 };

@@ -6,6 +6,7 @@
 
 #include "hedro34/platform/TIBTemplate.h"
 #include "hedro34/platform/WENKtdDocument.h"
+#include "hedro34/platform/class_registry.h"
 #include "hedro34/platform/create_object.h"
 #include "hedro34/platform/message_box.h"
 #include "hedro34/platform/platform.h"
@@ -45,18 +46,23 @@ Given& given() {
   return it;
 }
 
-// The factory of a class in the class registry, which is asked once for each name.
+// The factory of a class in the class registry, which is asked once for each name; nothing for a class that is not there.
+// Failure 429 for one that cannot be had, such as from a damaged registry; `last_refusal()` says why.
 Held<binary::IClassFactory> registered_factory(StringView name) {
   {
     const std::scoped_lock lock(given().mutex);
     if (const auto found = given().registered.find(String(name)); found != given().registered.end())
       return found->second;
   }
-  const Refusal refusal = last_refusal();  // that a class is not registered is no refusal of a file
+  binary::HRESULT result = binary::CO_E_CLASSSTRING;
   binary::IClassFactory* factory = nullptr;
-  class_factory(name, &factory);
-  refuse(refusal);
+  if (!class_registry_path().empty()) {
+    const Refusal refusal = last_refusal();  // that a class is not registered is no refusal of a file
+    result = class_factory(name, &factory);
+    if (result >= 0 || result == binary::CO_E_CLASSSTRING) refuse(refusal);
+  }
   const Held<binary::IClassFactory> found = Held<binary::IClassFactory>::taken(factory);
+  if (!found && result != binary::CO_E_CLASSSTRING) fail(FailureNumber::CannotCreateObject);
   const std::scoped_lock lock(given().mutex);
   return given().registered.emplace(name, found).first->second;
 }

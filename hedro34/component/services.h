@@ -33,6 +33,11 @@ class PlatformObject final : public Object {
   // Why the last load or save of this thread was refused: "path: line 3, column 14: reason"; empty when it went well.
   String LastRefusal();
 
+  // Whether native faults inside the host's objects are failures of the operations that called them; True at the start. An
+  // interpreter, which a failure would leave in the middle, sets it to False: its own handler gets such a fault.
+  bool HostFaults() { return host_faults_are_failures(); }
+  void SetHostFaults(bool value) { set_host_faults_are_failures(value); }
+
   // Registers or removes a class of the host for this process. Failure 91 for an empty reference, 5 for an empty name;
   // `RevokeClass` gives whether there was one.
   void RegisterClass(StringView sName, const Ref<Object>& oFactory);

@@ -1,7 +1,5 @@
 #include "hedro34/platform/binary.h"
 
-#ifndef _WIN32
-
 #include <cstdlib>
 #include <cstring>
 #include <limits>
@@ -93,5 +91,3 @@ HRESULT SafeArrayDestroy(SAFEARRAY* array) {
 }
 
 }  // namespace hedro34::binary
-
-#endif

@@ -1,7 +1,8 @@
 // The binary interface between a component and its callers, in any language: interfaces that are tables of functions,
 // identifiers of 128 bits, result codes, texts with their length in front, variants and arrays with lower bounds. Names,
-// values and layouts are the standard ones. Where the system brings them, they are the system's own; elsewhere they stand
-// here, with the same sizes and offsets (x86-64; all functions take their arguments as C functions do).
+// values and layouts are the standard ones on 64-bit systems, where functions take their arguments as C functions do. They
+// stand here for every system; one that has these services is served by a binary.cpp that calls its own for texts, arrays
+// and variants, since memory crosses the boundary.
 //
 // Memory that passes from one side to the other, where the system has no functions for it: a text is a block of `malloc` with
 // 4 unused bytes, the length in bytes (32-bit), the 16-bit units and a zero unit; the pointer names the first unit, so the
@@ -13,33 +14,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#ifdef _WIN32
-#include <oaidl.h>
-#include <olectl.h>
-#endif
-
 namespace hedro34::binary {
-
-#ifdef _WIN32
-
-using ::BSTR;
-using ::DISPID;
-using ::DISPPARAMS;
-using ::EXCEPINFO;
-using ::GUID;
-using ::HRESULT;
-using ::IClassFactory;
-using ::IDispatch;
-using ::ITypeInfo;
-using ::IUnknown;
-using ::LCID;
-using ::OLECHAR;
-using ::SAFEARRAY;
-using ::SAFEARRAYBOUND;
-using ::VARIANT;
-using ::VARTYPE;
-
-#else
 
 using HRESULT = std::int32_t;
 using DISPID = std::int32_t;
@@ -47,10 +22,6 @@ using LCID = std::uint32_t;
 using VARTYPE = std::uint16_t;
 using OLECHAR = char16_t;
 using BSTR = OLECHAR*;
-
-#ifndef STDMETHODCALLTYPE
-#define STDMETHODCALLTYPE
-#endif
 
 struct GUID {
   std::uint32_t Data1;
@@ -69,9 +40,9 @@ struct ITypeInfo;  // no object here has one
 struct VARIANT;
 
 struct IUnknown {
-  virtual HRESULT STDMETHODCALLTYPE QueryInterface(const GUID& iid, void** object) = 0;
-  virtual std::uint32_t STDMETHODCALLTYPE AddRef() = 0;
-  virtual std::uint32_t STDMETHODCALLTYPE Release() = 0;
+  virtual HRESULT QueryInterface(const GUID& iid, void** object) = 0;
+  virtual std::uint32_t AddRef() = 0;
+  virtual std::uint32_t Release() = 0;
 
  protected:
   ~IUnknown() = default;
@@ -145,26 +116,24 @@ struct EXCEPINFO {
   BSTR bstrHelpFile;
   std::uint32_t dwHelpContext;
   void* pvReserved;
-  HRESULT(STDMETHODCALLTYPE* pfnDeferredFillIn)(EXCEPINFO*);
+  HRESULT (*pfnDeferredFillIn)(EXCEPINFO*);
   HRESULT scode;
 };
 
 struct IDispatch : IUnknown {
-  virtual HRESULT STDMETHODCALLTYPE GetTypeInfoCount(std::uint32_t* count) = 0;
-  virtual HRESULT STDMETHODCALLTYPE GetTypeInfo(std::uint32_t index, LCID locale, ITypeInfo** info) = 0;
-  virtual HRESULT STDMETHODCALLTYPE GetIDsOfNames(const GUID& iid, OLECHAR** names, std::uint32_t count, LCID locale,
-                                                  DISPID* ids) = 0;
-  virtual HRESULT STDMETHODCALLTYPE Invoke(DISPID id, const GUID& iid, LCID locale, std::uint16_t flags,
-                                           DISPPARAMS* arguments, VARIANT* result, EXCEPINFO* exception,
-                                           std::uint32_t* bad_argument) = 0;
+  virtual HRESULT GetTypeInfoCount(std::uint32_t* count) = 0;
+  virtual HRESULT GetTypeInfo(std::uint32_t index, LCID locale, ITypeInfo** info) = 0;
+  virtual HRESULT GetIDsOfNames(const GUID& iid, OLECHAR** names, std::uint32_t count, LCID locale, DISPID* ids) = 0;
+  virtual HRESULT Invoke(DISPID id, const GUID& iid, LCID locale, std::uint16_t flags, DISPPARAMS* arguments,
+                         VARIANT* result, EXCEPINFO* exception, std::uint32_t* bad_argument) = 0;
 
  protected:
   ~IDispatch() = default;
 };
 
 struct IClassFactory : IUnknown {
-  virtual HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, const GUID& iid, void** object) = 0;
-  virtual HRESULT STDMETHODCALLTYPE LockServer(std::int32_t lock) = 0;
+  virtual HRESULT CreateInstance(IUnknown* outer, const GUID& iid, void** object) = 0;
+  virtual HRESULT LockServer(std::int32_t lock) = 0;
 
  protected:
   ~IClassFactory() = default;
@@ -278,8 +247,6 @@ SAFEARRAY* SafeArrayCreateVector(VARTYPE element, std::int32_t lower, std::uint3
 
 // Frees the array with the texts, objects or variants in it; null is no array.
 HRESULT SafeArrayDestroy(SAFEARRAY* array);
-
-#endif
 
 inline constexpr std::int16_t variant_true = -1;
 

@@ -1,7 +1,5 @@
 #include "hedro34/platform/class_registry.h"
 
-#ifndef _WIN32
-
 #include <fcntl.h>
 #include <pwd.h>
 #include <sys/file.h>
@@ -264,5 +262,3 @@ binary::HRESULT find_class(StringView name, RegisteredClass& found) noexcept {
 }
 
 }  // namespace hedro34
-
-#endif

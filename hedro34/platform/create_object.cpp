@@ -1,7 +1,5 @@
 #include "hedro34/platform/create_object.h"
 
-#ifndef _WIN32
-
 #include <dlfcn.h>
 #include <link.h>
 
@@ -124,5 +122,3 @@ String path_of_library(const void* address_in_it) {
 }
 
 }  // namespace hedro34
-
-#endif

@@ -16,6 +16,12 @@ namespace {
 
 constexpr std::size_t longest_description = 40;
 
+struct Raising {
+  explicit Raising(ThreadFaults& of) noexcept : thread(of) { thread.raising = true; }
+  ~Raising() { thread.raising = false; }
+  ThreadFaults& thread;
+};
+
 void destroy(void* failure) { std::destroy_at(static_cast<Failure*>(failure)); }
 
 }  // namespace
@@ -42,9 +48,8 @@ void drop_fault_failure() noexcept {
 void raise_fault(std::int32_t number, StringView description, StringView source) {
   ThreadFaults& thread = faults_of_thread;
   if (thread.prepared == nullptr) {
-    thread.raising = true;
+    const Raising raising(thread);
     make_fault_failure();
-    thread.raising = false;
   }
   Failure* const failure = std::exchange(thread.prepared, nullptr);
   failure->number = number;

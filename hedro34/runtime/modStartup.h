@@ -5,8 +5,8 @@
 //     hedro34::Main();
 //     ...
 //
-// Without it all works but that a native fault ends the process, where the first thread has not been started, and that a
-// stack overflow does, on a thread that has not.
+// Until some thread was started, a native fault ends the process; afterwards a thread that was not has its faults translated
+// too, but for a stack overflow.
 #pragma once
 
 namespace hedro34 {

@@ -41,7 +41,8 @@ void print_member(std::ostream& out, binary::DISPID id, const Member& member) {
   }
   const std::string start = "      [id(" + std::to_string(id) + ")";
   const std::string name = " " + utf8(member.name) + "(";
-  const std::string value = arguments + (member.count > 0 ? ", " : "") + "[in] " + type_text(member.type) + " newValue";
+  const std::string value =
+      arguments + (member.count > 0 ? ", " : "") + "[in] " + type_text(member.type) + " " + utf8(member.put_name);
   if (has(member, binary::DISPATCH_METHOD))
     out << start << "] " << type_text(member.type) << name << arguments << ");\n";
   if (has(member, binary::DISPATCH_PROPERTYGET)) {
