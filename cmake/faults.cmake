@@ -9,14 +9,24 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL GNU AND CMAKE_SYSTEM_NAME STREQUAL Linux
   set(HEDRO34_FAULTS ON)
 endif()
 
-# For code whose own instructions may fault inside an operation. The scheduler would move stores across an instruction that
-# throws out of its function, and a result would not stand as the statements before the fault left it.
+# For code whose own instructions may fault inside an operation.
 function(hedro34_fault_flags target)
   if(HEDRO34_FAULTS)
-    target_compile_options(${target} PRIVATE
-      -fnon-call-exceptions -fasynchronous-unwind-tables -fno-schedule-insns -fno-schedule-insns2)
+    target_compile_options(${target} PRIVATE -fnon-call-exceptions -fasynchronous-unwind-tables)
     target_compile_definitions(${target} PRIVATE HEDRO34_FAULTS)
   endif()
 endfunction()
 
+# For the operations themselves: the scheduler would move stores across an instruction that throws out of its function, and a
+# result would not stand as the statements before the fault left it.
+function(hedro34_in_order)
+  if(HEDRO34_FAULTS)
+    set_property(SOURCE ${ARGN} APPEND PROPERTY COMPILE_OPTIONS -fno-schedule-insns -fno-schedule-insns2)
+  endif()
+endfunction()
+
 hedro34_fault_flags(hedro34_library)
+foreach(room runtime model import merge component)
+  file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/hedro34/${room}/*.cpp)
+  hedro34_in_order(${sources})
+endforeach()

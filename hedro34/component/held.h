@@ -2,19 +2,41 @@
 // `OwnedVariant`, a variant that is cleared at the end of its life. A release that fails on the other side stays there.
 #pragma once
 
+#include <atomic>
 #include <utility>
 
 #include "hedro34/platform/binary.h"
 #include "hedro34/runtime/basError.h"
+#include "hedro34/runtime/fault_trap.h"
 
 namespace hedro34 {
+
+// A call of the other side that is running. Native faults in it are failures of the call, as at the start, or, where the host
+// wants it so, go to the handler that was there before the library's: no trap around the call catches them then, since an
+// interpreter does not survive being left in the middle. The choice is one for the process.
+class HostCall {
+ public:
+  HostCall() noexcept : traps_(faults_of_thread.innermost) {
+    if (!faults_are_failures.load(std::memory_order_relaxed)) faults_of_thread.innermost = nullptr;
+  }
+  HostCall(const HostCall&) = delete;
+  HostCall& operator=(const HostCall&) = delete;
+  ~HostCall() { faults_of_thread.innermost = traps_; }
+
+  static inline std::atomic<bool> faults_are_failures{true};
+
+ private:
+  const ActiveTrap* traps_;
+};
 
 template <class T>
 class Held {
  public:
   Held() noexcept = default;
   explicit Held(T* object) : object_(object) {
-    if (object_ != nullptr) object_->AddRef();
+    if (object_ == nullptr) return;
+    const HostCall running;
+    object_->AddRef();
   }
   // Takes over a count that the caller has.
   static Held taken(T* object) noexcept {
@@ -26,7 +48,10 @@ class Held {
   Held(Held&& other) noexcept : object_(std::exchange(other.object_, nullptr)) {}
   ~Held() {
     if (object_ != nullptr) {
-      quietly([this] { object_->Release(); });
+      quietly([this] {
+        const HostCall running;
+        object_->Release();
+      });
     }
   }
   Held& operator=(Held other) noexcept {
@@ -47,7 +72,9 @@ class Held {
 template <class T>
 Held<T> query(binary::IUnknown* object, const binary::GUID& iid) {
   void* found = nullptr;
-  if (object == nullptr || object->QueryInterface(iid, &found) < 0) return {};
+  if (object == nullptr) return {};
+  const HostCall running;
+  if (object->QueryInterface(iid, &found) < 0) return {};
   return Held<T>::taken(static_cast<T*>(found));
 }
 
@@ -61,7 +88,10 @@ class OwnedVariant {
   }
   ~OwnedVariant() {
     if (value_.vt > binary::VT_R8) {
-      quietly([this] { binary::VariantClear(&value_); });
+      quietly([this] {
+        const HostCall running;
+        binary::VariantClear(&value_);
+      });
     }
   }
 

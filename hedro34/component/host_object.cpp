@@ -1,30 +1,11 @@
 #include "hedro34/component/host_object.h"
 
-#include <atomic>
 #include <vector>
-
-#include "hedro34/runtime/fault_trap.h"
 
 namespace hedro34 {
 namespace {
 
 using namespace binary;
-
-std::atomic<bool> faults_are_failures{true};
-
-// A call of the host that is running: no trap outside it catches a fault, where the host wants it so.
-class HostCall {
- public:
-  HostCall() noexcept : traps_(faults_of_thread.innermost) {
-    if (!faults_are_failures.load(std::memory_order_relaxed)) faults_of_thread.innermost = nullptr;
-  }
-  HostCall(const HostCall&) = delete;
-  HostCall& operator=(const HostCall&) = delete;
-  ~HostCall() { faults_of_thread.innermost = traps_; }
-
- private:
-  const ActiveTrap* traps_;
-};
 
 std::int32_t number_of(HRESULT code) noexcept {
   constexpr std::uint32_t facility_mask = 0xFFFF0000u;
@@ -84,9 +65,6 @@ struct Exception : EXCEPINFO {
 
 }  // namespace
 
-bool host_faults_are_failures() noexcept { return faults_are_failures.load(std::memory_order_relaxed); }
-void set_host_faults_are_failures(bool value) noexcept { faults_are_failures.store(value, std::memory_order_relaxed); }
-
 HostArgument HostArgument::by_reference(HostArgument& target) {
   HostArgument result;
   VARIANT& value = *target;
@@ -98,6 +76,7 @@ HostArgument HostArgument::by_reference(HostArgument& target) {
 OwnedVariant HostSide::invoke(StringView name, std::uint16_t flags, std::span<HostArgument> arguments) const {
   const Held<IDispatch> host = host_;  // lives through the call, whatever the call does
   if (!host) hedro34::fail(FailureNumber::ObjectNotSet);
+  const HostCall running;
   DISPID id = DISPID_VALUE;
   if (!name.empty()) {
     String named(name);
@@ -115,7 +94,6 @@ OwnedVariant HostSide::invoke(StringView name, std::uint16_t flags, std::span<Ho
   OwnedVariant result;
   Exception exception;
   std::uint32_t bad_argument = 0;
-  const HostCall running;
   const HRESULT code =
       host->Invoke(id, IID_NULL, 0, flags, &parameters, writes ? nullptr : result.get(), &exception, &bad_argument);
   if (code == DISP_E_EXCEPTION) exception.fail();

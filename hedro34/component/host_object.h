@@ -11,11 +11,6 @@
 
 namespace hedro34 {
 
-// Whether a native fault inside a call of a host's object is a failure of that call, as it is at the start; else it goes to
-// the handler that was there before the library's. An interpreter does not survive being left in the middle. For the process.
-bool host_faults_are_failures() noexcept;
-void set_host_faults_are_failures(bool value) noexcept;
-
 // An argument on its way to the host: by value, or a reference to a value that lives until the call is over.
 class HostArgument {
  public:

@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import difflib
+import re
 from collections.abc import Iterable, Sequence
 from dataclasses import dataclass
 
@@ -51,6 +52,10 @@ def result_text(code: int) -> str:
     return _RESULTS.get(code, f"result code 0x{code:08X}")
 
 
+def _in_words(type_: str) -> str:
+    return re.sub(r"\bAny\b", "an object", type_)
+
+
 @dataclass
 class Parameter:
     """An argument of a member, as far as it is known."""
@@ -93,8 +98,11 @@ class Call:
             return f"an argument is missing{self._takes()}"
         if code in (abi.DISP_E_TYPEMISMATCH, abi.DISP_E_BADVARTYPE):
             which, value, wanted = self._argument(bad)
-            needed = f", not {wanted}" if wanted else ""
-            return f"{which} has the wrong type: {article(value)}, {value!r:.60}{needed}"
+            if wanted == "Any" and code == abi.DISP_E_BADVARTYPE:
+                wanted = ""  # no variant at all: an object may not have been asked for
+            what, shown = article(value), f"{value!r:.60}"
+            what = what if what == shown else f"{what}, {shown}"
+            return f"{which} has the wrong type: {what}" + (f", not {_in_words(wanted)}" if wanted else "")
         if code == abi.DISP_E_OVERFLOW:
             which, value, _ = self._argument(bad)
             return f"{which} is too large: {value!r:.60}"

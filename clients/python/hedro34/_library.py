@@ -3,9 +3,12 @@
 from __future__ import annotations
 
 import atexit
+import contextlib
 import ctypes
 import json
 import os
+import pwd
+import re
 from collections.abc import Callable
 from pathlib import Path
 from types import SimpleNamespace
@@ -30,6 +33,8 @@ class Library:
         for function in self._functions.values():
             function.restype = ctypes.c_uint32
         self._functions["DllGetClassObject"].argtypes = [ctypes.c_char_p, ctypes.c_char_p, ctypes.c_void_p]
+        with self._platform() as platform:
+            platform.HostFaults = False  # a failure must not unwind the frames of Python
 
     def create(self, name: str, class_id: str = "") -> Any:
         """A new object of a class, by its name, or by its identifier where the name is not one of the library's own."""
@@ -50,6 +55,15 @@ class Library:
             raise Error(f'"{name}" cannot be created: {result_text(code)}', code)
         return _object.class_named(name[name.rfind(".") + 1 :] if known is None else _own_name(name))(pointer.value)
 
+    def _platform(self) -> Any:
+        """The library's services; in a library of another make, which has none, something to write on."""
+        try:
+            return self.create("HEDRO34.Platform")
+        except Error as error:
+            if error.code != abi.CLASS_E_CLASSNOTAVAILABLE:
+                raise
+            return contextlib.nullcontext(SimpleNamespace(LastRefusal=""))
+
     def can_unload(self) -> bool:
         """Whether no object of the library is alive."""
         _object.collect()
@@ -66,7 +80,9 @@ class Library:
     def _registry(self, export: str) -> None:
         code = self._functions[export]()
         if code & 0x80000000:
-            raise Error(f"{export} of {self.path}: {result_text(code)}: {registry_path()}", code)
+            with self._platform() as platform:
+                refusal = platform.LastRefusal
+            raise Error(f"{export} of {self.path}: {result_text(code)}" + (f": {refusal}" if refusal else ""), code)
 
 
 _EXPORTS = ("DllGetClassObject", "DllCanUnloadNow", "DllRegisterServer", "DllUnregisterServer")
@@ -100,33 +116,70 @@ def load(path: str | os.PathLike[str]) -> Library:
 
 def registry_path() -> Path:
     """The user's class registry."""
-    data = os.environ.get("XDG_DATA_HOME", "")
-    base = Path(data) if os.path.isabs(data) else Path.home() / ".local" / "share"
-    return base / "hedro34" / "classes.json"
+    data, home = os.environ.get("XDG_DATA_HOME", ""), os.environ.get("HOME", "")
+    if not os.path.isabs(data):
+        if not os.path.isabs(home):
+            with contextlib.suppress(KeyError):
+                home = pwd.getpwuid(os.geteuid()).pw_dir
+        if not os.path.isabs(home):
+            raise Error("there is no home folder for the class registry: set XDG_DATA_HOME", abi.REGDB_E_READREGDB)
+        data = os.path.join(home, ".local", "share")
+    return Path(data, "hedro34", "classes.json")
 
 
 def registered() -> dict[str, tuple[str, Path]]:
     """The registered classes: the identifier and the library's file under each name."""
     path = registry_path()
     try:
-        content = json.loads(path.read_bytes())
-        if content["format"] != "hedro34-classes" or content["version"] != 1:
-            raise ValueError("it has another format or version")
-        result = {}
-        for row in content["classes"]:
-            name, class_id, library = row["name"], row["class"], row["library"]
-            if not all(isinstance(text, str) for text in (name, class_id, library)) or not os.path.isabs(library):
-                raise ValueError(f"the entry {row!r} is not one of a class")
-            UUID(class_id)
-            result[name] = (class_id, Path(library))
-        return result
+        return _entries(path.read_bytes())
     except FileNotFoundError:
         return {}
     except OSError as error:
         raise Error(f"the class registry {path} cannot be read: {error.strerror}", abi.REGDB_E_READREGDB) from error
-    except (ValueError, KeyError, TypeError, AttributeError, RecursionError) as error:
+    except (ValueError, RecursionError) as error:
         message = f"the class registry {path} is damaged ({error}): remove it and register the library again"
         raise Error(message, abi.REGDB_E_READREGDB) from error
+
+
+def _entries(data: bytes) -> dict[str, tuple[str, Path]]:
+    """What a registry says; a ValueError for every one that the library refuses."""
+    content = json.loads(data.decode("utf-8-sig"), object_pairs_hook=_once)
+    if not isinstance(content, dict) or content.get("format") != "hedro34-classes" or content.get("version") != 1:
+        raise ValueError("it has another format or version")
+    rows = content.get("classes", [])
+    if type(content["version"]) is not int or content.keys() - _HEAD or not isinstance(rows, list):
+        raise ValueError("it has an unknown member or a value of another type")
+    names, ids = set(), set()
+    result = {}
+    for row in rows:
+        if not isinstance(row, dict) or row.keys() - _ENTRY or not all(isinstance(row.get(n), str) for n in _ENTRY):
+            raise ValueError(f"the entry {row!r:.200} is not one of a class")
+        name, class_id, library = row["name"], row["class"], row["library"]
+        (name + library).encode()  # half of a surrogate pair is a ValueError
+        if not (name and _IDENTIFIER.fullmatch(class_id) and os.path.isabs(library) and "\0" not in library):
+            raise ValueError(f"the entry {row!r:.200} is not one of a class")
+        if _folded(name) in names or class_id.upper() in ids:
+            raise ValueError(f"the name {name} or its identifier stands there twice")
+        names.add(_folded(name))
+        ids.add(class_id.upper())
+        result[name] = (class_id.upper(), Path(library))
+    return result
+
+
+_HEAD, _ENTRY = {"format", "version", "classes"}, {"name", "class", "library"}
+_IDENTIFIER = re.compile(r"\{[0-9A-Fa-f]{8}(-[0-9A-Fa-f]{4}){3}-[0-9A-Fa-f]{12}\}")
+
+
+def _once(members: list[tuple[str, Any]]) -> dict[str, Any]:
+    result = dict(members)
+    if len(result) != len(members):
+        raise ValueError("a member stands twice")
+    return result
+
+
+def _folded(name: str) -> str:
+    """The name without regard to case, as the library compares names: unit by unit."""
+    return "".join(c.upper() if c < "\U00010000" and len(c.upper()) == 1 else c for c in name)
 
 
 def _create(name: str, library: Library | str | os.PathLike[str] | None = None) -> Any:
@@ -139,8 +192,8 @@ def _create(name: str, library: Library | str | os.PathLike[str] | None = None) 
         return (library if isinstance(library, Library) else _opened(library)).create(name)
     if _current is not None:
         return _current.create(name)
-    rows = {known.lower(): (known, row) for known, row in registered().items()}
-    found = rows.get(name.lower()) or rows.get(f"hedro34.{name.lower()}")
+    rows = {_folded(known): (known, row) for known, row in registered().items()}
+    found = rows.get(_folded(name)) or rows.get(_folded(f"hedro34.{name}"))
     if found is None:
         near = suggestion(name, [known for known, _ in rows.values()])
         raise Error(

@@ -10,6 +10,7 @@ from __future__ import annotations
 import ctypes
 import functools
 import inspect
+import os
 import re
 import threading
 from collections import deque
@@ -123,7 +124,7 @@ class Object:
                 try:
                     _place(placed[i], value, references)
                 except (TypeError, OverflowError) as error:
-                    code = abi.DISP_E_OVERFLOW if isinstance(error, OverflowError) else abi.DISP_E_TYPEMISMATCH
+                    code = abi.DISP_E_OVERFLOW if isinstance(error, OverflowError) else abi.DISP_E_BADVARTYPE
                     raise call.error(code, i, exception) from error
             if count:
                 params.arguments, params.count = placed, count
@@ -323,8 +324,8 @@ def _place(target: abi.Variant, value: Any, references: list[tuple[values.ByRef[
 
 
 def _is_host_object(value: object) -> bool:
-    plain = (bool, int, float, str, list, tuple, values.ByRef, type(values.MISSING))
-    return not isinstance(value, plain) and not hasattr(value, "__fspath__")
+    plain = (bool, int, float, str, list, tuple, os.PathLike, values.ByRef, type(values.MISSING))
+    return not isinstance(value, plain)
 
 
 def _method(self: Object, name: str, *arguments: Any, **named: Any) -> Any:

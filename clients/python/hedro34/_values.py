@@ -218,7 +218,7 @@ def _get_array(pointer: int | None, element: int) -> Array[Any]:
 
 def article(value: object) -> str:
     """What a value is, in words."""
-    if value is None:
-        return "None"
+    if value is None or isinstance(value, _Marker):
+        return repr(value)
     name = type(value).__name__
     return ("an " if name[0] in "aeiouAEIOU" else "a ") + name

@@ -4,8 +4,9 @@ from __future__ import annotations
 
 import copy
 import json
-from collections.abc import Iterator
+from collections.abc import Iterable, Iterator
 from pathlib import Path
+from types import SimpleNamespace
 from typing import Any
 
 import support  # noqa: F401  (the path)
@@ -16,37 +17,31 @@ import hedro34
 class List:
     """Elements by positions from 1."""
 
-    def __init__(self, elements: list[Any] | None = None) -> None:
-        self.elements = elements or []
+    def __init__(self, elements: Iterable[Any] = ()) -> None:
+        self.elements = list(elements)
 
     def __iter__(self) -> Iterator[Any]:
         return iter(self.elements)
 
-    @property
-    def Count(self) -> int:
-        return len(self.elements)
+    Count = property(lambda self: len(self.elements))
 
     def Item(self, index: int) -> Any:
         if not 1 <= index <= len(self.elements):
             raise IndexError(index)
         return self.elements[index - 1]
 
+    def SetItem(self, index: int, element: Any) -> None:
+        self.elements[index - 1] = element
+
     def Add(self, element: Any, *others: Any) -> int:
         self.elements.append(element)
         return len(self.elements)
 
+    def AddArray(self, elements: list[Any]) -> None:
+        self.elements += elements
 
-class Texts(List):
-    """Choices of a field, and the string lists of a document."""
-
-    def SetItem(self, index: int, text: str) -> None:
-        self.elements[index - 1] = text
-
-    def AsArray(self, lower_bound: int = 1) -> hedro34.Array[str]:
+    def AsArray(self, lower_bound: int = 1) -> hedro34.Array[Any]:
         return hedro34.Array(self.elements, lower_bound)
-
-    def AddArray(self, texts: list[str]) -> None:
-        self.elements += texts
 
 
 class Record:
@@ -57,7 +52,7 @@ class Record:
     def __init__(self, values: dict[str, Any] | None = None) -> None:
         for name, default in self.DEFAULTS.items():
             value = (values or {}).get(name[0].lower() + name[1:], default)
-            setattr(self, name, type(default)(list(value)) if isinstance(default, List) else value)
+            setattr(self, name, type(default)(value) if isinstance(default, List) else value)
 
     def as_json(self) -> dict[str, Any]:
         values = {name[0].lower() + name[1:]: getattr(self, name) for name in self.DEFAULTS}
@@ -70,7 +65,7 @@ class Record:
 class Field(Record):
     DEFAULTS = {
         "Name": "", "QuestionText": "", "ItemOption": 0, "Graded": False, "CorrectPoints": 1.0, "IncorrectPoints": 0.0,
-        "NoResponsePoints": 0.0, "ChoiceLabels": Texts(), "ChoiceValues": Texts(), "ScaleOption": 0,
+        "NoResponsePoints": 0.0, "ChoiceLabels": List(), "ChoiceValues": List(), "ScaleOption": 0,
         "SubjectiveQuestion": False, "MultiplesAllowed": 0,
     }  # fmt: skip
     number = 0
@@ -91,30 +86,23 @@ class Region(Record):
 
     def __init__(self, values: dict[str, Any] | None = None) -> None:
         super().__init__(values)
-        self.Questions = Fields([Field(field) for field in (values or {}).get("questions", [])])
+        self.Questions = Fields(map(Field, (values or {}).get("questions", [])))
 
-    @property
-    def QuestionCount(self) -> int:
-        return self.Questions.Count
+    QuestionCount = property(lambda self: self.Questions.Count)
 
     def as_json(self) -> dict[str, Any]:
         return super().as_json() | {"questions": [field.as_json() for field in self.Questions]}
 
 
-class Page:
-    def __init__(self, values: dict[str, Any]) -> None:
-        self.Regions = List([Region(region) for region in values["regions"]])
-
-
 class Template:
-    def __init__(self, values: dict[str, Any] | None = None) -> None:
-        self.Pages = List([Page(page) for page in (values or {"pages": []})["pages"]])
+    def __init__(self, pages: Iterable[dict[str, Any]] = ()) -> None:
+        self.Pages = List(SimpleNamespace(Regions=List(map(Region, page["regions"]))) for page in pages)
         for number, (_, field) in enumerate(self.walk(), 1):
             field.number = number
 
     @classmethod
     def read(cls, path: Path) -> Template:
-        return cls(json.loads(path.read_text()))
+        return cls(json.loads(path.read_text())["pages"])
 
     def walk(self) -> list[tuple[Region, Field]]:
         result, group = [], 0
@@ -125,17 +113,9 @@ class Template:
                 group = region.GroupNumber
         return result
 
-    @property
-    def PageCount(self) -> int:
-        return self.Pages.Count
-
-    @property
-    def QuestionCount(self) -> int:
-        return len(self.walk())
-
-    @property
-    def GradedQuestionCount(self) -> int:
-        return sum(field.Graded for _, field in self.walk())
+    PageCount = property(lambda self: self.Pages.Count)
+    QuestionCount = property(lambda self: len(self.walk()))
+    GradedQuestionCount = property(lambda self: sum(field.Graded for _, field in self.walk()))
 
     def Clear(self) -> None:
         self.Pages = List()
@@ -167,7 +147,7 @@ class Flag:
         self._flags[self._at] = value
 
 
-class Flags(Texts):
+class Flags(List):
     def Item(self, index: int) -> Flag:
         return Flag(self.elements, index - 1)
 
@@ -178,8 +158,8 @@ class Question(Record):
         "FloatValue": 0.0, "MultiplesAllowed": 0, "ScaleOption": 0, "Subjective": False, "CorrectAnswerCount": 0,
         "CorrectAnd": True, "CorrectPoints": 1.0, "IncorrectPoints": 0.0, "NoResponsePoints": 0.0,
         "SubjectivePoints": 0.0, "Difficulty": "", "Reference": "", "Topic": "", "Keywords": "", "Miscellaneous": "",
-        "Notes": "", "ChoiceLabels": Texts(), "ChoiceValues": Texts(), "AnswerKey": Texts(),
-        "NumericAnswerKey": Texts(), "ObjectiveFlags": Flags(),
+        "Notes": "", "ChoiceLabels": List(), "ChoiceValues": List(), "AnswerKey": List(),
+        "NumericAnswerKey": List(), "ObjectiveFlags": Flags(),
     }  # fmt: skip
 
 
@@ -188,16 +168,8 @@ class Objective:
 
 
 class Objectives(List):
-    def __init__(self) -> None:
-        super().__init__()
-        self.keys = [""]
-
-    def Add(self, element: Objective, *keys: str) -> int:
-        self.keys += [key.lower() for key in keys]
-        return super().Add(element)
-
-    def Exists(self, key: str) -> bool:
-        return key.lower() in self.keys
+    def Exists(self, key: str) -> bool:  # the key is the name, but for the default one
+        return key.lower() in [objective.Name.lower() for objective in self]
 
 
 class Order(List):
@@ -207,15 +179,7 @@ class Order(List):
 
 class Orders(List):
     def AddDefault(self, questions: int) -> None:
-        self.elements.append(Order(list(range(1, questions + 1))))
-
-
-class Versions:
-    SequenceQuestion = 0
-    VersionMode = 0
-
-    def __init__(self) -> None:
-        self.Orders, self.VersionAnswers = Orders(), Texts()
+        self.elements.append(Order(range(1, questions + 1)))
 
 
 class Document:
@@ -223,7 +187,8 @@ class Document:
         self.Clear()
 
     def Clear(self) -> None:
-        self.Questions, self.Objectives, self.Versions = List(), Objectives(), Versions()
+        self.Questions, self.Objectives = List(), Objectives()
+        self.Versions = SimpleNamespace(SequenceQuestion=0, VersionMode=0, Orders=Orders(), VersionAnswers=List())
         self.Description = self.Notes = ""
         self.DocumentKind = self.PageCount = 0
 
@@ -232,21 +197,15 @@ class Document:
             self.Objectives.elements.append(Objective())
 
     def as_json(self) -> dict[str, Any]:
+        versions = {"sequenceQuestion": self.Versions.SequenceQuestion}
+        versions["versionAnswers"] = list(self.Versions.VersionAnswers)
+        versions["orders"] = [list(order) for order in self.Versions.Orders]
         return {
-            "format": "hedro34-ktd",
-            "version": 1,
-            "description": self.Description,
-            "notes": self.Notes,
-            "documentKind": self.DocumentKind,
-            "pageCount": self.PageCount,
+            "format": "hedro34-ktd", "version": 1, "description": self.Description, "notes": self.Notes,
+            "documentKind": self.DocumentKind, "pageCount": self.PageCount, "versions": versions,
             "objectives": [objective.Name for objective in self.Objectives],
             "questions": [question.as_json() for question in self.Questions],
-            "versions": {
-                "sequenceQuestion": self.Versions.SequenceQuestion,
-                "versionAnswers": list(self.Versions.VersionAnswers),
-                "orders": [list(order) for order in self.Versions.Orders],
-            },
-        }
+        }  # fmt: skip
 
 
 CLASSES = {

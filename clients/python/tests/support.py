@@ -4,19 +4,27 @@ from __future__ import annotations
 
 import gc
 import os
+import subprocess
 import sys
 import unittest
 from pathlib import Path
 from typing import Any
 
-ROOT = Path(__file__).resolve().parents[3]
-sys.path.insert(0, str(ROOT / "clients" / "python"))
+CLIENT, ROOT = Path(__file__).resolve().parents[1], Path(__file__).resolve().parents[3]
+sys.path.insert(0, str(CLIENT))
 
 import hedro34  # noqa: E402
 
 LIBRARY = os.environ.get("HEDRO34_LIBRARY", "")
+needs_library = unittest.skipUnless(LIBRARY, "HEDRO34_LIBRARY names no library")
 BIOLOGY, FORM = ROOT / "examples" / "biology.xml", ROOT / "examples" / "biology.form.json"
+MIXED, MIXED_FORM = ROOT / "examples" / "mixed.xml", ROOT / "examples" / "mixed.form.json"
 KEYS = "B B C C C B B B B (A,C,E) (C,A) (A,C,E) T F F T Y N B T".split()
+
+
+def run_python(*arguments: str | Path, **environment: str) -> subprocess.CompletedProcess[str]:
+    environment = os.environ | {"PYTHONPATH": str(CLIENT)} | environment
+    return subprocess.run([sys.executable, *arguments], env=environment, capture_output=True, text=True, timeout=60)
 
 
 class Boxes:
@@ -41,7 +49,7 @@ class Errors:
         self.told.append(arguments)
 
 
-@unittest.skipUnless(LIBRARY, "HEDRO34_LIBRARY names no library")
+@needs_library
 class LibraryTest(unittest.TestCase):
     """Every test has a message box and an error object, and leaves nothing alive behind it."""
 

@@ -6,21 +6,18 @@ import contextlib
 import io
 import json
 import os
-import subprocess
-import sys
+import signal
 import tempfile
-import threading
 import unittest
 from collections.abc import Callable
 from pathlib import Path
+from types import SimpleNamespace
 from typing import Any
 
 import host_files
-from support import BIOLOGY, FORM, KEYS, LIBRARY, ROOT, Boxes, Errors, LibraryTest
+from support import BIOLOGY, FORM, KEYS, LIBRARY, MIXED, MIXED_FORM, ROOT, Boxes, Errors, LibraryTest, run_python
 
 import hedro34
-
-MIXED, MIXED_FORM = ROOT / "examples" / "mixed.xml", ROOT / "examples" / "mixed.form.json"
 
 
 class Road(LibraryTest):
@@ -30,104 +27,90 @@ class Road(LibraryTest):
         self.addCleanup(folder.cleanup)
         self.folder = Path(folder.name)
 
-    def merged(self, tests: list[Any], form: Any, out: Any, document: Any) -> bool:
+    def merged(self, test: Any, form: Any, out: Any, document: Any) -> bool:
         self.engine.TemplateIn, self.engine.TemplateOut, self.engine.WENKTD = form, out, document
         self.engine.Tests.RemoveAll()
-        for test in tests:
-            self.engine.Tests.Add(test)
+        self.engine.Tests.Add(test)
         return bool(self.engine.RemoveInvalid() and self.engine.ValidTestVersions() and self.engine.Merge())
 
     def default_result(self, test: Any, form_file: Path) -> tuple[Any, Any]:
-        form = hedro34.create("HEDRO34.FormTemplate")
+        form, document = hedro34.create("HEDRO34.FormTemplate"), hedro34.create("HEDRO34.DataDocument")
         self.assertTrue(form.Load(form_file))
-        document = hedro34.create("HEDRO34.DataDocument")
-        self.assertTrue(self.merged([test], form, hedro34.create("HEDRO34.FormTemplate"), document))
+        self.assertTrue(self.merged(test, form, hedro34.create("HEDRO34.FormTemplate"), document))
         form_out, document_out = self.folder / "form.json", self.folder / "a.ktd"
         self.assertTrue(self.engine.TemplateOut.Save(form_out) and document.Save(document_out))
         self.assertEqual(self.engine.WENKTD, document)
         return json.loads(form_out.read_text())["pages"], json.loads(document_out.read_text())
 
-    def test_with_the_defaults(self) -> None:
-        test = hedro34.create("HEDRO34.clsHEDROTest")
-        test.ImportObjectives, test.StateAbbreviation = 15, "CA"
-        self.assertTrue(test.LoadXML(BIOLOGY))
-        pages, document = self.default_result(test, FORM)
-        self.assertEqual((len(test.Questions), test.NumObjectives), (20, 58))
-        graded = [question for question in document["questions"] if question["graded"]]
-        self.assertEqual(len(document["questions"]), 29)
-        self.assertEqual([key for question in graded for key in question["answerKey"]], KEYS)
-        self.assertEqual(len(document["objectives"]), 48)  # 47 of the test behind the default one
-        fields = [field for page in pages for region in page["regions"] for field in region["questions"]]
-        self.assertEqual([f["name"] for f in fields if not f["graded"]][-4:], ["Q21", "Q22", "Q23", "Q24"])
-        self.assertEqual((self.errors.told, self.boxes.shown), ([], []))
-
-    def test_with_objects_of_python(self) -> None:
+    def test_with_the_defaults_and_with_objects_of_python(self) -> None:
         for name, make in host_files.CLASSES.items():
             hedro34.register_class(name, make)
             self.addCleanup(hedro34.revoke_class, name)
         for test_file, form_file in ((BIOLOGY, FORM), (MIXED, MIXED_FORM)):
-            with self.subTest(test=test_file.name):
-                test = hedro34.create("HEDRO34.clsHEDROTest")
-                test.ImportObjectives, test.StateAbbreviation = 15, "CA"
-                self.assertTrue(test.LoadXML(test_file))
-                pages, document = self.default_result(test, form_file)
-                form, hosts_document = host_files.Template.read(form_file), host_files.Document()
-                before = form.as_json()
-                self.assertTrue(self.merged([test], form, host_files.Template(), hosts_document))
-                self.assertIs(self.engine.TemplateIn, form)
-                self.assertIs(self.engine.WENKTD, hosts_document)
-                self.assertEqual(form.as_json(), before)
-                self.assertEqual(self.engine.TemplateOut.as_json(), pages)
-                self.assertEqual(hosts_document.as_json(), document)
+            test = hedro34.create("HEDRO34.clsHEDROTest")
+            test.ImportObjectives, test.StateAbbreviation = 15, "CA"
+            self.assertTrue(test.LoadXML(test_file))
+            pages, document = self.default_result(test, form_file)
+            if test_file == BIOLOGY:
+                graded = [question for question in document["questions"] if question["graded"]]
+                self.assertEqual([key for question in graded for key in question["answerKey"]], KEYS)
+                self.assertEqual((len(document["questions"]), len(document["objectives"])), (29, 48))
+                fields = [field for page in pages for region in page["regions"] for field in region["questions"]]
+                ungraded = [field["name"] for field in fields if not field["graded"]]
+                self.assertEqual(ungraded[-4:], ["Q21", "Q22", "Q23", "Q24"])
+                self.assertEqual(self.boxes.shown, [])
+            form, hosts_document = host_files.Template.read(form_file), host_files.Document()
+            before = form.as_json()
+            self.assertTrue(self.merged(test, form, host_files.Template(), hosts_document))
+            self.assertTrue(self.engine.TemplateIn is form and self.engine.WENKTD is hosts_document)
+            self.assertEqual(form.as_json(), before)
+            self.assertEqual(self.engine.TemplateOut.as_json(), pages)
+            self.assertEqual(hosts_document.as_json(), document)
         self.assertEqual(self.errors.told, [])
-
-    def test_versions(self) -> None:
-        samples = ROOT / "examples" / "versions"
-        form = hedro34.create("HEDRO34.FormTemplate")
-        self.assertTrue(form.Load(samples / "unit.form.json"))
-        tests = [self.load(samples / f"unit-{letter}.xml") for letter in "abcd"]
-        self.assertTrue(tests[0].Sequences.AddDefault(tests[0].Questions, tests[0].Version))
-        for version in tests[1:]:
-            self.assertTrue(tests[0].AddSequence(version))
-        self.engine.SequenceQuestion = 1
-        document = hedro34.create("HEDRO34.DataDocument")
-        self.assertTrue(self.merged(tests, form, hedro34.create("HEDRO34.FormTemplate"), document))
-        self.assertEqual([sequence.Answer for sequence in tests[0].Sequences], list("ABCD"))
-        order = document.Versions.Orders.Item(3)
-        expected = [1, 2, 9, 8, 7, 6, 5, 4, 3, 14, 13, 12, 11, 10, 15, 16, 17]
-        self.assertEqual([order.Item(n) for n in range(1, order.Count + 1)], expected)
 
     def test_example(self) -> None:
         script = ROOT / "clients" / "python" / "examples" / "merge.py"
-        command = [sys.executable, script, "--library", LIBRARY, "--out", self.folder]
-        done = subprocess.run(command, capture_output=True, text=True, timeout=120)
+        done = run_python(script, "--library", LIBRARY, "--out", self.folder)
         self.assertEqual((done.returncode, done.stderr), (0, ""))
         self.assertEqual([line.split()[1] for line in done.stdout.splitlines()], KEYS)
         self.assertEqual(sorted(os.listdir(self.folder)), ["biology.form.json", "biology.ktd"])
 
 
-class LeavingBox(Boxes):
-    def __init__(self, platform: Any) -> None:
+class Leaving(Boxes, Errors):
+    """Does something in the middle of a call, such as taking itself away."""
+
+    def __init__(self, leave: Callable[[], object]) -> None:
         super().__init__()
-        self.platform = platform
+        self.leave = leave
 
     def Show(self, text: str, flags: int, title: str) -> int:
-        self.platform.MessageBox = None
+        self.leave()
         return 1
 
-
-class LeavingErrors:
-    def __init__(self, leave: Callable[[Any], object], argument: Any) -> None:
-        self.leave, self.argument = leave, argument
-
     def RaiseError(self, *arguments: Any) -> None:
-        self.leave(self.argument)
+        self.leave()
 
 
-def on_another_thread(work: Callable[[], object]) -> None:
-    thread = threading.Thread(target=work)
-    thread.start()
-    thread.join()
+FAULT = """
+import ctypes, faulthandler, sys, hedro34
+faulthandler.enable()
+hedro34.load(sys.argv[1])
+class Host:
+    def Show(self, *arguments):
+        strings.AddDelimitedString("a,b")  # an operation within
+        ctypes.string_at(0)
+    RaiseError = Show
+    QuestionCount = property(Show)
+test, engine, strings = map(hedro34.create, ("clsHEDROTest", "clsHEDRO", "clsHEDROTestStrings"))
+test.LoadXML(sys.argv[2])
+engine.Tests.Add(test)
+engine.TemplateIn, engine.TemplateOut, engine.WENKTD = Host(), Host(), hedro34.create("DataDocument")
+"""
+FAULTS = [
+    "hedro34.create('Platform').MessageBox = Host(); strings.AddArray([])",
+    "engine.SetError(Host()); strings.AddArray([])",
+    "engine.Merge()",
+]
 
 
 class Hosts(LibraryTest):
@@ -145,24 +128,19 @@ class Hosts(LibraryTest):
             def RaiseError(self, *arguments: Any) -> str:
                 return "no number"
 
-        cases = {Errors: None, object: "(#438) Object doesn't support", Raises: "(#440) ", Text: "(#13) Type mismatch"}
-        cases[type("Lacks", (), {"Other": 1})] = cases.pop(object)
+        text = (
+            "(?s)^Application Error 48: Application error: .#{}.* occurred while trying to display:\r\n\r\n"
+            "Error# 9: Subscript out of range, Location: HEDRO34 - clsHEDROTestStrings.AddArray$"
+        )
+        cases = {Errors: "", SimpleNamespace: "438. Object doesn't support", Raises: "440.", Text: "13. Type mismatch"}
         for kind, begin in cases.items():
             with self.subTest(kind=kind.__name__), contextlib.redirect_stderr(io.StringIO()) as printed:
                 self.boxes.shown.clear()
                 self.assertTrue(self.engine.SetError(kind()))
                 self.fail_once()
-                self.assertEqual(len(self.boxes.shown), 0 if begin is None else 1)
-                if begin is not None:
-                    text, flags, title = self.boxes.shown[0]
-                    self.assertEqual((flags, title), (48, "Application Error"))
-                    self.assertTrue(text.startswith("Application error: " + begin), text)
-                    self.assertIn("occurred while trying to display:\r\n\r\nError# 9: Subscript out of range", text)
-                    self.assertTrue(text.endswith(", Location: HEDRO34 - clsHEDROTestStrings.AddArray"), text)
+                shown = [f"{title} {flags}: {text}" for text, flags, title in self.boxes.shown]
+                self.assertRegex("".join(shown), text.format(begin) if begin else "^$")
                 self.assertEqual("RuntimeError: no log" in printed.getvalue(), kind is Raises)
-        self.assertFalse(self.engine.SetError(None))
-        self.fail_once()
-        self.assertTrue(self.boxes.shown[-1][0].startswith("Error# 9: Subscript out of range, Location: "))
 
     def test_message_boxes(self) -> None:
         self.assertIs(self.platform.MessageBox, self.boxes)
@@ -177,19 +155,19 @@ class Hosts(LibraryTest):
                 self.assertIn(test.LoadXML(BIOLOGY), (True, False))  # and the library goes on
 
     def test_that_goes_away_during_the_call(self) -> None:
-        self.platform.MessageBox = LeavingBox(self.platform)
+        platform, engine = self.platform, self.engine
+        platform.MessageBox = Leaving(lambda: setattr(platform, "MessageBox", None))
         self.assertTrue(hedro34.create("HEDRO34.clsHEDROTest").LoadXML(MIXED))
         self.assertEqual(hedro34.exposed_objects(), [self.errors])
-        self.platform.MessageBox = self.boxes
-        self.engine.SetError(LeavingErrors(lambda engine: engine.SetError(None), self.engine))
+        platform.MessageBox = self.boxes
+        engine.SetError(Leaving(lambda: engine.SetError(None)))
         self.fail_once()
         self.assertEqual(hedro34.exposed_objects(), [self.boxes])
-        for release in (lambda strings: strings.release(), lambda strings: on_another_thread(strings.release)):
-            strings = hedro34.create("HEDRO34.clsHEDROTestStrings")
-            self.engine.SetError(LeavingErrors(release, strings))
-            self.assertFalse(strings.AddArray([]))
-            with self.assertRaisesRegex(hedro34.Error, "released"):
-                strings.Count
+        strings = hedro34.create("HEDRO34.clsHEDROTestStrings")
+        engine.SetError(Leaving(lambda: strings.release()))
+        self.assertFalse(strings.AddArray([]))
+        with self.assertRaisesRegex(hedro34.Error, "released"):
+            strings.Count
 
     def test_templates_that_fail(self) -> None:
         class Broken(host_files.Template):
@@ -201,26 +179,37 @@ class Hosts(LibraryTest):
             def Copy(self, option: bool) -> Any:
                 return "a copy"
 
-        for kind, number in ((Broken, 440), (Wrong, 13), (Errors, 438)):
-            with self.subTest(kind=kind.__name__), contextlib.redirect_stderr(io.StringIO()):
+        class Odd:
+            def __getattr__(self, name: str) -> Any:
+                raise RuntimeError(name)
+
+        for form, number in ((Broken.read(FORM), 440), (Wrong.read(FORM), 13), (Errors(), 438), (Odd(), 438)):
+            with self.subTest(form=form), contextlib.redirect_stderr(io.StringIO()):
                 engine = hedro34.create("HEDRO34.clsHEDRO")
-                engine.TemplateIn = kind.read(FORM) if kind is not Errors else kind()
-                engine.TemplateOut = host_files.Template()
+                engine.TemplateIn, engine.TemplateOut = form, host_files.Template()
+                self.assertIs(engine.TemplateIn, form)
                 engine.Tests.Add(self.load())
                 self.assertFalse(engine.Merge())
                 told = self.errors.told[-1]
                 self.assertEqual((told[0], told[3]), (number, "HEDRO34 - clsHEDRO.Merge"))
 
     def test_an_interrupt_is_raised_when_the_call_is_over(self) -> None:
-        class Stops(Boxes):
-            def Show(self, text: str, flags: int, title: str) -> int:
-                raise KeyboardInterrupt
+        def interrupt() -> None:
+            raise KeyboardInterrupt
 
-        self.platform.MessageBox = Stops()
+        self.platform.MessageBox = Leaving(interrupt)
         test = hedro34.create("HEDRO34.clsHEDROTest")
         with self.assertRaises(KeyboardInterrupt):
             test.LoadXML(MIXED)
         self.assertTrue(test.LoadXML(BIOLOGY))
+
+    def test_native_faults_end_the_process_as_python_does(self) -> None:
+        for fault in FAULTS:
+            with self.subTest(fault=fault):
+                done = run_python("-c", FAULT + fault, LIBRARY, BIOLOGY)
+                self.assertRegex(done.stderr, "(?s)^Fatal Python error: Segmentation fault.* in Show\n")
+                if "Sanitizer" not in done.stderr:
+                    self.assertEqual((done.returncode, done.stdout), (-signal.SIGSEGV, ""))
 
 
 if __name__ == "__main__":
