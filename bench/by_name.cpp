@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdlib>
 #include <iostream>
+#include <utility>
 
 #include "hedro34/hedro34.h"
 
@@ -19,14 +20,25 @@ void check(HRESULT code) {
   std::exit(1);
 }
 
+// A value as a caller outside holds it.
+struct Value : VARIANT {
+  Value() : VARIANT{} {}
+  Value(Value&& other) noexcept : VARIANT(std::exchange(static_cast<VARIANT&>(other), VARIANT{})) {}
+  Value& operator=(Value other) noexcept {
+    std::swap(static_cast<VARIANT&>(*this), static_cast<VARIANT&>(other));
+    return *this;
+  }
+  ~Value() { VariantClear(this); }
+};
+
 // Reads a property as a caller outside does: its number by its name, then its value.
-OwnedVariant read(IDispatch& object, String& name, VARIANT* argument = nullptr) {
+Value read(IDispatch& object, String& name, VARIANT* argument = nullptr) {
   OLECHAR* names[] = {name.data()};
   DISPID id = 0;
   check(object.GetIDsOfNames(IID_NULL, names, 1, 0, &id));
   DISPPARAMS parameters = {argument, nullptr, argument != nullptr ? 1u : 0u, 0};
-  OwnedVariant result;
-  check(object.Invoke(id, IID_NULL, 0, DISPATCH_PROPERTYGET, &parameters, result.get(), nullptr, nullptr));
+  Value result;
+  check(object.Invoke(id, IID_NULL, 0, DISPATCH_PROPERTYGET, &parameters, &result, nullptr, nullptr));
   return result;
 }
 
@@ -55,9 +67,9 @@ void direct(benchmark::State& state) {
 void by_name(benchmark::State& state, const char16_t* property, bool held) {
   const Held<IDispatch> question = identity_of(test_of(1)->Questions->Item(1));
   String name = property;
-  OwnedVariant keeper;
+  Value keeper;
   if (held) keeper = read(*question.get(), name);
-  for (auto _ : state) benchmark::DoNotOptimize(read(*question.get(), name)->llVal);
+  for (auto _ : state) benchmark::DoNotOptimize(read(*question.get(), name).llVal);
 }
 
 float points(const clsHEDROTestQuestion& question) { return question.CorrectPoints; }
@@ -85,15 +97,15 @@ void all_questions(benchmark::State& state, std::int32_t count) {
   const Held<IDispatch> outside = identity_of(test);
   std::array<String, 6> names = {u"Questions", u"Item", u"ID", u"QuestionText", u"CorrectAnswers", u"Count"};
   for (auto _ : state) {
-    const OwnedVariant questions = read(*outside.get(), names[0]);
+    const Value questions = read(*outside.get(), names[0]);
     for (std::int32_t i = 1; i <= count; ++i) {
       VARIANT index{};
       put(index, i);
-      const OwnedVariant question = read(*(*questions).pdispVal, names[1], &index);
-      benchmark::DoNotOptimize(read(*(*question).pdispVal, names[2])->bstrVal);
-      benchmark::DoNotOptimize(read(*(*question).pdispVal, names[3])->bstrVal);
-      const OwnedVariant correct = read(*(*question).pdispVal, names[4]);
-      benchmark::DoNotOptimize(read(*(*correct).pdispVal, names[5])->lVal);
+      const Value question = read(*questions.pdispVal, names[1], &index);
+      benchmark::DoNotOptimize(read(*question.pdispVal, names[2]).bstrVal);
+      benchmark::DoNotOptimize(read(*question.pdispVal, names[3]).bstrVal);
+      const Value correct = read(*question.pdispVal, names[4]);
+      benchmark::DoNotOptimize(read(*correct.pdispVal, names[5]).lVal);
     }
   }
 }

@@ -1,7 +1,7 @@
 #include "hedro34/component/classes.h"
 
+#include <array>
 #include <typeinfo>
-#include <unordered_map>
 
 namespace hedro34 {
 namespace {
@@ -16,20 +16,37 @@ const ClassTable* find(Found found) {
   return nullptr;
 }
 
+// Tables by the address of their type: all types of the tables are the library's own, so each has one address in it.
+class ByType {
+ public:
+  ByType() {
+    hedro34::find([this](const ClassTable& table) {
+      std::size_t slot = slot_of(*table.type);
+      while (tables_[slot] != nullptr) slot = (slot + 1) % tables_.size();
+      tables_[slot] = &table;
+      return false;
+    });
+  }
+
+  const ClassTable* find(const std::type_info& type) const noexcept {
+    std::size_t slot = slot_of(type);
+    while (tables_[slot] != nullptr && tables_[slot]->type != &type) slot = (slot + 1) % tables_.size();
+    return tables_[slot];
+  }
+
+ private:
+  std::size_t slot_of(const std::type_info& type) const noexcept {
+    return reinterpret_cast<std::uintptr_t>(&type) / alignof(std::type_info) * 0x9E3779B1u / 256 % tables_.size();
+  }
+
+  std::array<const ClassTable*, 128> tables_ = {};  // more than twice as many as there are
+};
+
 }  // namespace
 
 const ClassTable* table_of(const Object& object) {
-  // By the address of the type: all types of the tables are the library's own, so each has one address in it.
-  static const auto tables = [] {
-    std::unordered_map<const std::type_info*, const ClassTable*> result;
-    find([&](const ClassTable& table) {
-      result.emplace(table.type, &table);
-      return false;
-    });
-    return result;
-  }();
-  const auto found = tables.find(&typeid(object));
-  return found == tables.end() ? nullptr : found->second;
+  static const ByType tables;
+  return tables.find(typeid(object));
 }
 
 const ClassTable* table_of(const binary::GUID& class_id) noexcept {

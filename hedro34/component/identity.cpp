@@ -149,10 +149,11 @@ HRESULT Identity::GetIDsOfNames(const GUID& iid, OLECHAR** names, std::uint32_t 
   if (!(iid == IID_NULL)) return DISP_E_UNKNOWNINTERFACE;
   if (names == nullptr || ids == nullptr || count == 0) return E_INVALIDARG;
   std::fill_n(ids, count, DISPID_UNKNOWN);
-  if (std::any_of(names, names + count, [](const OLECHAR* name) { return name == nullptr; })) return E_INVALIDARG;
+  if (std::find(names, names + count, static_cast<OLECHAR*>(nullptr)) != names + count) return E_INVALIDARG;
   const int position = table_.index.find(table_.members, names[0]);
   if (position < 0) return DISP_E_UNKNOWNNAME;
   ids[0] = table_.id_of(position);
+  if (count == 1) return S_OK;
   const Member& member = table_.members[static_cast<std::size_t>(position)];
   HRESULT result = S_OK;
   for (std::uint32_t i = 1; i < count; ++i) {
@@ -212,19 +213,28 @@ void Alive::lock(bool on) noexcept {
   }
 }
 
-Held<IDispatch> identity_of(const Ref<Object>& object) {
-  if (!object) return {};
+IDispatch* counted_identity_of(const Ref<Object>& object) {
+  if (!object) return nullptr;
+  Identity* identity = nullptr;
   if (const std::uint32_t number = object->component_identity()) {
-    auto* const identity = static_cast<Identity*>(numbered_identity(number));
-    if (identity != nullptr && identity->object() == object) return Held<IDispatch>(identity);
+    identity = static_cast<Identity*>(numbered_identity(number));
+    if (identity != nullptr && identity->object() != object) identity = nullptr;
   }
-  if (const ClassTable* const table = table_of(*object)) {
-    return Held<IDispatch>(std::make_unique<Identity>(object, *table).release());
+  if (identity == nullptr) {
+    if (const ClassTable* const table = table_of(*object)) {
+      identity = std::make_unique<Identity>(object, *table).release();
+    }
+  }
+  if (identity != nullptr) {
+    identity->AddRef();
+    return identity;
   }
   const auto* const host = dynamic_cast<const HostSide*>(object.get());
   if (host == nullptr) fail(FailureNumber::TypeMismatch);
-  return Held<IDispatch>(host->host());
+  return Held<IDispatch>(host->host()).detach();
 }
+
+Held<IDispatch> identity_of(const Ref<Object>& object) { return Held<IDispatch>::taken(counted_identity_of(object)); }
 
 Ref<Object> own_object(IUnknown* object) {
   asked = nullptr;

@@ -11,6 +11,9 @@ namespace hedro34 {
 // empty reference gives none. Failure 13 for an object of no class in the tables.
 Held<binary::IDispatch> identity_of(const Ref<Object>& object);
 
+// The same, counted for the caller; null for the empty reference.
+binary::IDispatch* counted_identity_of(const Ref<Object>& object);
+
 // The object behind an identity of this library; empty for any other object.
 Ref<Object> own_object(binary::IUnknown* object);
 

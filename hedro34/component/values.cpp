@@ -280,7 +280,7 @@ void put(VARIANT& target, const Array<std::int32_t>& value) {
 }
 
 void put_object(VARIANT& target, const Ref<Object>& value) {
-  target.pdispVal = value ? identity_of(value).detach() : nullptr;
+  target.pdispVal = counted_identity_of(value);
   target.vt = VT_DISPATCH;
 }
 
