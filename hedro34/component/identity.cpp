@@ -94,10 +94,10 @@ HRESULT place(const Member& member, const DISPPARAMS& parameters, bool writes, C
 class Identity final : public IDispatch {
  public:
   Identity(Ref<Object> object, const ClassTable& table) : object_(std::move(object)), table_(table) {
-    object_->set_component_identity(number_identity(this));
+    object_->set_component_identity(number_identity(this, object_.get()));
   }
   ~Identity() {
-    forget_identity(object_->component_identity(), this);
+    forget_identity(object_->component_identity(), object_.get());
     object_->set_component_identity(0);
   }
 
@@ -217,8 +217,7 @@ IDispatch* counted_identity_of(const Ref<Object>& object) {
   if (!object) return nullptr;
   Identity* identity = nullptr;
   if (const std::uint32_t number = object->component_identity()) {
-    identity = static_cast<Identity*>(numbered_identity(number));
-    if (identity != nullptr && identity->object() != object) identity = nullptr;
+    identity = static_cast<Identity*>(numbered_identity(number, object.get()));
   }
   if (identity == nullptr) {
     if (const ClassTable* const table = table_of(*object)) {

@@ -18,7 +18,7 @@ binary::IDispatch* counted_identity_of(const Ref<Object>& object);
 Ref<Object> own_object(binary::IUnknown* object);
 
 // What keeps the library loaded: identities, class factories and locks, counted over all threads. An object that only the
-// library itself still holds, such as one given to `SetError`, does not count.
+// library itself still holds, such as one given to `SetError`, does not count; one given to `RegisterClass` does.
 class Alive {
  public:
   Alive() noexcept;

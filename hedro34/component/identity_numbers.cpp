@@ -6,8 +6,13 @@
 namespace hedro34 {
 namespace {
 
+struct Numbered {
+  void* identity;
+  const void* object;
+};
+
 struct Numbers {
-  std::vector<void*> identities = {nullptr};  // by number
+  std::vector<Numbered> identities = {{}};  // by number
   std::vector<std::uint32_t> free;
 };
 
@@ -44,31 +49,32 @@ Numbers& numbers() {
 
 }  // namespace
 
-std::uint32_t number_identity(void* identity) {
+std::uint32_t number_identity(void* identity, const void* object) {
   Numbers& all = numbers();
   std::uint32_t number = 0;
   if (all.free.empty()) {
     // Every number can come back without memory.
     if (all.free.capacity() <= all.identities.size()) all.free.reserve(2 * all.identities.size());
     number = static_cast<std::uint32_t>(all.identities.size());
-    all.identities.push_back(identity);
+    all.identities.push_back({identity, object});
   } else {
     number = all.free.back();
     all.free.pop_back();
-    all.identities[number] = identity;
+    all.identities[number] = {identity, object};
   }
   ++of_thread.taken;
   return number;
 }
 
-void* numbered_identity(std::uint32_t number) noexcept {
+void* numbered_identity(std::uint32_t number, const void* object) noexcept {
   const Numbers* const all = of_thread.numbers;
-  return all != nullptr && number < all->identities.size() ? all->identities[number] : nullptr;
+  const bool known = all != nullptr && number < all->identities.size() && all->identities[number].object == object;
+  return known ? all->identities[number].identity : nullptr;
 }
 
-void forget_identity(std::uint32_t number, const void* identity) noexcept {
-  if (numbered_identity(number) != identity) return;
-  of_thread.numbers->identities[number] = nullptr;
+void forget_identity(std::uint32_t number, const void* object) noexcept {
+  if (numbered_identity(number, object) == nullptr) return;
+  of_thread.numbers->identities[number] = {};
   of_thread.numbers->free.push_back(number);
   --of_thread.taken;
   release_when_unused();

@@ -6,13 +6,13 @@
 
 namespace hedro34 {
 
-// A number from 1 for the identity.
-std::uint32_t number_identity(void* identity);
+// A number from 1 for the identity of the object.
+std::uint32_t number_identity(void* identity, const void* object);
 
-// The identity of that number on this thread; null for one of another thread.
-void* numbered_identity(std::uint32_t number) noexcept;
+// The object's identity, which has that number on this thread; null for an object of another thread.
+void* numbered_identity(std::uint32_t number, const void* object) noexcept;
 
-// Gives the number of the identity back. On another thread than that of the identity it stays taken there.
-void forget_identity(std::uint32_t number, const void* identity) noexcept;
+// Gives the number of the object's identity back. On another thread than that of the identity it stays taken there.
+void forget_identity(std::uint32_t number, const void* object) noexcept;
 
 }  // namespace hedro34

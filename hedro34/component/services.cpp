@@ -34,7 +34,7 @@ class HostMessageBox final : public MessageBox {
 
 // What the host gave, for the process. It is never destroyed: at the end of the process the host may be gone.
 struct Given {
-  std::mutex mutex;
+  std::recursive_mutex mutex;  // counting a host's object calls the host
   MessageBox* default_box = nullptr;
   std::unique_ptr<HostMessageBox> box;
   std::unordered_map<String, Held<binary::IDispatch>, IgnoringCase, IgnoringCase> classes;
@@ -58,6 +58,7 @@ Held<binary::IClassFactory> registered_factory(StringView name) {
   binary::IClassFactory* factory = nullptr;
   if (!class_registry_path().empty()) {
     const Refusal refusal = last_refusal();  // that a class is not registered is no refusal of a file
+    const HostCall running;
     result = class_factory(name, &factory);
     if (result >= 0 || result == binary::CO_E_CLASSSTRING) refuse(refusal);
   }
@@ -83,6 +84,7 @@ Held<binary::IDispatch> create_host_object(StringView name) {
   const Held<binary::IClassFactory> registered = registered_factory(name);
   if (!registered) return {};
   void* made = nullptr;
+  const HostCall running;
   const binary::HRESULT result = registered->CreateInstance(nullptr, binary::IID_IDispatch, &made);
   if (result < 0 || made == nullptr) fail(FailureNumber::CannotCreateObject);
   return Held<binary::IDispatch>::taken(static_cast<binary::IDispatch*>(made));

@@ -3,7 +3,7 @@
 // host's templates and documents.
 //
 // A host registers a class for the running program under its name, with an object whose method "CreateInstance" gives a new
-// object; where it did not, the class registry is asked, once for each name. These are looked for:
+// object; where it did not, the class registry is asked, and what it says is kept. These are looked for:
 //
 //   TIBTemplate81.TIBRegion                          for a template of the host
 //   WENKtd81.WENKtdQuestion, .WENKtdObjective, .WENKtdOrder   for a document of the host

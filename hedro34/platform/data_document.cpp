@@ -1,6 +1,5 @@
 #include "hedro34/platform/data_document.h"
 
-#include <numeric>
 #include <unordered_set>
 
 #include "hedro34/platform/files.h"
@@ -83,7 +82,7 @@ void DataOrders::Add(const Ref<WENKtdOrder>& order) { orders_.push_back(own<Data
 void DataOrders::AddDefault(std::int32_t questions) {
   if (questions < 0) fail(FailureNumber::InvalidCall);
   std::vector<std::int32_t> entries(static_cast<std::size_t>(questions));
-  std::iota(entries.begin(), entries.end(), 1);
+  for (std::int32_t i = 0; i < questions; ++i) entries[static_cast<std::size_t>(i)] = i + 1;
   orders_.push_back(make<DataOrder>(std::move(entries)));
 }
 

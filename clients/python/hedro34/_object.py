@@ -37,7 +37,17 @@ class _Owner:
         self.thread = threading.current_thread()
         self.dropped: deque[int] = deque()
 
+    def drop(self, pointer: int) -> None:
+        self.dropped.append(pointer)
+        _dropping.add(self)
 
+    def collect(self) -> None:
+        while self.dropped:
+            abi.release(self.dropped.popleft())
+        _dropping.discard(self)
+
+
+_dropping: set[_Owner] = set()
 _local = threading.local()
 _ended = False
 
@@ -51,10 +61,12 @@ def _owner() -> _Owner:
 
 
 def collect() -> None:
-    """Releases what other threads have dropped of this thread's objects. Every call does so, too."""
-    dropped = _owner().dropped
-    while dropped:
-        abi.release(dropped.popleft())
+    """Releases what other threads have dropped of this thread's objects, and of those of threads that have ended. Every call
+    does so for its own thread."""
+    _owner().collect()
+    for owner in list(_dropping):
+        if not owner.thread.is_alive():
+            owner.collect()
 
 
 def end() -> None:
@@ -103,7 +115,7 @@ class Object:
             here, there = owner.thread.name, fields["_owner"].thread.name
             raise Error(f'{type(self).__name__}: the object belongs to thread "{there}" and was used on "{here}"')
         if owner.dropped:
-            collect()
+            owner.collect()
         fields["_calls"] += 1
         return pointer
 
@@ -215,12 +227,16 @@ class Object:
         if pointer is None or _ended:
             return
         owner: _Owner = fields["_owner"]
+        fields.pop("_same", None)
         if owner is not _owner() and owner.thread.is_alive():
-            owner.dropped.append(pointer)
+            owner.drop(pointer)
         elif fields["_calls"]:
             fields["_late"] = pointer  # at the end of the call that is under way
         else:
-            abi.release(pointer)
+            try:
+                abi.release(pointer)
+            except RecursionError:
+                owner.drop(pointer)  # with the next call, when there is room again
 
     def __del__(self) -> None:
         self.release()
@@ -290,7 +306,7 @@ class Collection(Object):
         if isinstance(index, str):
             if not self.Exists(index):
                 raise KeyError(f'{name} has no element under the key "{index}"')
-        elif isinstance(index, int):
+        elif isinstance(index, int) and not isinstance(index, bool):
             if not 1 <= index <= len(self):
                 raise IndexError(f"{name}: position {index} is not in 1 to {len(self)}")
         else:
@@ -404,8 +420,13 @@ def adopt(pointer: int, hint: str) -> Any:
     exposed = _host.target_of(pointer)
     if exposed is not None:
         return exposed.target
+    kind = class_named(hint)
     abi.add_ref(pointer)
-    return class_named(hint)(pointer)
+    try:
+        return kind(pointer)
+    except BaseException:
+        abi.release(pointer)
+        raise
 
 
 def pointer_of(value: object) -> int:
