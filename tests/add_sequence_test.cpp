@@ -49,7 +49,6 @@ const Row rows[] = {
 
     {{a}, {}, old_exists, u"OLD"},  // before the questions are counted
     {{a, b}, {c}, number_of_questions("2", "1")},
-    {{a}, {a, b}, number_of_questions("1", "2")},
     {{a, b}, {t, c}, invalid(missing, "t", "? t")},
     {{{u""}}, {{u""}}, invalid(missing, "", "? ")},
     {{a, b}, {a, {u"B", mc, 4, {3}}}, invalid(scrambled, "B", "? B")},

@@ -11,63 +11,6 @@
 namespace hedro34 {
 namespace {
 
-struct CaseRow {
-  const char* what;
-  char16_t unit;
-  char16_t upper;
-  char16_t lower;
-};
-
-constexpr CaseRow rows[] = {
-    {"first small letter", u'a', u'A', u'a'},
-    {"last small letter", u'z', u'Z', u'z'},
-    {"first capital", u'A', u'A', u'a'},
-    {"last capital", u'Z', u'Z', u'z'},
-    {"before the small letters", u'`', u'`', u'`'},
-    {"behind the small letters", u'{', u'{', u'{'},
-    {"before the capitals", u'@', u'@', u'@'},
-    {"behind the capitals", u'[', u'[', u'['},
-    {"NUL", 0x0000, 0x0000, 0x0000},
-    {"last of ASCII", 0x007F, 0x007F, 0x007F},
-    {"first beyond ASCII", 0x0080, 0x0080, 0x0080},
-    {"a umlaut", 0x00E4, 0x00C4, 0x00E4},
-    {"A umlaut", 0x00C4, 0x00C4, 0x00E4},
-    {"multiplication sign", 0x00D7, 0x00D7, 0x00D7},
-    {"division sign", 0x00F7, 0x00F7, 0x00F7},
-    {"sharp s has no single capital", 0x00DF, 0x00DF, 0x00DF},
-    {"capital sharp s", 0x1E9E, 0x1E9E, 0x00DF},
-    {"y diaeresis leaves Latin-1", 0x00FF, 0x0178, 0x00FF},
-    {"Y diaeresis", 0x0178, 0x0178, 0x00FF},
-    {"micro sign", 0x00B5, 0x039C, 0x00B5},
-    {"I with dot", 0x0130, 0x0130, u'i'},
-    {"dotless i", 0x0131, u'I', 0x0131},
-    {"long s", 0x017F, u'S', 0x017F},
-    {"digraph, capital", 0x01C4, 0x01C4, 0x01C6},
-    {"digraph, title", 0x01C5, 0x01C4, 0x01C6},
-    {"digraph, small", 0x01C6, 0x01C4, 0x01C6},
-    {"sigma", 0x03C3, 0x03A3, 0x03C3},
-    {"final sigma", 0x03C2, 0x03A3, 0x03C2},
-    {"capital sigma", 0x03A3, 0x03A3, 0x03C3},
-    {"Cyrillic a", 0x0430, 0x0410, 0x0430},
-    {"Cyrillic io", 0x0451, 0x0401, 0x0451},
-    {"Georgian an", 0x10D0, 0x1C90, 0x10D0},
-    {"Kelvin sign", 0x212A, 0x212A, u'k'},
-    {"Roman numeral one", 0x2170, 0x2160, 0x2170},
-    {"ideograph", 0x4E00, 0x4E00, 0x4E00},
-    {"first surrogate", 0xD800, 0xD800, 0xD800},
-    {"surrogates of a small letter", 0xDC28, 0xDC28, 0xDC28},
-    {"last surrogate", 0xDFFF, 0xDFFF, 0xDFFF},
-    {"full-width a", 0xFF41, 0xFF21, 0xFF41},
-    {"last unit", 0xFFFF, 0xFFFF, 0xFFFF},
-};
-
-TEST(Case, MapsSingleUnits) {
-  for (const auto& row : rows) {
-    EXPECT_EQ(static_cast<unsigned>(upper(row.unit)), static_cast<unsigned>(row.upper)) << "upper of " << row.what;
-    EXPECT_EQ(static_cast<unsigned>(lower(row.unit)), static_cast<unsigned>(row.lower)) << "lower of " << row.what;
-  }
-}
-
 // Every unit against the fields of Unicode's own file, read here without the help of the script that makes the table.
 TEST(Case, AgreesWithUnicodeDataInEveryUnit) {
   std::ifstream data("/usr/share/unicode/UnicodeData.txt");

@@ -24,37 +24,22 @@ TEST_F(Component, RefusesCallsThatDoNotFit) {
   }
   EXPECT_EQ(invoke(identity_of(make<clsHEDROTest>()).get(), 0, get, nothing), "80020003");
   EXPECT_EQ(invoke(list.get(), 2, method, {nullptr, nullptr, 1, 0}), "80070057");
-  EXPECT_EQ(invoke(list.get(), 2, method, {&argument, &id, 1, 2}), "80070057");
   EXPECT_EQ(invoke(list.get(), 2, method, {&argument, nullptr, 1, 1}), "80070057");
   for (const DISPID place : {4, -1, -3, 0x7FFFFFFF}) {
     id = place;
     EXPECT_EQ(invoke(list.get(), 2, method, {&argument, &id, 1, 1}), "80020004 at 0") << place;
   }
-  VARIANT two[] = {argument, argument};
-  EXPECT_EQ(list->Invoke(5, IID_NULL, 0, method, &(nothing = {two, nullptr, 2, 0}), nullptr, nullptr, nullptr),
-            DISP_E_BADPARAMCOUNT);
 
   EXPECT_EQ(list->GetIDsOfNames(other, names, 1, 0, &id), DISP_E_UNKNOWNINTERFACE);
-  EXPECT_EQ(list->GetIDsOfNames(IID_NULL, nullptr, 1, 0, &id), E_INVALIDARG);
-  EXPECT_EQ(list->GetIDsOfNames(IID_NULL, names, 0, 0, &id), E_INVALIDARG);
-  EXPECT_EQ(list->GetIDsOfNames(IID_NULL, names, 1, 0, nullptr), E_INVALIDARG);
   DISPID ids[] = {5, 5};
   EXPECT_EQ(list->GetIDsOfNames(IID_NULL, names, 2, 0, ids), E_INVALIDARG);
   EXPECT_EQ(ids[0], DISPID_UNKNOWN);
-  std::uint32_t count = 7;
-  EXPECT_EQ(list->GetTypeInfoCount(&count), S_OK);
-  EXPECT_EQ(count, 0u);
-  EXPECT_EQ(list->GetTypeInfoCount(nullptr), E_POINTER);
-  ITypeInfo* info = nullptr;
-  EXPECT_EQ(list->GetTypeInfo(0, 0, &info), DISP_E_BADINDEX);
-  EXPECT_EQ(list->GetTypeInfo(0, 0, nullptr), E_POINTER);
 }
 
 TEST_F(Component, AnObjectHasOneIdentity) {
   const auto test = make<clsHEDROTest>();
   const Held<IDispatch> object = identity_of(test);
   EXPECT_EQ(own_object(object.get()), test);
-  EXPECT_FALSE(own_object(nullptr));
   OwnedVariant first, second;
   run(object.get(), {u"Questions", get}, first.get());
   run(object.get(), {u"Questions", get}, second.get());
@@ -66,7 +51,6 @@ TEST_F(Component, AnObjectHasOneIdentity) {
   void* found = &found;
   EXPECT_EQ(object->QueryInterface(table_of(*test)->class_id, &found), E_NOINTERFACE);
   EXPECT_EQ(found, nullptr);
-  EXPECT_EQ(object->QueryInterface(IID_IUnknown, nullptr), E_POINTER);
 
   // What is assigned comes back as itself, also as an unknown, and from a collection.
   const auto list = abc();
@@ -81,12 +65,6 @@ TEST_F(Component, AnObjectHasOneIdentity) {
   OwnedVariant third;
   EXPECT_EQ(run(object.get(), {u"YesNoScale", get}, third.get()), "OBJECT");
   EXPECT_EQ(third->pdispVal, given.get());
-
-  // The identity holds the object, and takes its leave with the last outside reference.
-  Held<IDispatch> alone = identity_of(make<clsHEDROTestStrings>());
-  EXPECT_EQ(run(alone.get(), {u"Count", get}), "I4 0");
-  EXPECT_EQ(alone->AddRef(), 2u);
-  EXPECT_EQ(alone->Release(), 1u);
 }
 
 // A caller without these declarations: slots of the function tables, and texts by their bytes.
@@ -128,7 +106,6 @@ TEST_F(Component, HasTheStandardSlotsAndTexts) {
   EXPECT_EQ(value_at<std::uint32_t>(bytes - 4), 6u);
   EXPECT_EQ(std::string(bytes, 8), std::string("a\0\0\0b\0\0\0", 8));
   SysFreeString(text);
-  EXPECT_EQ(SysAllocStringLen(nullptr, 0x80000000), nullptr);
 }
 
 // The component as a host loads it.
@@ -163,13 +140,10 @@ TEST(ComponentLibrary, GivesItsClasses) {
   EXPECT_EQ(class_object(IID_NULL, IID_IClassFactory, &object), CLASS_E_CLASSNOTAVAILABLE);
   EXPECT_EQ(object, nullptr);
   EXPECT_EQ(class_object(known, IID_IDispatch, &object), E_NOINTERFACE);
-  EXPECT_EQ(class_object(known, IID_IClassFactory, nullptr), E_POINTER);
   IClassFactory* const factory = factory_of(known);
   EXPECT_EQ(factory->CreateInstance(factory, IID_IDispatch, &object), CLASS_E_NOAGGREGATION);
   EXPECT_EQ(factory->CreateInstance(nullptr, IID_IClassFactory, &object), E_NOINTERFACE);
   EXPECT_EQ(object, nullptr);
-  EXPECT_EQ(factory->CreateInstance(nullptr, IID_IUnknown, nullptr), E_POINTER);
-  EXPECT_EQ(factory->QueryInterface(IID_IUnknown, nullptr), E_POINTER);
   using Slot = HRESULT (*)(void*, ...);
   const auto* const slots = value_at<const Slot*>(factory);
   EXPECT_EQ(reinterpret_cast<HRESULT (*)(void*, void*, const GUID*, void**)>(slots[3])(factory, nullptr, &IID_IUnknown,

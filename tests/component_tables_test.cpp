@@ -189,7 +189,6 @@ Platform {FFC10FFE-B320-44F9-A890-1C52699F318A} {9F14A2C5-E2C3-4ABE-A093-2E46088
       found.push_back(ascii(table->name) + " " + class_id + " " + interface_id);
       different.insert({class_id, interface_id});
       EXPECT_EQ(table_of(table->class_id), table);
-      EXPECT_EQ(table_named(upper(table->name)), table);
     }
   }
   const Lines expected = lines_of(frozen);

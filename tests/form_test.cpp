@@ -65,7 +65,6 @@ TEST(Form, NumbersFieldsInTheOrderOfTheWalk) {
       {{{{0, 2}, {0, 1}}, {{0, 0}, {0, 2}}, {}, {{0, 1}}}, "[12][3]/[][45]//[6]/ 6 6"},
       {{{{7, 1}, {8, 1}, {7, 1}, {0, 1}, {7, 1}}}, "[1][2][3][4][5]/ 5 5"},  // other regions between
       {{{{0, 1}, {7, 2}}, {{7, 2}, {7, 1}, {7, 0}, {0, 1}}}, "[1][23]/[23][2][][4]/ 4 4"},
-      {{{{-1, 1}}, {}, {{-1, 1}}}, "[1]//[1]/ 1 1"},
       {{{{0, 1}, {7, 2}, {7, 4}, {0, 1}}}, "[1][23][2333][4]/ 4 4"},  // a continuation with more fields
       {{{{0, 2}, {7, 0}, {7, 2}, {0, 1}}}, "[12][][22][3]/ 3 3"},     // a first region without fields
   };
@@ -233,10 +232,8 @@ TEST(Form, RefusesWhatIsNoJson) {
       {"{\n  \"version\": 1\n  \"x\"}", "3, column 3: not JSON: unexpected string literal; expected '}'"},
       {"{\"version\": 1,\r\n}", "2, column 1: not JSON: unexpected '}'; expected string literal"},
       {"{\"version\": 1, true}", "1, column 16: not JSON: unexpected true literal; expected string literal"},
-      {"{\"version\": 1, false}", "1, column 16: not JSON: unexpected false literal; expected string literal"},
       {"\xEF\xBB\xBF{\"pages\":[{\"regions\":[{\"name\":\"äöü\" x", "1, column 37: not JSON: invalid literal"},
       {with_members("") + "\n{}", "2, column 1: not JSON: unexpected '{'; expected end of input"},
-      {with_members("") + "\n " + std::string(1, '\0') + "}", "2, column 2: not JSON: unexpected NUL"},
       {"{\"\xFF\"", "1, column 3: not JSON: invalid string: ill-formed UTF-8 byte"},
       {R"({"\ude00")", "1, column 8: not JSON: invalid string: surrogate U+DC00..U+DFFF must follow U+D800..U+DBFF"},
   };
@@ -262,9 +259,7 @@ TEST(Form, RefusesWhatTheFormatDoesNotAllow) {
       {R"("graded":true,"name":"","graded":true)", "graded: this member stands twice"},
       {R"("name":null)", "name: must be a string, not null"},
       {R"("itemOption":1e0)", "itemOption: must be an integer, not a fraction"},
-      {R"("itemOption":1e999)", "itemOption: must be an integer, not a fraction"},
       {R"("itemOption":32768)", "itemOption: the integer does not fit in 16 bits"},
-      {R"("itemOption":18446744073709551615)", "itemOption: the integer does not fit in 16 bits"},
       {"\"itemOption\":1" + std::string(400, '0'), "itemOption: the integer does not fit in 16 bits"},
       {R"("graded":1)", "graded: must be true or false, not a number"},
       {R"("correctPoints":{})", "correctPoints: must be a number, not an object"},

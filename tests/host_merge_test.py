@@ -13,7 +13,6 @@ class Form(ProgramTest):
         for options, sizes, first, last in [
             ("--questions=51 --versions=X,Y --choices=26", [51, 1], ("Version", "XY", False),
              ("Q51", "ABCDEFGHIJKLMNOPQRSTUVWXYZ", True)),
-            ("--questions=3 --choices=1 --per-page=2147483647", [3], ("Q1", "A", True), ("Q3", "A", True)),
             ("--questions=32767 --per-page=16384", [16384, 16383], ("Q1", "ABCDE", True), ("Q32767", "ABCDE", True)),
         ]:
             with self.subTest(options):
@@ -81,19 +80,15 @@ class Merge(ProgramTest):
         self.file("key.xml", examview(*[question(i, "mc", "C", THREE) for i in "wxyz"], version="B"))
         self.file("credit.xml", examview(question("1", "mc", "A", THREE, info=PARTIAL)))
         self.file("broken.xml", "<examview>\n<a")
-        self.file("odd.form", {"format": "hedro34-form", "version": 1, "pages": [{"regions": [{"groupNumber": 40000}]}]})
         self.file("folder/inside", "")
         self.file("out.form", "old form")
         self.file("out.ktd", "old document")
-        (self.folder / "link").symlink_to("f")
         versions, credit, no = ("Invalid Test Versions", 1), ("Partial Credit", 2), " answered False: "
         for files, arguments, code, fragments, said in [
             ({"--form": "gone"}, "gone.xml", 3, ["cannot read the form: gone: No such file"], []),
-            ({"--form": "odd.form"}, "gone.xml", 3, ["odd.form: /pages/0/regions/0/groupNumber"], []),
             ({}, "essay.xml broken.xml", 3, ["broken.xml: line 2, column "], []),
             ({}, "--quiet essay.xml credit.xml", 1, [f"LoadXML{no}credit.xml", "--partial-credit ok"], [credit]),
             ({}, "essay.xml", 1, [f"RemoveInvalid{no}essay.xml", "above"], [("No Supported Questions", 1)]),
-            ({}, "--quiet a.xml essay.xml", 1, [f"RemoveInvalid{no}essay.xml", "without --quiet"], []),
             ({}, "--quiet a.xml a.xml key.xml", 1, [f"ValidTestVersions{no}the versions of a.xml", "above"], [versions]),
             ({}, "a.xml b.xml a.xml", 1, [f"AddSequence{no}a.xml as a version of a.xml"], [("Version Exists", 1)]),
             ({"--form-out": "gone/x"}, "--quiet five.xml", 1, [f"Merge{no}five.xml with f", "without --quiet"], []),
@@ -101,7 +96,6 @@ class Merge(ProgramTest):
             ({"--document-out": "folder"}, "a.xml", 4, ["cannot write the document: folder"], []),
             ({"--document-out": "./out.form"}, "a.xml", 2, ["same file"], []),
             ({"--messages": "out.form"}, "a.xml", 2, ["same file"], []),
-            ({"--document-out": "link"}, "a.xml", 2, ["same file"], []),
             ({"--form-out": "./a.xml"}, "b.xml a.xml", 2, ["same file"], []),
         ]:
             with self.subTest(files=files, arguments=arguments):
@@ -111,11 +105,6 @@ class Merge(ProgramTest):
                 self.assertEqual([part for part in fragments if part not in outcome.line], [], outcome)
                 self.assertEqual((outcome.out, self.said()), ("", said))
                 self.assertEqual(self.files() | {"m": b""}, before)
-
-    def test_summary_that_cannot_be_written(self):
-        with open("/dev/full", "wb") as full:
-            self.assertIn("standard output", self.merge("a.xml", code=4, stdout=full).line)
-        self.assertEqual(len(self.json_of("out.ktd")["questions"]), 5)
 
 
 class Examples(ProgramTest):
@@ -134,7 +123,6 @@ class Examples(ProgramTest):
             ("--objectives all --state CA --form biology.form.json biology.xml",
              "B B C C C B B B B (A,C,E) (C,A) (A,C,E) T F F T Y N B T", 29, 47, []),
             (mixed, "C T (A,C,D) I N H F G A (F,H,J)", 14, 0, [credit, invalid]),
-            (mixed + " --quiet --max-questions 8", "C T (A,C,D) I N H F G", 14, 0, [credit]),
         ]:
             with self.subTest(arguments):
                 self.run_program("merge", *arguments.split(), *self.FILES)

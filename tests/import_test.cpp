@@ -1,5 +1,5 @@
-// Loading of ExamView files: the file as a whole, the scales, failures on the way, and the example files. Questions and
-// rich text stand in import_question_test.cpp.
+// Loading of ExamView files: the file as a whole, the scales, and failures on the way. Questions and rich text stand in
+// import_question_test.cpp.
 #include <gtest/gtest.h>
 
 #include "tests/failing_allocation.h"
@@ -217,47 +217,6 @@ TEST(LoadXML, SurvivesMemoryThatRunsOut) {
     expected.insert("7 Out of memory: HEDRO34 - clsHEDROTest" + std::string(place));
   }
   EXPECT_EQ(fail_each_allocation(prepare, load, check), expected);
-}
-
-// Of each question its ID, type, correct answers and how many objectives.
-Lines keys_of(const clsHEDROTest& test) {
-  Lines lines;
-  for (std::int32_t i = 1; i <= test.Questions->Count(); ++i) {
-    const clsHEDROTestQuestion& read = *test.Questions->Item(i);
-    lines.push_back(to_utf8(read.ID.str()) + " " + std::to_string(read.QuestionType) + " " +
-                    json_of(*read.CorrectAnswers).dump() + " " + std::to_string(read.LearningObjectives->Count()));
-  }
-  return lines;
-}
-
-TEST(LoadXML, ReadsTheExampleOfAGoodTest) {
-  Import import;
-  import.test->ImportObjectives = static_cast<HEDROTestImportObjectives>(15);
-  import.test->StateAbbreviation = u"CA";
-  EXPECT_EQ(import.load_path(from_utf8(HEDRO34_SOURCE_DIR "/examples/biology.xml")).front(),
-            R"(True {"title":"Biology 1 Midterm","version":"A","importObjectives":15,"state":"CA"})");
-  EXPECT_EQ(import.scales(), "ABCDE ABCDE");
-  EXPECT_EQ(keys_of(*import.test),
-            (Lines{"341 3 [2] 5",    "741 3 [2] 5",      "841 3 [3] 2",  "1241 3 [3] 4", "1341 3 [3] 3",
-                   "1541 3 [2] 2",   "1641 3 [2] 4",     "1941 3 [2] 2", "742 3 [2] 2",  "2141 3 [1,3,5] 4",
-                   "2241 3 [3,1] 3", "2541 3 [1,3,5] 3", "3141 1 [1] 2", "3241 1 [2] 2", "3341 1 [2] 3",
-                   "3441 1 [1] 2",   "4141 2 [1] 2",     "4241 2 [2] 2", "5141 3 [2] 4", "5241 1 [1] 2"}));
-  EXPECT_EQ(import.test->Questions->Item(u"1341")->QuestionText.str(),
-            u"A population is in Hardy\u2013Weinberg equilibrium, so that equation. If q is 0.3, what is p?");
-}
-
-TEST(LoadXML, ReadsTheExampleOfAMixedTest) {
-  Import import;
-  const Lines lines = import.load_path(from_utf8(HEDRO34_SOURCE_DIR "/examples/mixed.xml"));
-  EXPECT_EQ(lines.front(), R"(True {"title":"Chemistry Review","version":"A"})");
-  EXPECT_EQ(lines.back(), partial_box);
-  EXPECT_EQ(import.scales(), "ABCDE FGHIJ");
-  EXPECT_EQ(keys_of(*import.test),
-            (Lines{"1017 3 [3] 0", "1027 4 [6,16] 0", "1037 1 [1] 0",    "1047 5 [-8] 0", "1057 3 [1,3,4] 0",
-                   "1067 6 [3] 0", "1077 14 [3] 0",   "1087 3 [4] 0",    "1097 7 [2] 0",  "1107 7 [3] 0",
-                   "1117 2 [2] 0", "1127 8 [9] 0",    "1137 9 [-13] 0",  "1147 3 [3] 0",  "1157 10 [1,19,5] 0",
-                   "1167 1 [2] 0", "1177 11 [] 0",    "1187 3 [2] 0",    "1197 13 [] 0",  "1207 -1 [1] 0",
-                   "1217 8 [2] 0", "1227 3 [1] 0",    "1237 3 [1,3,5] 0"}));
 }
 
 }  // namespace

@@ -107,7 +107,6 @@ TEST(BuildTestFromKTD, ReadsAnswerKeysAndDerivesTypes) {
       {{"True", "False"}, {"True"}, {1}, tf},
       {{"t", "F"}, {"F"}, {2}, tf},
       {{"Y", "F"}, {"Y"}, {1}},
-      {{"F", "T"}, {"T"}, {2}},
       {{"T", "F", "N"}, {"N"}, {3}},
   };
   for (const Row& row : rows) {
@@ -131,10 +130,8 @@ TEST(BuildTestFromKTD, ScreensQuestionsAndFillsTheScales) {
       {". . FG . HIJ AB", " 3 5 6", both},
       {"TF FG YN ABC S", " 1 2 3 4 5", even},
       {"TF YN FG YN HIJ", " 1 2 3 4 5", odd},
-      {"S FG", " 2", odd},
       {"S S FG S HIJ S . S .", " 3 5 6 8", both},  // a field that is no question ends no run
       {"S ?", " 2", none},                         // a graded question without choices does
-      {"S S", " 1 2", none},
   };
   for (const auto& [questions, ids, scales] : rows) {
     const Lines lines = lines_of(*built_from({{"questions", questions_of(questions)}}));

@@ -75,7 +75,6 @@ struct Row {
 const Row rows[] = {
     {"", 0, true, "", ""},
     {",k", 0, false, none_supported(1), "old:; old: ?; "},
-    {"dbm", 0, true, "", "old: d1 b2 m3; "},
     {"kdk", 0, true, some_unsupported("1, 3", 3, 2, 1), "version: d2; "},
     {"`abcdefghijklmnop", 0, true, some_unsupported("1, 2, 6, 7, 8, 9, 10, 11, 12, 13, 15, 16, 17", 17, 13, 4),
      "version: b3 c4 d5 m14; "},

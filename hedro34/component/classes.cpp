@@ -53,8 +53,4 @@ const ClassTable* table_of(const binary::GUID& class_id) noexcept {
   return find([&](const ClassTable& table) { return table.class_id == class_id; });
 }
 
-const ClassTable* table_named(StringView name) noexcept {
-  return find([&](const ClassTable& table) { return NameIndex::equal(table.name, name); });
-}
-
 }  // namespace hedro34

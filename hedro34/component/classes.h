@@ -29,9 +29,8 @@ std::span<const EnumerationTable> library_enumerations() noexcept;
 // The default template and document with their companions, the message box and the platform's services.
 std::span<const ClassTable* const> service_classes() noexcept;
 
-// The table of the object's class, of a class identifier, or of a name such as "clsHEDROTest"; null when there is none.
+// The table of the object's class, or of a class identifier; null when there is none.
 const ClassTable* table_of(const Object& object);
 const ClassTable* table_of(const binary::GUID& class_id) noexcept;
-const ClassTable* table_named(StringView name) noexcept;
 
 }  // namespace hedro34

@@ -228,7 +228,6 @@ inline constexpr HRESULT CLASS_E_NOAGGREGATION = result_code(0x80040110);
 inline constexpr HRESULT CLASS_E_CLASSNOTAVAILABLE = result_code(0x80040111);
 inline constexpr HRESULT REGDB_E_READREGDB = result_code(0x80040150);
 inline constexpr HRESULT REGDB_E_WRITEREGDB = result_code(0x80040151);
-inline constexpr HRESULT REGDB_E_CLASSNOTREG = result_code(0x80040154);
 inline constexpr HRESULT CO_E_CLASSSTRING = result_code(0x800401F3);
 inline constexpr HRESULT CO_E_DLLNOTFOUND = result_code(0x800401F8);
 inline constexpr HRESULT CO_E_ERRORINDLL = result_code(0x800401F9);

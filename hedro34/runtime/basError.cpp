@@ -91,6 +91,7 @@ std::int16_t RaiseError(std::int32_t lLine, Variant vNumber, std::int32_t lExtra
   return 0;
 }
 
+// What the body itself held is released on the way into the handler, so before the report and not behind it.
 void run_trapped(const Location& where, void (*body)(void*), void* context) noexcept {
   const ActiveTrap here;
   try {

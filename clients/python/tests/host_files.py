@@ -59,9 +59,6 @@ class Record:
         return {name: list(value) if isinstance(value, List) else value for name, value in values.items()}
 
 
-# --- the template ----------------------------------------------------------------------------------------------------
-
-
 class Field(Record):
     DEFAULTS = {
         "Name": "", "QuestionText": "", "ItemOption": 0, "Graded": False, "CorrectPoints": 1.0, "IncorrectPoints": 0.0,
@@ -128,9 +125,6 @@ class Template:
 
     def as_json(self) -> list[Any]:
         return [{"regions": [region.as_json() for region in page.Regions]} for page in self.Pages]
-
-
-# --- the document ----------------------------------------------------------------------------------------------------
 
 
 class Flag:

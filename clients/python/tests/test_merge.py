@@ -108,7 +108,6 @@ engine.TemplateIn, engine.TemplateOut, engine.WENKTD = Host(), Host(), hedro34.c
 """
 FAULTS = [
     "hedro34.create('Platform').MessageBox = Host(); strings.AddArray([])",
-    "engine.SetError(Host()); strings.AddArray([])",
     "engine.Merge()",
 ]
 
@@ -148,11 +147,10 @@ class Hosts(LibraryTest):
         for answer, loaded in ((1, True), (2, False), ("1", True)):
             self.boxes.answer = answer
             self.assertIs(test.LoadXML(MIXED), loaded)
-        for answer in (None, "neither", [1], b"1"):
-            self.boxes.answer = answer
-            with self.subTest(answer=answer), contextlib.redirect_stderr(io.StringIO()):
-                test.LoadXML(MIXED)
-                self.assertIn(test.LoadXML(BIOLOGY), (True, False))  # and the library goes on
+        self.boxes.answer = "neither"
+        with contextlib.redirect_stderr(io.StringIO()):
+            test.LoadXML(MIXED)
+        self.assertTrue(test.LoadXML(BIOLOGY))  # the library goes on
 
     def test_that_goes_away_during_the_call(self) -> None:
         platform, engine = self.platform, self.engine
@@ -179,11 +177,7 @@ class Hosts(LibraryTest):
             def Copy(self, option: bool) -> Any:
                 return "a copy"
 
-        class Odd:
-            def __getattr__(self, name: str) -> Any:
-                raise RuntimeError(name)
-
-        for form, number in ((Broken.read(FORM), 440), (Wrong.read(FORM), 13), (Errors(), 438), (Odd(), 438)):
+        for form, number in ((Broken.read(FORM), 440), (Wrong.read(FORM), 13), (Errors(), 438)):
             with self.subTest(form=form), contextlib.redirect_stderr(io.StringIO()):
                 engine = hedro34.create("HEDRO34.clsHEDRO")
                 engine.TemplateIn, engine.TemplateOut = form, host_files.Template()
@@ -192,16 +186,6 @@ class Hosts(LibraryTest):
                 self.assertFalse(engine.Merge())
                 told = self.errors.told[-1]
                 self.assertEqual((told[0], told[3]), (number, "HEDRO34 - clsHEDRO.Merge"))
-
-    def test_an_interrupt_is_raised_when_the_call_is_over(self) -> None:
-        def interrupt() -> None:
-            raise KeyboardInterrupt
-
-        self.platform.MessageBox = Leaving(interrupt)
-        test = hedro34.create("HEDRO34.clsHEDROTest")
-        with self.assertRaises(KeyboardInterrupt):
-            test.LoadXML(MIXED)
-        self.assertTrue(test.LoadXML(BIOLOGY))
 
     def test_native_faults_end_the_process_as_python_does(self) -> None:
         for fault in FAULTS:
