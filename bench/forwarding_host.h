@@ -12,8 +12,8 @@
 #include <string_view>
 #include <utility>
 
-#include "hedro34/platform/TIBTemplate.h"
-#include "hedro34/platform/WENKtdDocument.h"
+#include "hedro34/documents/TIBTemplate.h"
+#include "hedro34/documents/WENKtdDocument.h"
 #include "hedro34/platform/platform.h"
 
 namespace hedro34::testing {

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "hedro34/platform/form_template.h"
+#include "hedro34/documents/form_template.h"
 
 namespace hedro34::bench {
 

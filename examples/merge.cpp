@@ -10,7 +10,7 @@ int main() {
   test->ImportObjectives = HEDROTestImportObjectivesLearning;
   auto form = make<FormTemplate>();
   if (!test->LoadXML(u"examples/biology.xml") || !form->Load(u"examples/biology.form.json")) {
-    std::cerr << to_line(last_refusal()) << '\n';  // file, line and column or JSON pointer, reason
+    std::cerr << to_line(last_file_error()) << '\n';  // file, line and column or JSON pointer, reason
     return 1;
   }
 
@@ -29,6 +29,6 @@ int main() {
   }
   const bool saved =
       ref_cast<FormTemplate>(merge->TemplateOut)->Save(u"biology-merged.form.json") && document->Save(u"biology.ktd");
-  if (!saved) std::cerr << to_line(last_refusal()) << '\n';
+  if (!saved) std::cerr << to_line(last_file_error()) << '\n';
   return saved ? 0 : 1;
 }

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <cstdlib>
 
-#include "hedro34/platform/data_document.h"
+#include "hedro34/documents/data_document.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace hedro34;

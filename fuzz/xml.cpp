@@ -1,11 +1,11 @@
-// Any bytes make an XML document or a refusal, and each node of a document answers everything it can be asked.
+// Any bytes make an XML document or a file error, and each node of a document answers everything it can be asked.
 
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 
-#include "hedro34/platform/expat_document.h"
-#include "hedro34/platform/refusal.h"
+#include "hedro34/platform/file_error.h"
+#include "hedro34/xml/expat_document.h"
 
 using namespace hedro34;
 
@@ -33,7 +33,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   if (document->parse({reinterpret_cast<const char*>(data), size})) {
     const auto root = document->getElementsByTagName(u"a")->nextNode();
     if (root) visit(*root);
-  } else if (last_refusal().kind != Refusal::Kind::Malformed || last_refusal().reason.empty()) {
+  } else if (last_file_error().kind != FileError::Kind::Malformed || last_file_error().reason.empty()) {
     std::abort();
   }
   return 0;

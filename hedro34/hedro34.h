@@ -1,4 +1,18 @@
-// Everything of the library, room by room.
+// Everything of the library. A tour in the order in which data flows:
+//
+//   clsHEDROTest                 one test: `LoadXML` (an ExamView file) or `LoadKTD` (a data document) fills it
+//   clsHEDROTestQuestion         a plain record; `Answers`, `CorrectAnswers`, points, texts, `ID`, type
+//   FormTemplate                 a form: pages, regions, fields; `Load` and `Save`
+//   clsHEDRO                     the merge: `Tests`, `TemplateIn`, `TemplateOut`, `WENKTD`, then `RemoveInvalid` and `Merge`
+//   DataDocument                 what a merge fills: names, keys, texts, objectives, versions; `Load` and `Save`
+//   platform()                   message box, XML reader, templates and documents, each of which a host may replace
+//   last_file_error(), to_line   why a load or save answered False
+//   SetError                     gives the object that hears of failures; without one a message box shows them
+//   Main()                       turns native faults on this thread into such failures
+//
+// Objects are made by `make<T>()` and shared as `Ref<T>`; text is `String`, 16-bit units, with `to_utf8` and `from_utf8` at the
+// edges; an index is a `Variant`, a position from 1 or a key. No operation throws. Whoever shows objects to other languages
+// includes <hedro34/component.h> as well.
 #pragma once
 
 #include "hedro34/base/array.h"
@@ -8,19 +22,18 @@
 #include "hedro34/base/text.h"
 #include "hedro34/base/variant.h"
 
-#include "hedro34/platform/TIBTemplate.h"
-#include "hedro34/platform/WENKtdDocument.h"
-#include "hedro34/platform/binary.h"
-#include "hedro34/platform/class_registry.h"
-#include "hedro34/platform/create_object.h"
-#include "hedro34/platform/data_document.h"
-#include "hedro34/platform/expat_document.h"
+#include "hedro34/platform/file_error.h"
 #include "hedro34/platform/files.h"
-#include "hedro34/platform/form_template.h"
 #include "hedro34/platform/message_box.h"
 #include "hedro34/platform/platform.h"
-#include "hedro34/platform/refusal.h"
-#include "hedro34/platform/xml_document.h"
+
+#include "hedro34/xml/expat_document.h"
+#include "hedro34/xml/xml_document.h"
+
+#include "hedro34/documents/TIBTemplate.h"
+#include "hedro34/documents/WENKtdDocument.h"
+#include "hedro34/documents/data_document.h"
+#include "hedro34/documents/form_template.h"
 
 #include "hedro34/runtime/basError.h"
 #include "hedro34/runtime/modStartup.h"
@@ -31,7 +44,3 @@
 #include "hedro34/import/BuildTestFromKTD.h"
 
 #include "hedro34/merge/clsHEDRO.h"
-
-#include "hedro34/component/classes.h"
-#include "hedro34/component/identity.h"
-#include "hedro34/component/services.h"

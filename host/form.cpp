@@ -1,7 +1,7 @@
 #include "host/form.h"
 
-#include "hedro34/platform/form_template.h"
-#include "hedro34/platform/refusal.h"
+#include "hedro34/documents/form_template.h"
+#include "hedro34/platform/file_error.h"
 #include "host/stop.h"
 
 namespace host {
@@ -36,7 +36,7 @@ void form(const FormCommand& command) {
     add_field(*page, u"Q" + decimal(i + 1), labels)->SetGraded(true);
   }
   if (created->Save(command.out)) return;
-  throw Stop(ExitCode::BadOutput, "cannot write the form: " + to_line(last_refusal()));
+  throw Stop(ExitCode::BadOutput, "cannot write the form: " + to_line(last_file_error()));
 }
 
 }  // namespace host

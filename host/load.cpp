@@ -5,8 +5,8 @@
 #include <filesystem>
 #include <string_view>
 
+#include "hedro34/platform/file_error.h"
 #include "hedro34/platform/files.h"
-#include "hedro34/platform/refusal.h"
 #include "host/stop.h"
 
 namespace host {
@@ -47,10 +47,10 @@ void check_regular(const String& path) {
 }
 
 [[noreturn]] void refused_file(const String& path) {
-  Refusal refusal = last_refusal();
-  refusal.path = path;
-  const bool wrong_kind = refusal.kind == Refusal::Kind::WrongKind;
-  throw Stop(ExitCode::BadInput, "cannot read the test: " + to_line(refusal) +
+  FileError error = last_file_error();
+  error.path = path;
+  const bool wrong_kind = error.kind == FileError::Kind::WrongKind;
+  throw Stop(ExitCode::BadInput, "cannot read the test: " + to_line(error) +
                                      (wrong_kind ? "; a test is an ExamView XML file or a KTD document" : ""));
 }
 
@@ -66,9 +66,9 @@ void load_ktd(clsHEDROTest& test, const String& path, const Messages& messages) 
     throw Stop(ExitCode::BadInput, "cannot read the test: " + to_utf8(path) + ": a file named \"" +
                                        to_utf8(library_path) + "\" would be read in its place; rename that one");
   }
-  forget_refusal();
+  clear_file_error();
   if (test.LoadKTD(library_path)) return;
-  if (last_refusal().kind != Refusal::Kind::None) refused_file(path);
+  if (last_file_error().kind != FileError::Kind::None) refused_file(path);
   if (messages.failures() == failures) refused_load("LoadKTD", path, "there is no graded or subjective question in it");
   const auto separator = library_path.rfind(u'\\');
   const bool no_title = separator != String::npos && library_path.rfind(u'.') < separator;
@@ -80,9 +80,9 @@ void load_ktd(clsHEDROTest& test, const String& path, const Messages& messages) 
 void load_xml(clsHEDROTest& test, const String& path, const ImportOptions& options, const Messages& messages) {
   const std::size_t failures = messages.failures();
   bool cancelled = false;
-  forget_refusal();
+  clear_file_error();
   if (test.LoadXML(path, options.odd_distractors_only, &cancelled)) return;
-  if (last_refusal().kind != Refusal::Kind::None) refused_file(path);
+  if (last_file_error().kind != FileError::Kind::None) refused_file(path);
   if (cancelled) {
     refused_load("LoadXML", path,
                  "the question about partial credit was answered with Cancel; --partial-credit ok takes the test");

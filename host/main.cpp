@@ -49,7 +49,7 @@ ExitCode run(const TestCommand& command, void (*steps)(const TestCommand&, Messa
   const ExitCode written = finished([&] {
     auto file = hedro34::PendingFile::write(*command.import.messages, messages.lines());
     if (file && file->commit()) return ExitCode::Done;
-    throw Stop(ExitCode::BadOutput, "cannot write the messages: " + to_line(hedro34::last_refusal()));
+    throw Stop(ExitCode::BadOutput, "cannot write the messages: " + to_line(hedro34::last_file_error()));
   });
   const bool done = code == ExitCode::Done || code == ExitCode::DoneWithFailures;
   return done && written != ExitCode::Done ? written : code;

@@ -2,11 +2,11 @@
 
 #include <memory>
 
+#include "hedro34/documents/data_document.h"
+#include "hedro34/documents/form_template.h"
 #include "hedro34/merge/clsHEDRO.h"
-#include "hedro34/platform/data_document.h"
+#include "hedro34/platform/file_error.h"
 #include "hedro34/platform/files.h"
-#include "hedro34/platform/form_template.h"
-#include "hedro34/platform/refusal.h"
 #include "host/load.h"
 #include "host/stop.h"
 
@@ -37,9 +37,9 @@ class MergeRoad {
   void prepare() {
     merge_->SetError(messages_.error_object());
     const auto form = make<FormTemplate>();
-    forget_refusal();
+    clear_file_error();
     if (!form->Load(command_.form)) {
-      throw Stop(ExitCode::BadInput, "cannot read the form: " + to_line(last_refusal()));
+      throw Stop(ExitCode::BadInput, "cannot read the form: " + to_line(last_file_error()));
     }
     merge_->Verbose = !command_.quiet;
     merge_->TemplateIn = form;
@@ -118,13 +118,14 @@ class MergeRoad {
   // A file of the result, ready beside its target.
   template <class Result, class Held>
   static PendingFile prepared(const char* what, const Ref<Held>& result, const String& path) {
-    forget_refusal();
+    clear_file_error();
     if (auto file = dynamic_cast<Result&>(*result).prepare(path)) return std::move(*file);
     unwritable(what, {});
   }
 
   [[noreturn]] static void unwritable(const char* what, const std::string& state) {
-    throw Stop(ExitCode::BadOutput, std::string("cannot write the ") + what + ": " + to_line(last_refusal()) + state);
+    throw Stop(ExitCode::BadOutput,
+               std::string("cannot write the ") + what + ": " + to_line(last_file_error()) + state);
   }
 
   void write() const {

@@ -1,4 +1,4 @@
-#include "hedro34/platform/class_registry.h"
+#include "hedro34/component/class_registry.h"
 
 #include <dlfcn.h>
 #include <sys/wait.h>
@@ -9,9 +9,9 @@
 #include <nlohmann/json.hpp>
 #include <optional>
 
-#include "hedro34/platform/create_object.h"
+#include "hedro34/component/create_object.h"
+#include "hedro34/component/identifier.h"
 #include "hedro34/platform/files.h"
-#include "hedro34/platform/identifier.h"
 #include "tests/failing_allocation.h"
 #include "tests/support.h"
 
@@ -88,7 +88,7 @@ TEST_F(ClassRegistry, IsWrittenAndReadBack) {
 
   const RegisteredClass accented = a_class(u"Été.\"x\"", 0x1A11377D, u"/usr/lib/ö \\.so");
   EXPECT_EQ(add({accented}), S_OK);
-  EXPECT_EQ(last_refusal().kind, Refusal::Kind::None);
+  EXPECT_EQ(last_file_error().kind, FileError::Kind::None);
   const std::string text = R"({
   "format": "hedro34-classes",
   "version": 1,
@@ -165,7 +165,7 @@ TEST_F(ClassRegistry, LeavesADamagedFileAlone) {
     const HRESULT results[] = {add({a_class(u"z", 1)}), unregister_classes(std::vector{id_of(1)}),
                                create_object(u"a", &object), find_class(u"a", found)};
     for (const HRESULT result : results) EXPECT_EQ(result, REGDB_E_READREGDB) << line;
-    EXPECT_EQ(to_line(last_refusal()), to_utf8(path_) + ": " + line);
+    EXPECT_EQ(to_line(last_file_error()), to_utf8(path_) + ": " + line);
     EXPECT_EQ(content(), bytes);
   }
 }
@@ -174,9 +174,9 @@ TEST_F(ClassRegistry, SaysWhyItCannotBeWritten) {
   EXPECT_EQ(add({a_class(u"a", 1)}), S_OK);
   const std::string before = content();
   EXPECT_EQ(add({a_class(u"b", 2), a_class(u"", 3)}), REGDB_E_WRITEREGDB);
-  EXPECT_EQ(last_refusal().pointer, "/classes/2/name");
+  EXPECT_EQ(last_file_error().pointer, "/classes/2/name");
   EXPECT_EQ(add({a_class(u"b", 2, u"lib.so")}), REGDB_E_WRITEREGDB);
-  EXPECT_EQ(last_refusal().pointer, "/classes/1/library");
+  EXPECT_EQ(last_file_error().pointer, "/classes/1/library");
 
   fs::permissions(to_utf8(folder_.path("")), fs::perms::all);
   for (const char* file : {"/hedro34/classes.json", "/hedro34/classes.lock"})
@@ -185,12 +185,12 @@ TEST_F(ClassRegistry, SaysWhyItCannotBeWritten) {
   const uid_t former = ::geteuid();  // a privileged user may do all
   EXPECT_EQ(::seteuid(former == 0 ? 65534 : former), 0);
   EXPECT_EQ(add({a_class(u"b", 2)}), REGDB_E_WRITEREGDB);
-  EXPECT_EQ(to_line(last_refusal()), to_utf8(path_) + ": Permission denied");
+  EXPECT_EQ(to_line(last_file_error()), to_utf8(path_) + ": Permission denied");
   EXPECT_EQ(unregister_classes(std::vector{id_of(1)}), REGDB_E_WRITEREGDB);
   EXPECT_EQ(add({a_class(u"a", 1)}), S_OK) << "it says so already";
   data_home_.set(data("/new").c_str());
   EXPECT_EQ(add({a_class(u"b", 2)}), REGDB_E_WRITEREGDB);
-  EXPECT_EQ(last_refusal().reason, "Permission denied");
+  EXPECT_EQ(last_file_error().reason, "Permission denied");
   EXPECT_EQ(::seteuid(former), 0);
   for (const char* folder : {"", "/hedro34"}) fs::permissions(data(folder), fs::perms::all);
   EXPECT_EQ(content(), before);
@@ -232,7 +232,7 @@ TEST_F(ClassRegistry, IsWholeAndCompleteWhenProcessesChangeItAtOnce) {
   }
   RegisteredClass found;
   for (std::uint32_t ended = 0; ended < processes;) {
-    EXPECT_EQ(find_class(u"none", found), CO_E_CLASSSTRING) << to_line(last_refusal());
+    EXPECT_EQ(find_class(u"none", found), CO_E_CLASSSTRING) << to_line(last_file_error());
     int status = 0;
     if (::waitpid(-1, &status, WNOHANG) <= 0) continue;
     EXPECT_EQ(status, 0);
@@ -275,10 +275,10 @@ TEST_F(ClassRegistry, LeadsFromANameToAnObject) {
     EXPECT_EQ(create_object(upper(row.registered.name), &object), row.result) << name;
     EXPECT_EQ(object != nullptr, row.result == S_OK) << name;
     EXPECT_EQ(can_unload(), object == nullptr ? S_OK : S_FALSE) << name;
-    EXPECT_EQ(last_refusal().kind != Refusal::Kind::None, *row.reason != '\0') << name;
+    EXPECT_EQ(last_file_error().kind != FileError::Kind::None, *row.reason != '\0') << name;
     if (*row.reason != '\0') {
-      EXPECT_EQ(last_refusal().path, row.registered.library);
-      EXPECT_TRUE(last_refusal().reason.starts_with(row.reason)) << last_refusal().reason;
+      EXPECT_EQ(last_file_error().path, row.registered.library);
+      EXPECT_TRUE(last_file_error().reason.starts_with(row.reason)) << last_file_error().reason;
     }
     if (object == nullptr) continue;
     EXPECT_EQ(object->Invoke(1, IID_NULL, 0, DISPATCH_METHOD, nullptr, nullptr, nullptr, nullptr),

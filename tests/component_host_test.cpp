@@ -1,9 +1,9 @@
 // Objects of a host that are called by name: its error object and message box, its failures, and the classes from which the
 // library makes what it adds to a host's templates and documents.
 #include "hedro34/component/conversion.h"
+#include "hedro34/documents/data_document.h"
+#include "hedro34/documents/form_template.h"
 #include "hedro34/merge/clsHEDRO.h"
-#include "hedro34/platform/data_document.h"
-#include "hedro34/platform/form_template.h"
 #include "tests/component_support.h"
 
 namespace hedro34::testing::component {

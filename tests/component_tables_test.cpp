@@ -5,7 +5,7 @@
 #include <sstream>
 
 #include "hedro34/component/classes.h"
-#include "hedro34/platform/identifier.h"
+#include "hedro34/component/identifier.h"
 #include "tests/support.h"
 
 namespace hedro34::testing {

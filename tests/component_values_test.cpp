@@ -1,7 +1,7 @@
 // Values on their way into the library by name: every kind in every passing, arrays as callers make them, a Boolean in and out.
 #include <bit>
 
-#include "hedro34/platform/data_document.h"
+#include "hedro34/documents/data_document.h"
 #include "tests/component_support.h"
 
 namespace hedro34::testing::component {

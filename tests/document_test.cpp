@@ -1,4 +1,4 @@
-#include "hedro34/platform/data_document.h"
+#include "hedro34/documents/data_document.h"
 
 #include <limits>
 
@@ -125,8 +125,8 @@ TEST(Document, FilesHaveAFixedFormAndDefaults) {
 }
 
 TEST(Document, RefusesWhatTheFormatDoesNotAllow) {
-  const RefusalRow rows[] = {
-      {R"({"format":"hedro34-form"})", "/format: must be \"hedro34-ktd\"", Refusal::Kind::WrongKind},
+  const ErrorRow rows[] = {
+      {R"({"format":"hedro34-form"})", "/format: must be \"hedro34-ktd\"", FileError::Kind::WrongKind},
       {R"({"versions":{"versionMode":2}})", "/versions/versionMode: unknown member"},
       {R"({"questions":[{"objectiveFlags":[true,0]}]})",
        "/questions/0/objectiveFlags/1: must be true or false, not a number"},
@@ -138,7 +138,7 @@ TEST(Document, RefusesWhatTheFormatDoesNotAllow) {
       {with_members(R"(,"objectives":["","größe","b","GRÖßE"])"), "/objectives/3: this name stands there twice"},
       {with_members(R"(,"objectives":["a","A"])"), "/objectives/1: this name stands there twice"},
   };
-  expect_refusals<DataDocument>(full, rows);
+  expect_errors<DataDocument>(full, rows);
 }
 
 TEST(Document, FilesAreReplacedWholeOrNotAtAll) {

@@ -7,7 +7,7 @@
 #include <csignal>
 #include <filesystem>
 
-#include "hedro34/platform/form_template.h"
+#include "hedro34/documents/form_template.h"
 #include "tests/support.h"
 
 namespace hedro34::testing {
@@ -21,16 +21,16 @@ struct Files : ::testing::Test {
   std::string content(const std::string& name) const { return read_file(text_path(name)).value_or("<unreadable>"); }
   std::ptrdiff_t count() const { return std::distance(fs::directory_iterator(path("")), fs::directory_iterator()); }
 
-  // Nothing when it is done, else the reason of the refusal.
-  std::string outcome(bool done, Refusal::Kind kind, const std::string& name) const {
+  // Nothing when it is done, else the reason of the file error.
+  std::string outcome(bool done, FileError::Kind kind, const std::string& name) const {
     if (done) return {};
-    EXPECT_EQ(last_refusal().kind, kind) << name;
-    EXPECT_EQ(last_refusal().path, text_path(name));
-    return last_refusal().reason;
+    EXPECT_EQ(last_file_error().kind, kind) << name;
+    EXPECT_EQ(last_file_error().path, text_path(name));
+    return last_file_error().reason;
   }
   std::string save(const std::string& name, std::string_view bytes = "next") const {
     auto file = PendingFile::write(text_path(name), bytes);
-    return outcome(file && file->commit(), Refusal::Kind::Unwritable, name);
+    return outcome(file && file->commit(), FileError::Kind::Unwritable, name);
   }
 
   Folder folder_;
@@ -85,7 +85,7 @@ TEST_F(Files, RefuseWhatCannotBeReadOrWritten) {
   EXPECT_EQ(::seteuid(former == 0 ? 65534 : former), 0);
   for (const auto& row : rows) {
     const bool opened = InputFile::open(text_path(row.name)).has_value();
-    EXPECT_EQ(outcome(opened, Refusal::Kind::Unreadable, row.name), row.of_reading) << row.name;
+    EXPECT_EQ(outcome(opened, FileError::Kind::Unreadable, row.name), row.of_reading) << row.name;
     EXPECT_EQ(save(row.name), row.of_writing) << row.name;
   }
   EXPECT_EQ(save("pipe"), "not a regular file");
@@ -163,7 +163,7 @@ TEST_F(Files, AFailureLaterLeavesTheTarget) {
   const auto form = make<FormTemplate>();
   for (int i = 0; i < 300; ++i) form->pages().add()->regions().add()->questions().add();
   for (const char* name : {"old", "new"}) {
-    EXPECT_EQ(outcome(form->Save(text_path(name)), Refusal::Kind::Unwritable, name), "File too large");
+    EXPECT_EQ(outcome(form->Save(text_path(name)), FileError::Kind::Unwritable, name), "File too large");
   }
   ::setrlimit(RLIMIT_FSIZE, &former);
   std::signal(SIGXFSZ, handler);
@@ -173,7 +173,7 @@ TEST_F(Files, AFailureLaterLeavesTheTarget) {
   EXPECT_EQ(form->PageCount(), 300);
   auto file = PendingFile::write(text_path("new"), "next");
   fs::create_directory(path("new"));
-  EXPECT_EQ(outcome(file->commit(), Refusal::Kind::Unwritable, "new"), "Is a directory");
+  EXPECT_EQ(outcome(file->commit(), FileError::Kind::Unwritable, "new"), "Is a directory");
   file.reset();
   EXPECT_EQ(count(), 2);
 }

@@ -1,4 +1,4 @@
-#include "hedro34/platform/form_template.h"
+#include "hedro34/documents/form_template.h"
 
 #include <gmock/gmock.h>
 
@@ -226,7 +226,7 @@ TEST(Form, FilesHaveAFixedFormAndDefaults) {
 }
 
 TEST(Form, RefusesWhatIsNoJson) {
-  RefusalRow rows[] = {
+  ErrorRow rows[] = {
       {"", "1, column 1: not JSON: unexpected end of input; expected '[', '{', or a literal"},
       {"\xEF\xBB{}", "1, column 2: not JSON: invalid BOM; must be 0xEF 0xBB 0xBF if given"},
       {"{\n  \"version\": 1\n  \"x\"}", "3, column 3: not JSON: unexpected string literal; expected '}'"},
@@ -237,25 +237,25 @@ TEST(Form, RefusesWhatIsNoJson) {
       {"{\"\xFF\"", "1, column 3: not JSON: invalid string: ill-formed UTF-8 byte"},
       {R"({"\ude00")", "1, column 8: not JSON: invalid string: surrogate U+DC00..U+DFFF must follow U+D800..U+DBFF"},
   };
-  for (RefusalRow& row : rows) row.line.insert(0, "line ");
-  expect_refusals<FormTemplate>(full, rows);
+  for (ErrorRow& row : rows) row.line.insert(0, "line ");
+  expect_errors<FormTemplate>(full, rows);
 }
 
 TEST(Form, RefusesWhatTheFormatDoesNotAllow) {
-  const RefusalRow rows[] = {
+  const ErrorRow rows[] = {
       {"1e999", "must be an object, not a fraction"},
       {with_members(",\"pages\":" + std::string(1000000, '[')), "/pages/0: must be an object, not a list"},
-      {R"({"version":1,"pages":[]})", "/format: this member is missing", Refusal::Kind::WrongKind},
-      {R"({"format":"HEDRO34-form","version":1})", "/format: must be \"hedro34-form\"", Refusal::Kind::WrongKind},
+      {R"({"version":1,"pages":[]})", "/format: this member is missing", FileError::Kind::WrongKind},
+      {R"({"format":"HEDRO34-form","version":1})", "/format: must be \"hedro34-form\"", FileError::Kind::WrongKind},
       {R"({"format":1})", "/format: must be a string, not a number"},
-      {R"({"version":2})", "/version: must be 1", Refusal::Kind::WrongKind},
+      {R"({"version":2})", "/version: must be 1", FileError::Kind::WrongKind},
       {R"({"version":"1"})", "/version: must be an integer, not a string"},
       {R"({"a/b~c\n":[]})", "/a~1b~0c\\u000a: unknown member"},
       {R"({"pages":{}})", "/pages: must be a list, not an object"},
       {R"({"pages":[{},{"regions":[{},""]}]})", "/pages/1/regions/1: must be an object, not a string"},
   };
-  expect_refusals<FormTemplate>(full, rows);
-  RefusalRow field_rows[] = {
+  expect_errors<FormTemplate>(full, rows);
+  ErrorRow field_rows[] = {
       {R"("graded":true,"name":"","graded":true)", "graded: this member stands twice"},
       {R"("name":null)", "name: must be a string, not null"},
       {R"("itemOption":1e0)", "itemOption: must be an integer, not a fraction"},
@@ -269,8 +269,8 @@ TEST(Form, RefusesWhatTheFormatDoesNotAllow) {
        "choiceValues: must have as many entries as choiceLabels, 1, not 0"},
       {R"("choiceValues":["1"])", "choiceValues: must have as many entries as choiceLabels, 0, not 1"},
   };
-  for (RefusalRow& row : field_rows) row = {with_field(row.file), "/pages/0/regions/0/questions/0/" + row.line};
-  expect_refusals<FormTemplate>(full, field_rows);
+  for (ErrorRow& row : field_rows) row = {with_field(row.file), "/pages/0/regions/0/questions/0/" + row.line};
+  expect_errors<FormTemplate>(full, field_rows);
 }
 
 TEST(Form, FilesAreReplacedWholeOrNotAtAll) {

@@ -2,7 +2,7 @@
 // whose calls fail where a test or the file itself says so.
 #pragma once
 
-#include "hedro34/platform/xml_document.h"
+#include "hedro34/xml/xml_document.h"
 #include "tests/test_lines.h"
 
 namespace hedro34::testing::examview {

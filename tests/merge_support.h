@@ -9,9 +9,9 @@
 #include <string>
 #include <vector>
 
+#include "hedro34/documents/data_document.h"
+#include "hedro34/documents/form_template.h"
 #include "hedro34/merge/clsHEDRO.h"
-#include "hedro34/platform/data_document.h"
-#include "hedro34/platform/form_template.h"
 #include "bench/forwarding_host.h"
 #include "tests/support.h"
 

@@ -24,13 +24,13 @@ inline std::string file_text(const std::string& name) {
 template <class Target>
 Ref<Target> read_of(std::string_view file) {
   auto target = make<Target>();
-  EXPECT_TRUE(target->read(file)) << to_line(last_refusal());
+  EXPECT_TRUE(target->read(file)) << to_line(last_file_error());
   return target;
 }
 
 template <class Target>
 std::string written(Target& target) {
-  return target.to_json().value_or(to_line(last_refusal()));
+  return target.to_json().value_or(to_line(last_file_error()));
 }
 
 // The number of the failure that the statement throws, 0 when it throws none.
@@ -43,19 +43,19 @@ inline std::int32_t failure_of(const std::function<void()>& statement) {
   return 0;
 }
 
-struct RefusalRow {
+struct ErrorRow {
   std::string file;
-  std::string line;  // the refusal behind the path
-  Refusal::Kind kind = Refusal::Kind::Malformed;
+  std::string line;  // the file error behind the path
+  FileError::Kind kind = FileError::Kind::Malformed;
 };
 
 template <class Target>
-void expect_refusals(const std::string& full, std::span<const RefusalRow> rows) {
+void expect_errors(const std::string& full, std::span<const ErrorRow> rows) {
   const auto target = read_of<Target>(full);
-  for (const RefusalRow& row : rows) {
+  for (const ErrorRow& row : rows) {
     EXPECT_FALSE(target->read(row.file, u"f")) << row.line;
-    EXPECT_EQ(last_refusal().kind, row.kind) << row.line;
-    EXPECT_EQ(to_line(last_refusal()), "f: " + row.line);
+    EXPECT_EQ(last_file_error().kind, row.kind) << row.line;
+    EXPECT_EQ(to_line(last_file_error()), "f: " + row.line);
     EXPECT_EQ(written(*target), full) << row.line;
   }
 }
@@ -72,20 +72,20 @@ void expect_files_whole_or_not_at_all(const std::string& full, std::span<const S
   const auto target = make<Target>();
   EXPECT_TRUE(target->Load(path));
   EXPECT_FALSE(target->Load(folder.path("none")));
-  EXPECT_EQ(last_refusal().kind, Refusal::Kind::Unreadable);
+  EXPECT_EQ(last_file_error().kind, FileError::Kind::Unreadable);
   EXPECT_FALSE(target->Load(other));
-  EXPECT_EQ(to_line(last_refusal()), to_utf8(other) + ": must be an object, not a list");
+  EXPECT_EQ(to_line(last_file_error()), to_utf8(other) + ": must be an object, not a list");
   for (const auto& [spoil, line] : rows) {
     const auto spoilt = read_of<Target>(full);
     spoil(*spoilt);
     EXPECT_FALSE(spoilt->Save(path));
-    EXPECT_EQ(last_refusal().kind, Refusal::Kind::Unwritable);
-    EXPECT_EQ(to_line(last_refusal()), to_utf8(path) + ": " + line);
+    EXPECT_EQ(last_file_error().kind, FileError::Kind::Unwritable);
+    EXPECT_EQ(to_line(last_file_error()), to_utf8(path) + ": " + line);
     EXPECT_EQ(read_file(path), full);
   }
   EXPECT_FALSE(target->Save(folder.path("none/full")));
   EXPECT_TRUE(target->Save(other));
-  EXPECT_EQ(last_refusal().kind, Refusal::Kind::None);
+  EXPECT_EQ(last_file_error().kind, FileError::Kind::None);
   EXPECT_EQ(read_file(other), full);
 }
 

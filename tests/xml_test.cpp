@@ -1,6 +1,6 @@
 #include <gmock/gmock.h>
 
-#include "hedro34/platform/expat_document.h"
+#include "hedro34/xml/expat_document.h"
 #include "tests/platform_support.h"
 
 namespace hedro34::testing {
@@ -23,10 +23,10 @@ std::string shape(IXMLDOMNode& node) {
   return result + (children->length() > 0 ? ")" : "");
 }
 
-// The shape of the document element "a", or the refusal.
+// The shape of the document element "a", or the file error.
 std::string shape(ExpatDocument& document) {
   const auto element = document.selectSingleNode(u"a");
-  return element ? shape(*element) : to_line(last_refusal());
+  return element ? shape(*element) : to_line(last_file_error());
 }
 std::string shape_of(std::string_view xml) {
   ExpatDocument document;
@@ -103,7 +103,7 @@ TEST(Xml, HandlesOutliveTheDocumentAndARefusedOneIsEmpty) {
   EXPECT_FALSE(document->selectSingleNode(u"a"));
   EXPECT_EQ(document->getElementsByTagName(u"b")->length(), 0);
   EXPECT_TRUE(document->parse("<a/>"));
-  EXPECT_EQ(last_refusal().kind, Refusal::Kind::None);
+  EXPECT_EQ(last_file_error().kind, FileError::Kind::None);
   EXPECT_EQ(shape(*node), "b[x=1]('t')");
 }
 

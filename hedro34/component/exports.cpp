@@ -3,11 +3,11 @@
 #include <memory>
 #include <vector>
 
+#include "hedro34/component/class_registry.h"
 #include "hedro34/component/classes.h"
+#include "hedro34/component/create_object.h"
 #include "hedro34/component/identity.h"
 #include "hedro34/component/services.h"
-#include "hedro34/platform/class_registry.h"
-#include "hedro34/platform/create_object.h"
 #include "hedro34/runtime/modStartup.h"
 
 #define HEDRO34_EXPORT extern "C" [[gnu::visibility("default")]]

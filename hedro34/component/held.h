@@ -5,7 +5,7 @@
 #include <atomic>
 #include <utility>
 
-#include "hedro34/platform/binary.h"
+#include "hedro34/component/binary.h"
 #include "hedro34/runtime/basError.h"
 #include "hedro34/runtime/fault_trap.h"
 

@@ -1,5 +1,5 @@
 #include "hedro34/component/host_object.h"
-#include "hedro34/platform/WENKtdDocument.h"
+#include "hedro34/documents/WENKtdDocument.h"
 
 // A host's data document and its companions: every member is a call by name.
 namespace hedro34 {

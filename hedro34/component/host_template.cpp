@@ -1,5 +1,5 @@
 #include "hedro34/component/host_object.h"
-#include "hedro34/platform/TIBTemplate.h"
+#include "hedro34/documents/TIBTemplate.h"
 
 // A host's template and its companions: every member is a call by name.
 namespace hedro34 {

@@ -1,9 +1,9 @@
 #include "hedro34/component/class_table.h"
 #include "hedro34/component/classes.h"
 #include "hedro34/component/services.h"
+#include "hedro34/documents/data_document.h"
+#include "hedro34/documents/form_template.h"
 #include "hedro34/model/collection.h"
-#include "hedro34/platform/data_document.h"
-#include "hedro34/platform/form_template.h"
 
 namespace hedro34 {
 namespace {
@@ -264,7 +264,7 @@ constexpr ClassTable message_box_class =
 
 constexpr Member platform_object[] = {
     property<&PlatformObject::MessageBox, &PlatformObject::SetMessageBox>(u"MessageBox"),
-    property<&PlatformObject::LastRefusal>(u"LastRefusal"),
+    property<&PlatformObject::LastFileError>(u"LastFileError"),
     property<&PlatformObject::HostFaults, &PlatformObject::SetHostFaults>(u"HostFaults"),
     method<&PlatformObject::RegisterClass>(u"RegisterClass", required(u"sName"), required(u"oFactory")),
     method<&PlatformObject::RevokeClass>(u"RevokeClass", required(u"sName")),

@@ -4,13 +4,13 @@
 #include <mutex>
 #include <unordered_map>
 
-#include "hedro34/platform/TIBTemplate.h"
-#include "hedro34/platform/WENKtdDocument.h"
-#include "hedro34/platform/class_registry.h"
-#include "hedro34/platform/create_object.h"
+#include "hedro34/component/class_registry.h"
+#include "hedro34/component/create_object.h"
+#include "hedro34/documents/TIBTemplate.h"
+#include "hedro34/documents/WENKtdDocument.h"
+#include "hedro34/platform/file_error.h"
 #include "hedro34/platform/message_box.h"
 #include "hedro34/platform/platform.h"
-#include "hedro34/platform/refusal.h"
 
 namespace hedro34 {
 namespace {
@@ -47,7 +47,7 @@ Given& given() {
 }
 
 // The factory of a class in the class registry, which is asked once for each name; nothing for a class that is not there.
-// Failure 429 for one that cannot be had, such as from a damaged registry; `last_refusal()` says why.
+// Failure 429 for one that cannot be had, such as from a damaged registry; `last_file_error()` says why.
 Held<binary::IClassFactory> registered_factory(StringView name) {
   {
     const std::scoped_lock lock(given().mutex);
@@ -57,10 +57,10 @@ Held<binary::IClassFactory> registered_factory(StringView name) {
   binary::HRESULT result = binary::CO_E_CLASSSTRING;
   binary::IClassFactory* factory = nullptr;
   if (!class_registry_path().empty()) {
-    const Refusal refusal = last_refusal();  // that a class is not registered is no refusal of a file
+    const FileError error = last_file_error();  // that a class is not registered is no file error of a file
     const HostCall running;
     result = class_factory(name, &factory);
-    if (result >= 0 || result == binary::CO_E_CLASSSTRING) refuse(refusal);
+    if (result >= 0 || result == binary::CO_E_CLASSSTRING) set_file_error(error);
   }
   const Held<binary::IClassFactory> found = Held<binary::IClassFactory>::taken(factory);
   if (!found && result != binary::CO_E_CLASSSTRING) fail(FailureNumber::CannotCreateObject);
@@ -149,9 +149,9 @@ void PlatformObject::SetMessageBox(const Ref<Object>& value) {
   std::swap(it.box, box);
 }
 
-String PlatformObject::LastRefusal() {
-  const Refusal& refusal = last_refusal();
-  return refusal.kind == Refusal::Kind::None ? String() : from_utf8(to_line(refusal));
+String PlatformObject::LastFileError() {
+  const FileError& error = last_file_error();
+  return error.kind == FileError::Kind::None ? String() : from_utf8(to_line(error));
 }
 
 void PlatformObject::RegisterClass(StringView sName, const Ref<Object>& oFactory) {

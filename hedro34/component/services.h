@@ -31,7 +31,7 @@ class PlatformObject final : public Object {
   void SetMessageBox(const Ref<Object>& value);
 
   // Why the last load or save of this thread was refused: "path: line 3, column 14: reason"; empty when it went well.
-  String LastRefusal();
+  String LastFileError();
 
   // Whether native faults inside the host's objects are failures of the operations that called them; True at the start. An
   // interpreter, which a failure would leave in the middle, sets it to False: its own handler gets such a fault.

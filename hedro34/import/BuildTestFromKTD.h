@@ -1,8 +1,8 @@
 // The conversion of a data document into a test.
 #pragma once
 
+#include "hedro34/documents/WENKtdDocument.h"
 #include "hedro34/model/clsHEDROTest.h"
-#include "hedro34/platform/WENKtdDocument.h"
 
 namespace hedro34 {
 

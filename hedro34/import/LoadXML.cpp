@@ -1,9 +1,9 @@
 // Loading of an ExamView file: header, questions, scales, and the question about partial credit.
 #include "hedro34/model/clsHEDROTest.h"
+#include "hedro34/platform/file_error.h"
 #include "hedro34/platform/message_box.h"
 #include "hedro34/platform/platform.h"
-#include "hedro34/platform/refusal.h"
-#include "hedro34/platform/xml_document.h"
+#include "hedro34/xml/xml_document.h"
 
 namespace hedro34 {
 namespace {
@@ -34,7 +34,7 @@ bool clsHEDROTest::LoadXML(const String& sExamViewXMLFile, bool bOddDistractorsO
                            bool bVerbose) {
   bool result = false;
   trap({u"clsHEDROTest", u"LoadXML"}, [&] {
-    forget_refusal();
+    clear_file_error();
     Clear();
     Source = HEDROTestSourceTypeExamView;
     bool bPartialCredit = false;
@@ -43,9 +43,9 @@ bool clsHEDROTest::LoadXML(const String& sExamViewXMLFile, bool bOddDistractorsO
       document->set_async(false);
       if (!document->load(sExamViewXMLFile)) return;
       if (!document->selectSingleNode(u"examview")) {
-        refuse({.kind = Refusal::Kind::WrongKind,
-                .path = sExamViewXMLFile,
-                .reason = "no ExamView file: the root element is not \"examview\""});
+        set_file_error({.kind = FileError::Kind::WrongKind,
+                        .path = sExamViewXMLFile,
+                        .reason = "no ExamView file: the root element is not \"examview\""});
         return;
       }
       read_header(*this, document->getElementsByTagName(u"header"));

@@ -3,7 +3,7 @@
 #include <array>
 
 #include "hedro34/model/clsHEDROTest.h"
-#include "hedro34/platform/xml_document.h"
+#include "hedro34/xml/xml_document.h"
 
 namespace hedro34 {
 namespace {

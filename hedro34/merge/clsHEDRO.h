@@ -5,9 +5,9 @@
 // undoes what it has done.
 #pragma once
 
+#include "hedro34/documents/TIBTemplate.h"
+#include "hedro34/documents/WENKtdDocument.h"
 #include "hedro34/model/clsHEDROTests.h"
-#include "hedro34/platform/TIBTemplate.h"
-#include "hedro34/platform/WENKtdDocument.h"
 
 namespace hedro34 {
 

@@ -4,7 +4,7 @@
 
 #include "hedro34/model/basPublic.h"
 #include "hedro34/model/clsHEDROTest.h"
-#include "hedro34/platform/xml_document.h"
+#include "hedro34/xml/xml_document.h"
 
 namespace hedro34 {
 namespace {

@@ -41,14 +41,6 @@ class Descriptor {
 
 std::string system_reason(int error) { return std::system_category().message(error); }
 
-void refuse(Refusal::Kind kind, StringView path, std::string_view reason) {
-  Refusal refusal;
-  refusal.kind = kind;
-  refusal.path = path;
-  refusal.reason = reason;
-  hedro34::refuse(std::move(refusal));
-}
-
 // Why no file can have this path; empty when one can.
 std::string_view impossible(StringView path) noexcept {
   if (path.empty()) return "the path is empty";
@@ -152,16 +144,16 @@ std::vector<fs::path> resolved(const std::string& path) {
 }  // namespace
 
 std::optional<InputFile> InputFile::open(StringView path) {
-  const auto refused = [&](std::string_view reason) {
-    refuse(Refusal::Kind::Unreadable, path, reason);
+  const auto failed = [&](std::string_view reason) {
+    set_file_error(FileError::Kind::Unreadable, path, std::string(reason));
     return std::nullopt;
   };
-  if (const auto reason = impossible(path); !reason.empty()) return refused(reason);
+  if (const auto reason = impossible(path); !reason.empty()) return failed(reason);
 
   Descriptor descriptor(open_for_reading(to_utf8(path)));
   struct stat status {};
-  if (descriptor.number() < 0 || ::fstat(descriptor.number(), &status) != 0) return refused(system_reason(errno));
-  if (S_ISDIR(status.st_mode)) return refused(system_reason(EISDIR));
+  if (descriptor.number() < 0 || ::fstat(descriptor.number(), &status) != 0) return failed(system_reason(errno));
+  if (S_ISDIR(status.st_mode)) return failed(system_reason(EISDIR));
   InputFile file(-1, S_ISREG(status.st_mode) ? static_cast<std::uint64_t>(status.st_size) : 0, path);
   file.descriptor_ = descriptor.detach();
   return file;
@@ -177,7 +169,7 @@ std::optional<std::size_t> InputFile::read(char* target, std::size_t size) {
   while (done < size) {
     const auto count = uninterrupted([&] { return ::read(descriptor_, target + done, size - done); });
     if (count < 0) {
-      refuse(Refusal::Kind::Unreadable, path_, system_reason(errno));
+      set_file_error(FileError::Kind::Unreadable, path_, system_reason(errno));
       return std::nullopt;
     }
     if (count == 0) break;
@@ -208,11 +200,11 @@ std::optional<PendingFile> PendingFile::write(StringView path, std::string_view 
 }
 
 std::optional<PendingFile> PendingFile::write(StringView path, const std::function<bool(const Writer&)>& produce) {
-  const auto refused = [&](std::string_view reason) {
-    refuse(Refusal::Kind::Unwritable, path, reason);
+  const auto failed = [&](std::string_view reason) {
+    set_file_error(FileError::Kind::Unwritable, path, std::string(reason));
     return std::nullopt;
   };
-  if (const auto reason = impossible(path); !reason.empty()) return refused(reason);
+  if (const auto reason = impossible(path); !reason.empty()) return failed(reason);
 
   std::string name = to_utf8(path);
   struct stat existing {};
@@ -220,28 +212,28 @@ std::optional<PendingFile> PendingFile::write(StringView path, const std::functi
   const fs::path target = behind_links(name);
   const bool exists = ::stat(target.c_str(), &existing) == 0;
   if (exists) {
-    if (S_ISDIR(existing.st_mode)) return refused(system_reason(EISDIR));
-    if (!S_ISREG(existing.st_mode)) return refused("not a regular file");
-    if (::faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0) return refused(system_reason(errno));
+    if (S_ISDIR(existing.st_mode)) return failed(system_reason(EISDIR));
+    if (!S_ISREG(existing.st_mode)) return failed("not a regular file");
+    if (::faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0) return failed(system_reason(errno));
   } else if (errno != ENOENT) {
-    return refused(system_reason(errno));
+    return failed(system_reason(errno));
   } else if (!target.has_filename()) {
-    return refused(system_reason(EISDIR));
+    return failed(system_reason(EISDIR));
   }
 
   PendingFile file(target.string(), path);
   Descriptor descriptor(create_beside(target, exists, file.temporary_));
-  if (descriptor.number() < 0) return refused(errno == ENOENT ? "the folder does not exist" : system_reason(errno));
-  if (exists && !take_over_permissions(descriptor.number(), existing)) return refused(system_reason(errno));
+  if (descriptor.number() < 0) return failed(errno == ENOENT ? "the folder does not exist" : system_reason(errno));
+  if (exists && !take_over_permissions(descriptor.number(), existing)) return failed(system_reason(errno));
   int error = 0;
   const bool produced = produce([&](std::string_view bytes) {
     if (write_all(descriptor.number(), bytes)) return true;
     error = errno;
     return false;
   });
-  if (error != 0) return refused(system_reason(error));
+  if (error != 0) return failed(system_reason(error));
   if (!produced) return std::nullopt;
-  if (!flush(descriptor.number()) || !descriptor.close()) return refused(system_reason(errno));
+  if (!flush(descriptor.number()) || !descriptor.close()) return failed(system_reason(errno));
   return file;
 }
 
@@ -256,7 +248,7 @@ PendingFile::~PendingFile() {
 
 bool PendingFile::commit() {
   if (::rename(temporary_.c_str(), target_.c_str()) != 0) {
-    refuse(Refusal::Kind::Unwritable, path_, system_reason(errno));
+    set_file_error(FileError::Kind::Unwritable, path_, system_reason(errno));
     return false;
   }
   temporary_.clear();

@@ -4,7 +4,7 @@
 #include <atomic>
 #include <memory>
 
-#include "hedro34/platform/binary.h"
+#include "hedro34/component/binary.h"
 
 using namespace hedro34::binary;
 

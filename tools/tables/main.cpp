@@ -1,7 +1,7 @@
 #include <iostream>
 #include <string_view>
 
-#include "hedro34/platform/identifier.h"
+#include "hedro34/component/identifier.h"
 #include "tools/tables/tables.h"
 
 namespace hedro34::tables {

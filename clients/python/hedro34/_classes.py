@@ -628,7 +628,7 @@ class Platform(Reference, Protocol):
     MessageBox: Any
 
     @property
-    def LastRefusal(self) -> str: ...
+    def LastFileError(self) -> str: ...
 
     HostFaults: bool
 

@@ -62,7 +62,7 @@ class Library:
         except Error as error:
             if error.code != abi.CLASS_E_CLASSNOTAVAILABLE:
                 raise
-            return contextlib.nullcontext(SimpleNamespace(LastRefusal=""))
+            return contextlib.nullcontext(SimpleNamespace(LastFileError=""))
 
     def can_unload(self) -> bool:
         """Whether no object of the library is alive."""
@@ -81,8 +81,8 @@ class Library:
         code = self._functions[export]()
         if code & 0x80000000:
             with self._platform() as platform:
-                refusal = platform.LastRefusal
-            raise Error(f"{export} of {self.path}: {result_text(code)}" + (f": {refusal}" if refusal else ""), code)
+                file_error = platform.LastFileError
+            raise Error(f"{export} of {self.path}: {result_text(code)}" + (f": {file_error}" if file_error else ""), code)
 
 
 _EXPORTS = ("DllGetClassObject", "DllCanUnloadNow", "DllRegisterServer", "DllUnregisterServer")
@@ -142,7 +142,7 @@ def registered() -> dict[str, tuple[str, Path]]:
 
 
 def _entries(data: bytes) -> dict[str, tuple[str, Path]]:
-    """What a registry says; a ValueError for every one that the library refuses."""
+    """What a registry says; a ValueError for every one that the library rejects."""
     content = json.loads(data.decode("utf-8-sig"), object_pairs_hook=_once)
     if not isinstance(content, dict) or content.get("format") != "hedro34-classes" or content.get("version") != 1:
         raise ValueError("it has another format or version")
@@ -213,9 +213,9 @@ def can_unload() -> bool:
 
 
 def last_refusal() -> str:
-    """Why the last file on this thread was refused: "path: line 3, column 14: reason"."""
+    """What was wrong with the last file on this thread: "path: line 3, column 14: reason"."""
     with create("HEDRO34.Platform") as platform:
-        return platform.LastRefusal
+        return platform.LastFileError
 
 
 def register_class(name: str, make: Callable[[], object]) -> None:

@@ -1,0 +1,28 @@
+// From the name of a class to an object: the class registry names the shared library, which is opened and asked for the class
+// by its exported function `DllGetClassObject`. A library that gave one stays open for the life of the process.
+#pragma once
+
+#include "hedro34/base/text.h"
+#include "hedro34/component/binary.h"
+
+namespace hedro34 {
+
+// Creates an object of the class with this name, in any case; the caller releases it. No exception leaves. A failure leaves
+// a null pointer in `object`, and its reason in `last_file_error()` where the registry or the library is at fault:
+//   E_POINTER           `object` is null
+//   CO_E_CLASSSTRING    no class of this name is registered
+//   REGDB_E_READREGDB   the registry is damaged or unreadable
+//   CO_E_DLLNOTFOUND    the system does not open the library
+//   CO_E_ERRORINDLL     the library has no DllGetClassObject
+//   E_UNEXPECTED        the library answered success but gave no factory or object
+// and what the library's function or the factory answers.
+binary::HRESULT create_object(StringView name, binary::IDispatch** object) noexcept;
+
+// As far as the class's factory, for those who create many objects: results as above.
+binary::HRESULT class_factory(StringView name, binary::IClassFactory** factory) noexcept;
+
+// The absolute path, without links, of the shared library or program that holds this address. Empty when there is none, its
+// file cannot be found any more, or its path is not UTF-8.
+String path_of_library(const void* address_in_it);
+
+}  // namespace hedro34

@@ -1,0 +1,41 @@
+// Why a file was last refused on this thread: what a program prints after a load or save that answered False, without
+// reading the file twice.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "hedro34/base/text.h"
+
+namespace hedro34 {
+
+struct FileError {
+  enum class Kind {
+    None,        // nothing was refused
+    Unreadable,  // the file is not there or the system does not let it be read
+    Malformed,   // the file is not what its format asks for
+    WrongKind,   // well-formed, but another kind of document
+    Unwritable,  // the file could not be written
+  };
+
+  Kind kind = Kind::None;
+  String path{};            // as the caller gave it
+  std::int64_t line = 0;    // from 1; 0 when no line is known
+  std::int64_t column = 0;  // from 1, in characters or bytes of the file
+  std::string
+      pointer{};         // JSON pointer of the offending value, UTF-8; empty when there is none or it is the whole file
+  std::string reason{};  // one line, UTF-8, without path and position
+};
+
+// The last file error of this thread; kind None when its last load or save went well.
+const FileError& last_file_error() noexcept;
+
+// Remembers a file error; `clear_file_error` is called at the start of each load and save.
+void set_file_error(FileError error) noexcept;
+void set_file_error(FileError::Kind kind, StringView path, std::string reason);
+void clear_file_error() noexcept;
+
+// "path: line 3, column 14: reason" or "path: /questions/0/name: reason", in UTF-8.
+std::string to_line(const FileError& error);
+
+}  // namespace hedro34

@@ -1,0 +1,230 @@
+#include "hedro34/xml/expat_document.h"
+
+#include <expat.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <exception>
+#include <functional>
+#include <memory>
+#include <new>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "hedro34/platform/files.h"
+#include "hedro34/xml/xml_nodes.h"
+
+namespace hedro34 {
+namespace {
+
+constexpr int chunk = 1 << 18;
+
+// What a document type adds to elements as attributes may take so many bytes, or so many times the bytes read: the bounds
+// that expat has for entities.
+constexpr std::uint64_t free_defaults = 8 << 20;
+constexpr std::uint64_t most_amplified = 100;
+constexpr std::uint64_t default_cost = 8;  // of an attribute besides its value
+
+// Expat has to hold a whole tag or comment in memory. One longer than this that does not fit is the document's fault.
+constexpr std::uint64_t longest_part = 1 << 28;
+
+constexpr const char* too_large = "the document is too large";
+
+// Reads up to a number of bytes; less at the end, nothing at a failure.
+using Source = std::function<std::optional<std::size_t>(char*, std::size_t)>;
+
+bool equals_ignoring_case(std::string_view name, std::string_view expected) {
+  return std::equal(name.begin(), name.end(), expected.begin(), expected.end(),
+                    [](char a, char b) { return a == b || (a >= 'A' && a <= 'Z' && a - 'A' + 'a' == b); });
+}
+
+// Windows-1252 is ISO-8859-1 but for the 32 bytes from 0x80; five of these mean nothing.
+int XMLCALL windows_1252(void*, const XML_Char* name, XML_Encoding* encoding) {
+  static constexpr std::array<int, 32> from_80 = {0x20AC, -1,     0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
+                                                  0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, -1,     0x017D, -1,
+                                                  -1,     0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
+                                                  0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, -1,     0x017E, 0x0178};
+  if (!equals_ignoring_case(name, "windows-1252")) return XML_STATUS_ERROR;
+  for (int i = 0; i < 256; ++i) encoding->map[i] = i;
+  std::copy(from_80.begin(), from_80.end(), encoding->map + 0x80);
+  encoding->data = nullptr;
+  encoding->convert = nullptr;
+  encoding->release = nullptr;
+  return XML_STATUS_OK;
+}
+
+// What is wrong, where expat's own words for it are too terse.
+std::string reason_of(XML_Error error, std::size_t open_elements) {
+  switch (error) {
+    case XML_ERROR_NO_ELEMENTS:
+      return open_elements > 0 ? "the document ends inside an element" : "there is no element";
+    case XML_ERROR_SYNTAX: return "not well-formed: markup has to stand here";
+    case XML_ERROR_INVALID_TOKEN: return "not well-formed: a character that cannot stand here";
+    case XML_ERROR_UNCLOSED_TOKEN: return "the document ends inside what starts here";
+    case XML_ERROR_PARTIAL_CHAR: return "the document ends inside a character";
+    case XML_ERROR_TAG_MISMATCH: return "the end tag does not match the start tag";
+    case XML_ERROR_DUPLICATE_ATTRIBUTE: return "the element has two attributes of this name";
+    case XML_ERROR_JUNK_AFTER_DOC_ELEMENT: return "something stands behind the document element";
+    case XML_ERROR_UNDEFINED_ENTITY: return "the entity is not declared";
+    case XML_ERROR_RECURSIVE_ENTITY_REF: return "the entity refers to itself";
+    case XML_ERROR_BAD_CHAR_REF: return "the character reference stands for no character";
+    case XML_ERROR_MISPLACED_XML_PI: return "the XML declaration is not at the start of the file";
+    case XML_ERROR_INCORRECT_ENCODING: return "the file's encoding is not the declared one";
+    case XML_ERROR_AMPLIFICATION_LIMIT_BREACH: return "entities blow the document up beyond reason";
+    default: return XML_ErrorString(error);
+  }
+}
+
+// One run of the parser over one document.
+class Reader {
+ public:
+  Reader(StringView path, std::uint64_t size) : path_(path), builder_(size), parser_(XML_ParserCreate(nullptr)) {
+    if (!parser_) throw std::bad_alloc();
+    const XML_Parser parser = parser_.get();
+    XML_SetUserData(parser, this);
+    XML_SetElementHandler(parser, on<&Reader::start_element, const XML_Char*, const XML_Char**>,
+                          on<&Reader::end_element, const XML_Char*>);
+    XML_SetCharacterDataHandler(parser, on<&Reader::text, const XML_Char*, int>);
+    XML_SetCdataSectionHandler(parser, on<&Reader::start_cdata>, on<&Reader::end_cdata>);
+    XML_SetUnknownEncodingHandler(parser, windows_1252, nullptr);
+  }
+
+  // An empty reference and a file error when the document cannot be read or is malformed.
+  Ref<const XmlTree> read(const Source& source) {
+    for (bool more = true; more;) {
+      void* buffer = XML_GetBuffer(parser_.get(), chunk);
+      if (buffer == nullptr) return stop_with_parser_error();
+      const auto count = source(static_cast<char*>(buffer), chunk);
+      if (!count) return {};
+      fed_ += *count;
+      more = *count == chunk;
+      const bool good = XML_ParseBuffer(parser_.get(), static_cast<int>(*count), !more) == XML_STATUS_OK;
+      if (thrown_) std::rethrow_exception(thrown_);
+      if (stopped_) return {};
+      if (!good) return stop_with_parser_error();
+    }
+    return builder_.finish();
+  }
+
+ private:
+  struct Free {
+    void operator()(XML_Parser parser) const noexcept { XML_ParserFree(parser); }
+  };
+
+  // Expat's way into a step of this class, which answers why the parser is to stop or with nothing. No exception may cross
+  // expat's frames, and expat may call once more after a stop.
+  template <auto Step, class... Arguments>
+  static void XMLCALL on(void* self, Arguments... arguments) {
+    Reader& reader = *static_cast<Reader*>(self);
+    if (reader.stopped_) return;
+    try {
+      const char* reason = (reader.*Step)(arguments...);
+      if (reason == nullptr) return;
+      reader.set_error_here(reason);
+    } catch (...) {
+      reader.thrown_ = std::current_exception();
+    }
+    reader.stopped_ = true;
+    XML_StopParser(reader.parser_.get(), XML_FALSE);
+  }
+
+  const char* start_element(const XML_Char* name, const XML_Char** attributes) {
+    if (builder_.depth() == ExpatDocument::most_nested) return "elements are nested more than 1,000 deep";
+    if (!builder_.start_element(name)) return too_large;
+    const XML_Char** const specified_end = attributes + XML_GetSpecifiedAttributeCount(parser_.get());
+    for (; *attributes != nullptr; attributes += 2) {
+      const std::string_view value = attributes[1];
+      if (attributes >= specified_end) {
+        defaults_ += value.size() + default_cost;
+        if (defaults_ > std::max(free_defaults, most_amplified * fed_))
+          return "default attributes blow the document up";
+      }
+      if (!builder_.add_attribute(attributes[0], value)) return too_large;
+    }
+    return nullptr;
+  }
+  const char* end_element(const XML_Char*) { return builder_.end_element() ? nullptr : too_large; }
+  const char* text(const XML_Char* text, int size) {
+    return builder_.add_text({text, static_cast<std::size_t>(size)}) ? nullptr : too_large;
+  }
+  const char* start_cdata() { return builder_.start_cdata() ? nullptr : too_large; }
+  const char* end_cdata() { return builder_.end_cdata() ? nullptr : too_large; }
+
+  void set_error_here(std::string_view reason) {
+    FileError error;
+    error.kind = FileError::Kind::Malformed;
+    error.path = path_;
+    error.line = static_cast<std::int64_t>(XML_GetCurrentLineNumber(parser_.get()));
+    error.column = static_cast<std::int64_t>(XML_GetCurrentColumnNumber(parser_.get())) + 1;
+    error.reason = reason;
+    set_file_error(std::move(error));
+  }
+
+  // Refuses what expat has refused.
+  std::nullptr_t stop_with_parser_error() {
+    const XML_Error error = XML_GetErrorCode(parser_.get());
+    if (error != XML_ERROR_NO_MEMORY) {
+      set_error_here(reason_of(error, builder_.depth()));
+    } else if (fed_ - static_cast<std::uint64_t>(XML_GetCurrentByteIndex(parser_.get())) > longest_part) {
+      set_error_here("what starts here is too large");
+    } else {
+      throw std::bad_alloc();
+    }
+    return nullptr;
+  }
+
+  StringView path_;
+  XmlTreeBuilder builder_;
+  std::unique_ptr<XML_ParserStruct, Free> parser_;
+  std::uint64_t fed_ = 0;       // bytes given to the parser
+  std::uint64_t defaults_ = 0;  // bytes that default attributes took
+  bool stopped_ = false;
+  std::exception_ptr thrown_;  // in a step
+};
+
+class Documents final : public XmlDocumentFactory {
+ public:
+  Ref<IXMLDOMDocument2> document() override { return make<ExpatDocument>(); }
+};
+
+}  // namespace
+
+bool ExpatDocument::load(const Variant& path) {
+  clear_file_error();
+  tree_ = nullptr;
+  const String name = to_text(path);
+  auto file = InputFile::open(name);
+  if (!file) return false;
+  tree_ = Reader(name, file->size()).read([&](char* target, std::size_t size) { return file->read(target, size); });
+  return static_cast<bool>(tree_);
+}
+
+bool ExpatDocument::parse(std::string_view bytes) {
+  clear_file_error();
+  tree_ = nullptr;
+  tree_ = Reader({}, bytes.size()).read([&](char* target, std::size_t size) {
+    const std::size_t count = bytes.copy(target, size);
+    bytes.remove_prefix(count);
+    return std::optional(count);
+  });
+  return static_cast<bool>(tree_);
+}
+
+Ref<IXMLDOMElement> ExpatDocument::selectSingleNode(StringView name) {
+  if (!tree_ || tree_->name(0) != name) return {};
+  return element_handle(tree_, 0);
+}
+
+Ref<IXMLDOMNodeList> ExpatDocument::getElementsByTagName(StringView name) {
+  if (!tree_) return list_handle(nullptr, {});
+  return list_handle(tree_, tree_->elements(name));
+}
+
+XmlDocumentFactory& expat_documents() noexcept {
+  static Documents documents;
+  return documents;
+}
+
+}  // namespace hedro34
