@@ -106,6 +106,8 @@ TEST(Document, FailuresHaveTheirNumbersAndChangeNothing) {
   EXPECT_EQ(failure_of([&] { document->Objectives()->Item(u"none"); }), 5);
   EXPECT_EQ(failure_of([&] { questions->Item(1)->ChoiceLabels()->Item(u"A"); }), 5);
   EXPECT_EQ(failure_of([&] { orders->AddDefault(-1); }), 5);
+  EXPECT_EQ(failure_of([&] { orders->AddDefault(10'000'001); }), 6);
+  EXPECT_EQ(failure_of([&] { orders->AddDefault(2'147'483'647); }), 6);
   EXPECT_EQ(failure_of([&] { questions->Add(nullptr); }), 91);
   EXPECT_EQ(failure_of([&] { orders->Add(platform().document_objects->order(nullptr)); }), 13);
   EXPECT_EQ(written(*document), full);
@@ -150,6 +152,8 @@ TEST(Document, FilesAreReplacedWholeOrNotAtAll) {
   };
   expect_files_whole_or_not_at_all<DataDocument>(full, rows);
 }
+
+TEST(Document, FilesWithoutMemory) { expect_no_throw_without_memory<DataDocument>(full); }
 
 }  // namespace
 }  // namespace hedro34::testing

@@ -6,9 +6,17 @@
 namespace {
 
 thread_local int allocations_until_failure = 0;  // 0: none fails
+thread_local bool failing_for_good = false;
+thread_local bool gone = false;
+thread_local long all_allocations = 0;
 
 void* allocate(std::size_t size) {
-  if (allocations_until_failure > 0 && --allocations_until_failure == 0) throw std::bad_alloc();
+  ++all_allocations;
+  if (allocations_until_failure > 0 && --allocations_until_failure == 0) {
+    gone = failing_for_good;
+    throw std::bad_alloc();
+  }
+  if (gone) throw std::bad_alloc();
   if (void* memory = std::malloc(size == 0 ? 1 : size)) return memory;
   throw std::bad_alloc();
 }
@@ -24,8 +32,15 @@ void operator delete[](void* memory, std::size_t) noexcept { std::free(memory); 
 
 namespace hedro34::testing {
 
-FailingAllocation::FailingAllocation(int number) { allocations_until_failure = number; }
-FailingAllocation::~FailingAllocation() { allocations_until_failure = 0; }
+FailingAllocation::FailingAllocation(int number, bool for_good) {
+  allocations_until_failure = number;
+  failing_for_good = for_good;
+}
+FailingAllocation::~FailingAllocation() {
+  allocations_until_failure = 0;
+  gone = false;
+}
 bool FailingAllocation::came() noexcept { return allocations_until_failure == 0; }
+long FailingAllocation::allocations() noexcept { return all_allocations; }
 
 }  // namespace hedro34::testing

@@ -11,12 +11,14 @@ namespace hedro34::testing {
 class FailingAllocation {
  public:
   // The `number`-th allocation from now on fails, from 1; those before and behind it succeed.
-  explicit FailingAllocation(int number);
+  // Or those behind it fail as well: memory is gone for good.
+  explicit FailingAllocation(int number, bool for_good = false);
   ~FailingAllocation();
   FailingAllocation(const FailingAllocation&) = delete;
   FailingAllocation& operator=(const FailingAllocation&) = delete;
 
-  static bool came() noexcept;  // whether the allocation came
+  static bool came() noexcept;         // whether the allocation came
+  static long allocations() noexcept;  // of this thread, all in all
 };
 
 // Runs `body(state)` on a new state from `prepare` once for each allocation that `body` makes, with that one failing, then

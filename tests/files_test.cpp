@@ -6,8 +6,10 @@
 
 #include <csignal>
 #include <filesystem>
+#include <thread>
 
 #include "hedro34/documents/form_template.h"
+#include "hedro34/platform/pending_file.h"
 #include "tests/support.h"
 
 namespace hedro34::testing {
@@ -176,6 +178,57 @@ TEST_F(Files, AFailureLaterLeavesTheTarget) {
   EXPECT_EQ(outcome(file->commit(), FileError::Kind::Unwritable, "new"), "Is a directory");
   file.reset();
   EXPECT_EQ(count(), 2);
+}
+
+TEST_F(Files, SeveralAreReplacedTogetherOrNotAtAll) {
+  const auto written = [&](std::initializer_list<const char*> names) {
+    std::vector<PendingFile> files;
+    for (const char* name : names) files.push_back(std::move(*PendingFile::write(text_path(name), name)));
+    return files;
+  };
+  fs::create_directory(path("folder"));
+  folder_.write("old", "former");
+  folder_.write("folder/old", "former");
+  fs::create_hard_link(path("old"), path("link"));
+  for (const char* stuck : {"new", "old", "folder/new"}) {
+    auto files = written({"old", "new", "folder/old", "folder/new"});
+    fs::remove(path(stuck));
+    fs::create_directory(path(stuck));
+    const std::string reason = outcome(commit_together(files), FileError::Kind::Unwritable, stuck);
+    EXPECT_TRUE(reason.ends_with("Is a directory")) << reason;
+    files.clear();
+    fs::remove(path(stuck));
+    if (stuck == std::string("old")) fs::create_hard_link(path("link"), path("old"));
+    EXPECT_EQ(content("old") + content("folder/old") + content("new"), "formerformer<unreadable>") << stuck;
+    EXPECT_TRUE(fs::equivalent(path("old"), path("link"))) << "not a copy of it";
+    EXPECT_EQ(count(), 3) << "folder, link and old, and nothing beside them";
+  }
+  {
+    auto files = written({"old", "new", "folder/old", "folder/new"});
+    EXPECT_TRUE(commit_together(files));
+  }
+  EXPECT_EQ(content("old") + content("new") + content("folder/old") + content("folder/new"),
+            "oldnewfolder/oldfolder/new");
+  EXPECT_EQ(count(), 4);
+  EXPECT_TRUE(commit_together({}));
+}
+
+// Two folders in either order, so that a lock in the order of the files would never end.
+TEST_F(Files, PairsOfTwoWritersDoNotMix) {
+  fs::create_directory(path("folder"));
+  const auto write = [&](const char* first, const char* second, const std::string& bytes) {
+    for (int i = 0; i < 60; ++i) {
+      std::vector<PendingFile> files;
+      for (const char* name : {first, second}) {
+        files.push_back(std::move(*PendingFile::write(text_path(name), bytes + std::to_string(i))));
+      }
+      EXPECT_TRUE(commit_together(files));
+    }
+  };
+  std::thread other([&] { write("folder/b", "a", "other"); });
+  write("a", "folder/b", "one");
+  other.join();
+  EXPECT_EQ(content("a"), content("folder/b"));
 }
 
 TEST_F(Files, SameFile) {

@@ -286,5 +286,7 @@ TEST(Form, FilesAreReplacedWholeOrNotAtAll) {
   expect_files_whole_or_not_at_all<FormTemplate>(full, rows);
 }
 
+TEST(Form, FilesWithoutMemory) { expect_no_throw_without_memory<FormTemplate>(full); }
+
 }  // namespace
 }  // namespace hedro34::testing

@@ -5,6 +5,7 @@
 #include <span>
 
 #include "hedro34/platform/files.h"
+#include "tests/failing_allocation.h"
 #include "tests/failing_host.h"
 #include "tests/support.h"
 
@@ -85,8 +86,45 @@ void expect_files_whole_or_not_at_all(const std::string& full, std::span<const S
   }
   EXPECT_FALSE(target->Save(folder.path("none/full")));
   EXPECT_TRUE(target->Save(other));
-  EXPECT_EQ(last_file_error().kind, FileError::Kind::None);
+  EXPECT_EQ(last_file_error().path, u"") << "nothing is left of an error when none is";
+  EXPECT_EQ(to_line(last_file_error()), "");
   EXPECT_EQ(read_file(other), full);
+}
+
+// Each operation with a file answers False or nothing when memory runs out in it, says so, and changes nothing.
+template <class Target>
+void expect_no_throw_without_memory(const std::string& full) {
+  const Folder folder;
+  const String path = folder.write("full", full);
+  const String out = folder.write("a file whose name needs memory", "old");
+  const auto target = read_of<Target>(full);
+  const std::pair<std::function<bool()>, FileError::Kind> rows[] = {
+      {[&] { return target->Load(path); }, FileError::Kind::Unreadable},
+      {[&] { return target->read(full, path); }, FileError::Kind::Unreadable},
+      {[&] { return target->to_json(out).has_value(); }, FileError::Kind::Unwritable},
+      {[&] { return target->prepare(out).has_value(); }, FileError::Kind::Unwritable},
+      {[&] { return target->Save(out); }, FileError::Kind::Unwritable},
+  };
+  for (const auto& [operation, kind] : rows) {
+    for (const bool for_good : {false, true}) {
+      bool came = true;
+      for (int number = 1; came; ++number) {
+        bool done = false;
+        {
+          const FailingAllocation failing(number, for_good);
+          EXPECT_NO_THROW(done = operation());
+          came = FailingAllocation::came();
+        }
+        EXPECT_EQ(last_file_error().kind, done ? FileError::Kind::None : kind);
+        EXPECT_EQ(last_file_error().reason, done ? "" : "out of memory");
+        EXPECT_TRUE(done || came);
+        if (!done) EXPECT_EQ(written(*target), full);
+        const auto left = std::distance(std::filesystem::directory_iterator(to_utf8(folder.path(""))), {});
+        EXPECT_EQ(left, 2) << "a temporary file is left";
+      }
+      EXPECT_EQ(read_file(out), &operation == &std::end(rows)[-1].first ? full : "old");
+    }
+  }
 }
 
 }  // namespace hedro34::testing

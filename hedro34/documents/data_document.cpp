@@ -10,6 +10,9 @@
 namespace hedro34 {
 namespace {
 
+// Far more than a test can have questions; the order takes 40 MB.
+constexpr std::int32_t most_in_default_order = 10'000'000;
+
 // The element as one of this default's own.
 template <class Own, class Element>
 Ref<Own> own(const Ref<Element>& element) {
@@ -49,7 +52,7 @@ void DataObjectives::Add(const Ref<WENKtdObjective>& objective, const Variant& k
 }
 
 void DataObjectives::append(Ref<DataObjective> objective, const String& key) {
-  make_room(objectives_);
+  reserve_one_more(objectives_);
   if (!key.empty() && !keys_.try_emplace(key, Count() + 1).second) fail(FailureNumber::DuplicateKey);
   if (objectives_.empty()) has_default_ = key.empty() && objective->name().empty();
   objectives_.push_back(std::move(objective));
@@ -81,6 +84,7 @@ void DataOrders::Add(const Ref<WENKtdOrder>& order) { orders_.push_back(own<Data
 
 void DataOrders::AddDefault(std::int32_t questions) {
   if (questions < 0) fail(FailureNumber::InvalidCall);
+  if (questions > most_in_default_order) fail(FailureNumber::Overflow);
   std::vector<std::int32_t> entries(static_cast<std::size_t>(questions));
   for (std::int32_t i = 0; i < questions; ++i) entries[static_cast<std::size_t>(i)] = i + 1;
   orders_.push_back(make<DataOrder>(std::move(entries)));
@@ -119,23 +123,33 @@ void DataDocument::PrepareDefaults() {
 }
 
 bool DataDocument::read(std::string_view bytes, StringView path) {
-  const auto loaded = make<DataDocument>();
-  if (!read_json(json, *loaded, bytes, path)) return false;
-  swap(*loaded);
-  return true;
+  return unless_out_of_memory(FileError::Kind::Unreadable, path, [&] {
+    const auto loaded = make<DataDocument>();
+    if (!read_json(json, *loaded, bytes, path)) return false;
+    swap(*loaded);
+    return true;
+  });
 }
 
 bool DataDocument::Load(const String& path) {
   clear_file_error();
-  const auto bytes = read_file(path);
-  return bytes && read(*bytes, path);
+  return unless_out_of_memory(FileError::Kind::Unreadable, path, [&] {
+    const auto bytes = read_file(path);
+    return bytes && read(*bytes, path);
+  });
 }
 
-std::optional<std::string> DataDocument::to_json(StringView path) { return write_json(json, *this, path); }
+std::optional<std::string> DataDocument::to_json(StringView path) {
+  return unless_out_of_memory(FileError::Kind::Unwritable, path, [&] { return write_json(json, *this, path); });
+}
 
-std::optional<PendingFile> DataDocument::prepare(const String& path) { return prepare_json(json, *this, path); }
+std::optional<PendingFile> DataDocument::prepare(const String& path) {
+  return unless_out_of_memory(FileError::Kind::Unwritable, path, [&] { return prepare_json(json, *this, path); });
+}
 
-bool DataDocument::Save(const String& path) { return save_json(json, *this, path); }
+bool DataDocument::Save(const String& path) {
+  return unless_out_of_memory(FileError::Kind::Unwritable, path, [&] { return save_json(json, *this, path); });
+}
 
 struct DataVersions::Json {
   static std::vector<Ref<DataOrder>>& orders(Object& object) {

@@ -17,7 +17,7 @@
 #include <vector>
 
 #include "hedro34/documents/data_question.h"
-#include "hedro34/platform/files.h"
+#include "hedro34/platform/pending_file.h"
 
 namespace hedro34 {
 
@@ -100,7 +100,7 @@ class DataOrders final : public WENKtdOrders {
   std::int32_t Count() override { return static_cast<std::int32_t>(orders_.size()); }
   void Add(const Ref<WENKtdOrder>& order) override;
 
-  // Appends the order 1, 2, 3 up to `questions`. Failure 5 for a number below 0.
+  // Appends the order 1, 2, 3 up to `questions`. Failure 5 for a number below 0, 6 for one above 10,000,000.
   void AddDefault(std::int32_t questions) override;
   Ref<WENKtdOrder> Item(const Variant& Index) override;
 
@@ -164,8 +164,8 @@ class DataDocument final : public WENKtdDocument {
   DataVersions& versions() { return *versions_; }
   DataObjectives& objectives() { return *objectives_; }
 
-  // Replaces the content by that of a file, or of the bytes of one. False when it is refused: `last_file_error()` says why, with
-  // `path` for the file, and the document keeps what it had. The first objective becomes the default one, whatever its name;
+  // Replaces the content by that of a file, or of the bytes of one. False when it cannot be used: `last_file_error()` says why,
+  // with `path` for the file, and the document keeps what it had. The first objective becomes the default one, whatever its name;
   // the others stand under their names as keys.
   bool Load(const String& path) override;
   bool read(std::string_view bytes, StringView path = {});

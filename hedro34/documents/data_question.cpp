@@ -15,7 +15,7 @@ bool as_flag(const Variant& value) {
 
 void DataStrings::Add(const String& text, const Variant& key) {
   String added = text;
-  make_room(texts_);
+  reserve_one_more(texts_);
   if (!key.is<Missing>()) {
     const String* name = key.text();
     if (name == nullptr) fail(FailureNumber::TypeMismatch);

@@ -152,13 +152,13 @@ void FormTemplate::number() {
   fields_ = 0;
   graded_ = 0;
   for (const auto& page : pages_->pages_) {
-    for (const auto& region : page->regions().regions_) place(*region);
+    for (const auto& region : page->regions().regions_) number_next(*region);
   }
   numbered_ = true;
 }
 
 // Numbers the region that follows `last_` in the walk.
-void FormTemplate::place(FormRegion& region) {
+void FormTemplate::number_next(FormRegion& region) {
   const bool continues =
       last_ != nullptr && region.data_.group_number != 0 && region.data_.group_number == last_->data_.group_number;
   if (continues) {
@@ -176,11 +176,10 @@ void FormTemplate::place(FormRegion& region) {
 
 void FormTemplate::region_added(const FormRegions& page, FormRegion& region) {
   if (!numbered_) return;
-  if (&page == &pages_->pages_.back()->regions()) {
-    place(region);
-  } else {
-    numbered_ = false;
-  }
+  numbered_ = false;
+  if (&page != &pages_->pages_.back()->regions()) return;
+  number_next(region);
+  numbered_ = true;
 }
 
 void FormTemplate::field_added(const FormRegion& region) {
@@ -197,25 +196,35 @@ void FormTemplate::graded_changed(const FormRegion& region, bool graded) noexcep
 }
 
 bool FormTemplate::read(std::string_view bytes, StringView path) {
-  auto loaded = make<FormTemplate>();
-  if (!read_json(json, *loaded, bytes, path)) return false;
-  Clear();
-  pages_->pages_.swap(loaded->pages_->pages_);
-  for (const auto& page : pages_->pages_) page->regions().form_ = this;
-  return true;
+  return unless_out_of_memory(FileError::Kind::Unreadable, path, [&] {
+    auto loaded = make<FormTemplate>();
+    if (!read_json(json, *loaded, bytes, path)) return false;
+    Clear();
+    pages_->pages_.swap(loaded->pages_->pages_);
+    for (const auto& page : pages_->pages_) page->regions().form_ = this;
+    return true;
+  });
 }
 
 bool FormTemplate::Load(const String& path) {
   clear_file_error();
-  const auto bytes = read_file(path);
-  return bytes && read(*bytes, path);
+  return unless_out_of_memory(FileError::Kind::Unreadable, path, [&] {
+    const auto bytes = read_file(path);
+    return bytes && read(*bytes, path);
+  });
 }
 
-std::optional<std::string> FormTemplate::to_json(StringView path) { return write_json(json, *this, path); }
+std::optional<std::string> FormTemplate::to_json(StringView path) {
+  return unless_out_of_memory(FileError::Kind::Unwritable, path, [&] { return write_json(json, *this, path); });
+}
 
-std::optional<PendingFile> FormTemplate::prepare(const String& path) { return prepare_json(json, *this, path); }
+std::optional<PendingFile> FormTemplate::prepare(const String& path) {
+  return unless_out_of_memory(FileError::Kind::Unwritable, path, [&] { return prepare_json(json, *this, path); });
+}
 
-bool FormTemplate::Save(const String& path) { return save_json(json, *this, path); }
+bool FormTemplate::Save(const String& path) {
+  return unless_out_of_memory(FileError::Kind::Unwritable, path, [&] { return save_json(json, *this, path); });
+}
 
 struct FormRegion::Json {
   template <auto member>
@@ -251,17 +260,17 @@ struct FormTemplate::Json {
     const std::string reason = "a form has no more than " + std::to_string(most);
     if (all.size() > static_cast<std::size_t>(most))
       return JsonError{"/pages/" + std::to_string(most), reason + " pages"};
-    std::size_t room = static_cast<std::size_t>(most);
+    auto fields_left = static_cast<std::size_t>(most);
     for (std::size_t p = 0; p < all.size(); ++p) {
       const auto& regions = all[p]->regions().all();
       for (std::size_t r = 0; r < regions.size(); ++r) {
         const std::size_t fields = regions[r]->questions().all().size();
-        if (fields > room) {
-          return JsonError{
-              "/pages/" + std::to_string(p) + "/regions/" + std::to_string(r) + "/questions/" + std::to_string(room),
-              reason + " fields"};
+        if (fields > fields_left) {
+          return JsonError{"/pages/" + std::to_string(p) + "/regions/" + std::to_string(r) + "/questions/" +
+                               std::to_string(fields_left),
+                           reason + " fields"};
         }
-        room -= fields;
+        fields_left -= fields;
       }
     }
     return std::nullopt;

@@ -19,7 +19,7 @@
 #include <vector>
 
 #include "hedro34/documents/form_field.h"
-#include "hedro34/platform/files.h"
+#include "hedro34/platform/pending_file.h"
 
 namespace hedro34 {
 
@@ -70,10 +70,9 @@ class FormRegion final : public TIBRegion {
   Data data_;
   Ref<FormQuestions> questions_;
   FormRegions* regions_ = nullptr;  // empty when that is gone
-  // As of the template's numbering: the first region of the group, which is this one unless it is a continuation, and the
-  // number of its first field.
-  FormRegion* first_ = nullptr;
-  std::int32_t start_ = 0;
+  // As the template's numbering has them:
+  FormRegion* first_ = nullptr;  // the first region of the group; this one unless it is a continuation
+  std::int32_t start_ = 0;       // the number of this region's first field
 };
 
 class FormRegions final : public TIBRegions {
@@ -157,8 +156,8 @@ class FormTemplate final : public TIBTemplate {
 
   FormPages& pages() { return *pages_; }
 
-  // Replaces the content by that of a file, or of the bytes of one. False when it is refused: `last_file_error()` says why, with
-  // `path` for the file, and the template keeps what it had.
+  // Replaces the content by that of a file, or of the bytes of one. False when it cannot be used: `last_file_error()` says why,
+  // with `path` for the file, and the template keeps what it had.
   bool Load(const String& path);
   bool read(std::string_view bytes, StringView path = {});
 
@@ -186,7 +185,7 @@ class FormTemplate final : public TIBTemplate {
 
   // The numbering: made when it is asked for, kept current at the end of the form, dropped by changes elsewhere.
   void number();
-  void place(FormRegion& region);
+  void number_next(FormRegion& region);
   void region_added(const FormRegions& page, FormRegion& region);
   void field_added(const FormRegion& region);
   void group_changed() noexcept { numbered_ = false; }

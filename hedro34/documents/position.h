@@ -1,4 +1,4 @@
-// What the collections of the default form and document share: an index without keys, and room to append.
+// What the collections of the default form and document share: an index without keys, and appending that cannot fail halfway.
 #pragma once
 
 #include <cmath>
@@ -26,9 +26,9 @@ inline std::size_t offset_of(const Variant& index, std::size_t count) {
   return static_cast<std::size_t>(position) - 1;
 }
 
-// Makes room for one more element, so that appending it cannot fail.
+// Sees to it that appending one more element needs no memory.
 template <class T>
-void make_room(std::vector<T>& list) {
+void reserve_one_more(std::vector<T>& list) {
   if (list.size() == list.capacity()) list.reserve(list.empty() ? 5 : 2 * list.size());
 }
 

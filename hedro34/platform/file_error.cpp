@@ -13,17 +13,23 @@ const FileError& last_file_error() noexcept { return last; }
 
 void set_file_error(FileError error) noexcept { last = std::move(error); }
 
-void set_file_error(FileError::Kind kind, StringView path, std::string reason) {
+void set_file_error(FileError::Kind kind, StringView path, std::string_view reason) noexcept {
   FileError error;
   error.kind = kind;
-  error.path = path;
-  error.reason = std::move(reason);
+  try {
+    error.path = path;
+    error.reason = reason;
+  } catch (const std::exception&) {
+    error.path.clear();
+    error.reason = "out of memory";  // short enough to stand in the object itself
+  }
   set_file_error(std::move(error));
 }
 
-void clear_file_error() noexcept { last.kind = FileError::Kind::None; }
+void clear_file_error() noexcept { last = FileError(); }
 
 std::string to_line(const FileError& error) {
+  if (error.kind == FileError::Kind::None) return {};
   std::string line = to_utf8(error.path);
   if (error.line > 0) {
     line += ": line " + std::to_string(error.line) + ", column " + std::to_string(error.column);

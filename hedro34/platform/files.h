@@ -1,15 +1,13 @@
-// Files as the library reads and writes them. A path is a text, UTF-8 for the system. Where the platform's own separator is
-// "/", a path that names no file as it stands is tried once more with every "\" read as "/", and a new file is written under
-// that name. A failure leaves its reason in `last_file_error()`; a success leaves the file error as it was.
+// Files as the library reads them. A path is a text, UTF-8 for the system. Where the platform's own separator is "/", a path
+// that names no file as it stands is tried once more with every "\" read as "/". A failure leaves its reason in
+// `last_file_error()`; a success leaves the file error as it was. Memory that runs out is thrown. Files are written through
+// pending_file.h.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <string>
-#include <string_view>
-#include <utility>
 
 #include "hedro34/base/text.h"
 #include "hedro34/platform/file_error.h"
@@ -40,32 +38,21 @@ class InputFile {
 // The whole content, or nothing and a file error of kind Unreadable.
 std::optional<std::string> read_file(StringView path);
 
-// A file written beside its target: complete and flushed to disk when `write` returns, in place after `commit`. Without a
-// commit the target keeps its content and the temporary file is removed.
-class PendingFile {
+// Standard input as a file that can be read more than once: its bytes stand on the disk, under no name that outlives this
+// object or the process.
+class SpooledInput {
  public:
-  // Nothing, and a file error of kind Unwritable, when it cannot be written; nothing is left behind then. An existing target
-  // passes on its permissions and, where the system lets it, its owner; it must be a regular file that may be written. A
-  // symbolic link stays, and what it names is replaced.
-  static std::optional<PendingFile> write(StringView path, std::string_view bytes);
+  // Reads standard input to its end. Nothing, and a file error of kind Unreadable, at a failure.
+  static std::optional<SpooledInput> read();
+  SpooledInput(SpooledInput&& other) noexcept;
+  SpooledInput& operator=(SpooledInput&&) = delete;
+  ~SpooledInput();
 
-  // The same with bytes that come in parts: `produce` hands them to the writer that it is given and stops when that answers
-  // False, which is when the system does not take them. When `produce` answers False by itself, the file error that it set stands.
-  using Writer = std::function<bool(std::string_view bytes)>;
-  static std::optional<PendingFile> write(StringView path, const std::function<bool(const Writer&)>& produce);
-
-  PendingFile(PendingFile&& other) noexcept;
-  PendingFile& operator=(PendingFile&&) = delete;
-  ~PendingFile();
-
-  // Renames the temporary file over the target; called once. False and a file error when the system does not let it: the
-  // target is then as it was.
-  bool commit();
+  const String& path() const noexcept { return path_; }  // for this process and as long as this object lives
 
  private:
-  PendingFile(std::string target, StringView path) : target_(std::move(target)), path_(path) {}
-  std::string temporary_;  // empty when there is nothing to remove
-  std::string target_;
+  explicit SpooledInput(int descriptor);
+  int descriptor_;
   String path_;
 };
 
