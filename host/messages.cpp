@@ -4,11 +4,12 @@
 #include <span>
 
 #include "hedro34/base/variant.h"
-#include "host/json.h"
+#include "hedro34/json/json_text.h"
 
 namespace host {
 namespace {
 
+using hedro34::JsonText;
 using hedro34::String;
 using hedro34::StringView;
 using hedro34::Variant;
@@ -21,6 +22,7 @@ class ErrorObject final : public hedro34::Object {
     constexpr std::size_t expected = 13, number = 0, description = 2, location = 3;
     if (!hedro34::equal_ignoring_case(name, u"RaiseError")) return Object::Call(name, arguments);
     if (arguments.size() != expected) hedro34::fail(hedro34::FailureNumber::WrongArguments);
+    messages_.count_failure();  // first, so that it counts whatever becomes of its text
     messages_.failure(hedro34::to_int32(arguments[number]), hedro34::to_text(arguments[description]),
                       hedro34::to_text(arguments[location]));
     return std::int16_t{0};
@@ -33,6 +35,7 @@ class ErrorObject final : public hedro34::Object {
 }  // namespace
 
 std::int32_t Messages::Show(StringView text, std::int32_t flags, StringView title) {
+  if (title == u"Application Error") count_failure();  // one that the library could not report otherwise
   std::int32_t answer = hedro34::answer_ok;
   if (title == u"Partial Credit" && partial_credit_ != PartialCredit::Ask) {
     std::cerr << hedro34::box_as_lines(text, title) << std::flush;
@@ -40,48 +43,48 @@ std::int32_t Messages::Show(StringView text, std::int32_t flags, StringView titl
   } else {
     answer = TerminalMessageBox::Show(text, flags, title);
   }
-  JsonText line(JsonText::Layout::Compact);
-  line.open('{');
-  line.name(u"kind");
-  line.text(u"box");
-  line.name(u"title");
-  line.text(title);
-  line.name(u"text");
-  line.text(text);
-  line.name(u"flags");
-  line.number(flags);
-  line.name(u"answer");
-  line.number(answer);
-  line.close();
-  keep(line.str());
+  keep([&](JsonText& line) {
+    line.key("kind");
+    line.value("box");
+    line.key("title");
+    line.value(title);
+    line.key("text");
+    line.value(text);
+    line.key("flags");
+    line.value(flags);
+    line.key("answer");
+    line.value(answer);
+  });
   return answer;
 }
 
 void Messages::failure(std::int32_t number, const String& description, const String& location) {
-  ++failures_;
   std::cerr << hedro34::to_utf8(u"Error# " + hedro34::decimal(number) + u": " + description + u", Location: " +
                                 location + u"\n")
             << std::flush;
-  JsonText line(JsonText::Layout::Compact);
-  line.open('{');
-  line.name(u"kind");
-  line.text(u"failure");
-  line.name(u"number");
-  line.number(number);
-  line.name(u"description");
-  line.text(description);
-  line.name(u"location");
-  line.text(location);
-  line.close();
-  keep(line.str());
+  keep([&](JsonText& line) {
+    line.key("kind");
+    line.value("failure");
+    line.key("number");
+    line.value(number);
+    line.key("description");
+    line.value(description);
+    line.key("location");
+    line.value(location);
+  });
 }
 
 hedro34::Ref<hedro34::Object> Messages::error_object() { return hedro34::make<ErrorObject>(*this); }
 
-void Messages::keep(const std::string& line) {
-  lines_ += line;
-  lines_ += '\n';
+template <class Members>
+void Messages::keep(Members members) {
   ++count_;
+  JsonText line(JsonText::Layout::Compact);
+  line.begin_object();
+  members(line);
+  line.end();
+  line.finish();
+  lines_ += line.str();
 }
 
 }  // namespace host

@@ -3,7 +3,7 @@
 //
 //   Messages messages(PartialCredit::Ask);
 //   platform().message_box = &messages;
-//   test->SetError(messages.error_object());
+//   set_error_object(messages.error_object());  // before the first object of the library is made
 #pragma once
 
 #include <cstddef>
@@ -23,18 +23,21 @@ class Messages final : public hedro34::TerminalMessageBox {
   // other question, the user is asked on the terminal.
   std::int32_t Show(hedro34::StringView text, std::int32_t flags, hedro34::StringView title) override;
 
-  // Writes and keeps a failure.
+  // Writes and keeps a failure that was counted.
   void failure(std::int32_t number, const hedro34::String& description, const hedro34::String& location);
 
   // The object that takes the library's reports for this collection, which must outlive it.
   hedro34::Ref<hedro34::Object> error_object();
+
+  void count_failure() noexcept { ++failures_; }
 
   std::size_t failures() const noexcept { return failures_; }
   std::size_t count() const noexcept { return count_; }         // boxes and failures
   const std::string& lines() const noexcept { return lines_; }  // one JSON object a line, in order
 
  private:
-  void keep(const std::string& line);
+  template <class Members>
+  void keep(Members members);  // a line with the members that it is given
 
   PartialCredit partial_credit_;
   std::string lines_;

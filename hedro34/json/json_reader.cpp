@@ -221,11 +221,8 @@ class Reader final : public nlohmann::json_sax<nlohmann::json> {
   }
 
  private:
-  enum class List {
-    None,
-    Elements,
-    Numbers
-  };  // where the values of a member stand: itself, in its list, in a list of that
+  // Where the values of a member stand: itself, in its list, in a list of that.
+  enum class List { None, Elements, Numbers };
 
   struct Frame {  // an object that was begun
     const JsonTable* table;
@@ -325,7 +322,7 @@ class Reader final : public nlohmann::json_sax<nlohmann::json> {
     return false;
   }
 
-  // Refuses the file as no JSON, for the byte at `offset`. Columns count characters.
+  // The file is no JSON, for the byte at `offset`. Columns count characters.
   bool not_json(std::size_t offset, std::string_view reason) {
     const std::string_view before = bytes_.substr(0, std::min(offset, bytes_.size()));
     const std::size_t start = before.rfind('\n') + 1;  // 0 on the first line

@@ -1,4 +1,4 @@
-// Reads a JSON file by its table, in one pass over the bytes and without a tree. Refused are: what is not JSON, an unknown
+// Reads a JSON file by its table, in one pass over the bytes and without a tree. An error is: what is not JSON, an unknown
 // member, a member that stands twice, a value of the wrong type (an integer may stand for a float, not the reverse; null is
 // never right), an integer beyond the width of its member, a fixed member that is missing or has another value, and what
 // the check of a table finds.
@@ -10,7 +10,7 @@
 
 namespace hedro34 {
 
-// Fills `root`, a new object that nobody else uses yet. False when the file is refused: `last_file_error()` names `path`, the
+// Fills `root`, a new object that nobody else uses yet. False when it is in error: `last_file_error()` names `path`, the
 // line and column or the pointer, and the reason. `root` is then half filled and to be dropped.
 bool read_json(const JsonTable& table, Object& root, std::string_view bytes, StringView path);
 

@@ -1,13 +1,13 @@
 // Writes an object as JSON by its table: every member in order, two blanks of indentation, a list of plain values on one
 // line, a line feed at the end. Floats take the shortest form that reads back to the same 64-bit value; a lone surrogate
-// becomes U+FFFD.
+// becomes U+FFFD. Memory that runs out is thrown.
 #pragma once
 
 #include <optional>
 #include <string>
 
 #include "hedro34/json/json_table.h"
-#include "hedro34/platform/files.h"
+#include "hedro34/platform/pending_file.h"
 
 namespace hedro34 {
 
