@@ -1,5 +1,6 @@
 # tests/*.cpp make one GoogleTest program; each tests/*.sh and tests/*_test.py is one test more. Scripts find the
-# sources in HEDRO34_SOURCE_DIR and the program in HEDRO34_PROGRAM, the component library in HEDRO34_COMPONENT.
+# sources in HEDRO34_SOURCE_DIR and the program in HEDRO34_PROGRAM, the component library in HEDRO34_COMPONENT,
+# and in HEDRO34_FAILING the program whose memory runs out on cue.
 
 hedro34_sources(test_sources tests/*.cpp)
 if(test_sources)
@@ -21,12 +22,20 @@ if(test_sources)
     HEDRO34::hedro34 EXPAT::EXPAT nlohmann_json::nlohmann_json GTest::gmock_main)
   hedro34_warnings(hedro34_tests)
   gtest_discover_tests(hedro34_tests DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60)
+
+  # The program, with memory that runs out on cue.
+  if(TARGET hedro34)
+    add_executable(hedro34_failing
+      $<TARGET_OBJECTS:hedro34_host> tests/program/failing_program.cpp tests/failing_allocation.cpp)
+    target_link_libraries(hedro34_failing PRIVATE HEDRO34::hedro34 GTest::gtest)
+    hedro34_warnings(hedro34_failing)
+  endif()
 endif()
 
 set(script_environment HEDRO34_SOURCE_DIR=${PROJECT_SOURCE_DIR} PYTHONDONTWRITEBYTECODE=1
     HEDRO34_COMPONENT=$<TARGET_FILE:hedro34_component> HEDRO34_TABLES=$<TARGET_FILE:hedro34_tables>)
 if(TARGET hedro34)
-  list(APPEND script_environment HEDRO34_PROGRAM=$<TARGET_FILE:hedro34>)
+  list(APPEND script_environment HEDRO34_PROGRAM=$<TARGET_FILE:hedro34> HEDRO34_FAILING=$<TARGET_FILE:hedro34_failing>)
 endif()
 
 function(hedro34_script_tests pattern interpreter)

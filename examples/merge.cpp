@@ -5,14 +5,19 @@
 
 using namespace hedro34;
 
+// The file, line and column or JSON pointer, and the reason; or `otherwise`, when no file is at fault.
+int stop(const char* otherwise) {
+  const std::string why = to_line(last_file_error());
+  std::cerr << (why.empty() ? otherwise : why) << '\n';
+  return 1;
+}
+
 int main() {
   auto test = make<clsHEDROTest>();
   test->ImportObjectives = HEDROTestImportObjectivesLearning;
+  if (!test->LoadXML(u"examples/biology.xml")) return stop("the file gives no question, or the user chose Cancel");
   auto form = make<FormTemplate>();
-  if (!test->LoadXML(u"examples/biology.xml") || !form->Load(u"examples/biology.form.json")) {
-    std::cerr << to_line(last_file_error()) << '\n';  // file, line and column or JSON pointer, reason
-    return 1;
-  }
+  if (!form->Load(u"examples/biology.form.json")) return stop("the form cannot be read");
 
   auto document = make<DataDocument>();
   auto merge = make<clsHEDRO>();
@@ -29,6 +34,5 @@ int main() {
   }
   const bool saved =
       ref_cast<FormTemplate>(merge->TemplateOut)->Save(u"biology-merged.form.json") && document->Save(u"biology.ktd");
-  if (!saved) std::cerr << to_line(last_file_error()) << '\n';
-  return saved ? 0 : 1;
+  return saved ? 0 : stop("the results cannot be written");
 }

@@ -8,6 +8,7 @@
 
 #include "hedro34/platform/files.h"
 #include "hedro34/version.h"
+#include "host/input.h"
 #include "host/values.h"
 
 namespace host {
@@ -70,7 +71,7 @@ struct MergeWords {
   ImportWords import;
   std::string form, form_out, document_out;
   std::string max_questions = "0", sequence_question = "0";
-  bool quiet = false;
+  bool quiet = false, keep_going = false;
   std::vector<std::string> tests;
 
   explicit MergeWords(CLI::App& program)
@@ -83,7 +84,9 @@ struct MergeWords {
         ->type_name("N");
     app->add_option("--sequence-question", sequence_question, "Field with the version identifier; 0: none (default)")
         ->type_name("N");
-    app->add_flag("--quiet", quiet, "Show no warnings and refusals of removal and merge")->disable_flag_override();
+    app->add_flag("--quiet", quiet, "Show no boxes of removal and merge")->disable_flag_override();
+    app->add_flag("--keep-going", keep_going, "Write the outputs though the library has reported a failure")
+        ->disable_flag_override();
     app->add_option("TEST", tests, "ExamView XML file or KTD document; further ones are its versions")
         ->required()
         ->type_name("");
@@ -99,6 +102,7 @@ struct MergeWords {
     result.sequence_question =
         number_of("--sequence-question", sequence_question, std::numeric_limits<std::int32_t>::min());
     result.quiet = quiet;
+    result.keep_going = keep_going;
     for (const std::string& test : tests) result.tests.push_back(hedro34::from_utf8(test));
     return result;
   }
@@ -151,29 +155,56 @@ std::vector<std::string> prepared(const std::vector<std::string>& words) {
 
 using Named = std::pair<std::string, const String*>;
 
-// Every output differs from every other one and from every input.
+[[noreturn]] void named_twice(const Named& one, const Named& other, const std::string& what) {
+  throw Stop(ExitCode::WrongUsage, one.first + " and " + other.first + what);
+}
+
+// Every output differs from every other one and from every input, and standard input is read once.
 void check_distinct(const std::vector<Named>& outputs, const std::vector<Named>& inputs) {
+  const Named* standard_input = nullptr;
+  for (const Named& input : inputs) {
+    if (!is_standard_stream(*input.second)) continue;
+    if (standard_input != nullptr) {
+      named_twice(*standard_input, input, " are both standard input, which can be read once only; give one a file");
+    }
+    standard_input = &input;
+  }
   for (std::size_t i = 0; i < outputs.size(); ++i) {
+    const bool is_standard = is_standard_stream(*outputs[i].second);
     const auto check = [&](const Named& other) {
-      if (!hedro34::same_file(*outputs[i].second, *other.second)) return;
-      throw Stop(ExitCode::WrongUsage, outputs[i].first + " and " + other.first + " name the same file: " +
-                                           hedro34::to_utf8(*outputs[i].second) + "; give each its own");
+      if (!is_standard && hedro34::same_file(*outputs[i].second, *other.second)) {
+        named_twice(outputs[i], other,
+                    " name the same file: " + hedro34::to_utf8(*outputs[i].second) + "; give each its own");
+      }
     };
-    for (std::size_t k = i + 1; k < outputs.size(); ++k) check(outputs[k]);
+    for (std::size_t k = i + 1; k < outputs.size(); ++k) {
+      if (is_standard && is_standard_stream(*outputs[k].second)) {
+        named_twice(outputs[i], outputs[k], " are both standard output; give one a file");
+      }
+      check(outputs[k]);
+    }
     for (const Named& input : inputs) check(input);
   }
 }
 
 void check_distinct(const ShowCommand& command) {
-  if (command.import.messages) check_distinct({{"--messages", &*command.import.messages}}, {{"TEST", &command.test}});
+  if (!command.import.messages) return;
+  if (is_standard_stream(*command.import.messages)) {
+    throw Stop(ExitCode::WrongUsage, "--messages: what is shown goes to standard output; give the messages a file");
+  }
+  check_distinct({{"--messages", &*command.import.messages}}, {{"TEST", &command.test}});
+}
+
+std::vector<Named> outputs_of(const MergeCommand& command) {
+  std::vector<Named> outputs = {{"--form-out", &command.form_out}, {"--document-out", &command.document_out}};
+  if (command.import.messages) outputs.emplace_back("--messages", &*command.import.messages);
+  return outputs;
 }
 
 void check_distinct(const MergeCommand& command) {
-  std::vector<Named> outputs = {{"--form-out", &command.form_out}, {"--document-out", &command.document_out}};
-  if (command.import.messages) outputs.emplace_back("--messages", &*command.import.messages);
   std::vector<Named> inputs = {{"--form", &command.form}};
   for (const String& test : command.tests) inputs.emplace_back("TEST", &test);
-  check_distinct(outputs, inputs);
+  check_distinct(outputs_of(command), inputs);
 }
 
 template <class Asked>
@@ -183,6 +214,12 @@ Asked distinct(Asked command) {
 }
 
 }  // namespace
+
+bool writes_standard_output(const MergeCommand& command) {
+  const auto outputs = outputs_of(command);
+  return std::any_of(outputs.begin(), outputs.end(),
+                     [](const Named& output) { return is_standard_stream(*output.second); });
+}
 
 Command parse(const std::vector<std::string>& words) {
   for (std::size_t i = 0; i < words.size(); ++i) {
@@ -195,8 +232,9 @@ Command parse(const std::vector<std::string>& words) {
   app.set_version_flag("--version", "hedro34 " + std::string(hedro34::version));
   app.require_subcommand(1);
   app.footer(
+      "A file may be -, standard input or standard output.\n\n"
       "Exit codes: 0 done, 1 the library answered False, 2 wrong usage, 3 an input is at fault, 4 an output cannot be\n"
-      "written, 5 done but a failure was reported");
+      "written, 5 a failure was reported: merge writes nothing then, unless --keep-going is given");
   ShowWords show(app);
   MergeWords merge(app);
   FormWords form(app);

@@ -39,6 +39,7 @@ struct MergeCommand {
   std::int32_t max_questions = 0;
   std::int32_t sequence_question = 0;
   bool quiet = false;
+  bool keep_going = false;             // write the outputs though a failure was reported
   std::vector<hedro34::String> tests;  // at least one
 };
 
@@ -50,6 +51,9 @@ struct FormCommand {
   hedro34::String out;
 };
 
+// Whether an output of it is "-", so that standard output is for that alone.
+bool writes_standard_output(const MergeCommand& command);
+
 // A text that was asked for: the help or the version.
 struct Information {
   std::string text;
@@ -57,8 +61,8 @@ struct Information {
 
 using Command = std::variant<Information, ShowCommand, MergeCommand, FormCommand>;
 
-// What the words behind the program's name ask for. Throws a `Stop` with `WrongUsage` when they make no command, or when an
-// output would overwrite an input or another output.
+// What the words behind the program's name ask for. Throws a `Stop` with `WrongUsage` when they make no command, when an
+// output would overwrite an input or another output, or when a standard stream is named twice.
 Command parse(const std::vector<std::string>& words);
 
 }  // namespace host

@@ -1,8 +1,7 @@
 #include "host/form.h"
 
 #include "hedro34/documents/form_template.h"
-#include "hedro34/platform/file_error.h"
-#include "host/stop.h"
+#include "host/outputs.h"
 
 namespace host {
 namespace {
@@ -35,8 +34,9 @@ void form(const FormCommand& command) {
     if (i == 0 && !command.versions.empty()) add_field(*page, u"Version", command.versions);
     add_field(*page, u"Q" + decimal(i + 1), labels)->SetGraded(true);
   }
-  if (created->Save(command.out)) return;
-  throw Stop(ExitCode::BadOutput, "cannot write the form: " + to_line(last_file_error()));
+  Outputs outputs;
+  outputs.add("form", *created, command.out);
+  outputs.commit();
 }
 
 }  // namespace host

@@ -7,6 +7,7 @@
 
 #include "hedro34/platform/file_error.h"
 #include "hedro34/platform/files.h"
+#include "host/input.h"
 #include "host/stop.h"
 
 namespace host {
@@ -14,8 +15,8 @@ namespace {
 
 using namespace hedro34;
 
-// Whether the first character behind a byte-order mark and white space is "{". False for a file that cannot be read, which
-// the load then refuses.
+// Whether the first character behind a byte-order mark and white space is "{". False for a file that cannot be read, as
+// the load then says.
 bool is_ktd(const String& path) {
   constexpr std::string_view byte_order_mark = "\xef\xbb\xbf";
   constexpr std::string_view white_space = " \t\r\n";
@@ -32,64 +33,50 @@ bool is_ktd(const String& path) {
   }
 }
 
-// A test is read twice, first to see what kind of file it is, so a pipe will not do.
-void check_regular(const String& path) {
-  std::error_code error;
-  std::string name = to_utf8(path);
-  if (!std::filesystem::exists(name, error)) std::replace(name.begin(), name.end(), '\\', '/');  // as it will be read
-  const auto status = std::filesystem::status(name, error);
-  if (!std::filesystem::exists(status) || std::filesystem::is_regular_file(status) ||
-      std::filesystem::is_directory(status)) {
-    return;
-  }
-  throw Stop(ExitCode::BadInput,
-             "cannot read the test: " + to_utf8(path) + ": it is not a regular file; save it as one");
+[[noreturn]] void cannot_read(const Input& input) {
+  const bool wrong_kind = last_file_error().kind == FileError::Kind::WrongKind;
+  input.cannot_read(wrong_kind ? "; a test is an ExamView XML file or a KTD document" : "");
 }
 
-[[noreturn]] void refused_file(const String& path) {
-  FileError error = last_file_error();
-  error.path = path;
-  const bool wrong_kind = error.kind == FileError::Kind::WrongKind;
-  throw Stop(ExitCode::BadInput, "cannot read the test: " + to_line(error) +
-                                     (wrong_kind ? "; a test is an ExamView XML file or a KTD document" : ""));
+[[noreturn]] void answered_false(const std::string& operation, const String& path, const std::string& why) {
+  throw Stop(ExitCode::AnsweredFalse, operation + " answered False: " + to_utf8(path) + ": " + why);
 }
 
-[[noreturn]] void refused_load(const std::string& operation, const String& path, const std::string& why) {
-  throw Stop(ExitCode::Refused, operation + " answered False: " + to_utf8(path) + ": " + why);
-}
-
-void load_ktd(clsHEDROTest& test, const String& path, const Messages& messages) {
+void load_ktd(clsHEDROTest& test, const Input& input, const String& path, const Messages& messages) {
   const std::size_t failures = messages.failures();
-  const String library_path = ktd_path(path);
+  // Standard input has no name to take a title from.
+  const String library_path = input.is_standard_input() ? input.path() : ktd_path(path);
   std::error_code error;
-  if (std::filesystem::exists(to_utf8(library_path), error) && !same_file(path, library_path)) {
+  if (std::filesystem::exists(to_utf8(library_path), error) && !same_file(input.path(), library_path)) {
     throw Stop(ExitCode::BadInput, "cannot read the test: " + to_utf8(path) + ": a file named \"" +
                                        to_utf8(library_path) + "\" would be read in its place; rename that one");
   }
   clear_file_error();
   if (test.LoadKTD(library_path)) return;
-  if (last_file_error().kind != FileError::Kind::None) refused_file(path);
-  if (messages.failures() == failures) refused_load("LoadKTD", path, "there is no graded or subjective question in it");
+  if (last_file_error().kind != FileError::Kind::None) cannot_read(input);
+  if (messages.failures() == failures)
+    answered_false("LoadKTD", path, "there is no graded or subjective question in it");
   const auto separator = library_path.rfind(u'\\');
   const bool no_title = separator != String::npos && library_path.rfind(u'.') < separator;
-  refused_load("LoadKTD", path,
-               no_title ? "the file's name has no period, and a folder's has; rename the file to end in .ktd"
-                        : "the failure above says why");
+  answered_false("LoadKTD", path,
+                 no_title ? "the file's name has no period, and a folder's has; rename the file to end in .ktd"
+                          : "the failure above says why");
 }
 
-void load_xml(clsHEDROTest& test, const String& path, const ImportOptions& options, const Messages& messages) {
+void load_xml(clsHEDROTest& test, const Input& input, const String& path, const ImportOptions& options,
+              const Messages& messages) {
   const std::size_t failures = messages.failures();
   bool cancelled = false;
   clear_file_error();
-  if (test.LoadXML(path, options.odd_distractors_only, &cancelled)) return;
-  if (last_file_error().kind != FileError::Kind::None) refused_file(path);
+  if (test.LoadXML(input.path(), options.odd_distractors_only, &cancelled)) return;
+  if (last_file_error().kind != FileError::Kind::None) cannot_read(input);
   if (cancelled) {
-    refused_load("LoadXML", path,
-                 "the question about partial credit was answered with Cancel; --partial-credit ok takes the test");
+    answered_false("LoadXML", path,
+                   "the question about partial credit was answered with Cancel; --partial-credit ok takes the test");
   }
-  refused_load("LoadXML", path,
-               messages.failures() == failures ? "there is no question in it"
-                                               : "no question could be taken over; the failures above say why");
+  answered_false("LoadXML", path,
+                 messages.failures() == failures ? "there is no question in it"
+                                                 : "no question could be taken over; the failures above say why");
 }
 
 }  // namespace
@@ -100,16 +87,15 @@ String ktd_path(String path) {
   return mere_name && path.find(u'.') != String::npos ? u".\\" + path : path;
 }
 
-Ref<clsHEDROTest> load_test(const String& path, const ImportOptions& options, Messages& messages) {
-  check_regular(path);
+Ref<clsHEDROTest> load_test(const String& path, const ImportOptions& options, const Messages& messages) {
+  const Input input("test", path);
   const auto test = make<clsHEDROTest>();
-  test->SetError(messages.error_object());
   test->ImportObjectives = options.objectives;
   test->StateAbbreviation = options.state;
-  if (is_ktd(path)) {
-    load_ktd(*test, path, messages);
+  if (is_ktd(input.path())) {
+    load_ktd(*test, input, path, messages);
   } else {
-    load_xml(*test, path, options, messages);
+    load_xml(*test, input, path, options, messages);
   }
   return test;
 }

@@ -12,8 +12,8 @@ namespace host {
 hedro34::String ktd_path(hedro34::String path);
 
 // A new test from an ExamView file or a KTD document, whichever the file is. Throws a `Stop` when the library answers False:
-// `BadInput` when it refused the file, `Refused` when the file is in order but gives no test.
+// `BadInput` when the file cannot be used, `AnsweredFalse` when it is in order but gives no test.
 hedro34::Ref<hedro34::clsHEDROTest> load_test(const hedro34::String& path, const ImportOptions& options,
-                                              Messages& messages);
+                                              const Messages& messages);
 
 }  // namespace host

@@ -3,35 +3,39 @@
 
 #include "hedro34/base/failure.h"
 #include "hedro34/base/text.h"
-#include "hedro34/platform/files.h"
 #include "hedro34/platform/platform.h"
+#include "hedro34/runtime/basError.h"
 #include "hedro34/runtime/modStartup.h"
 #include "host/arguments.h"
 #include "host/form.h"
 #include "host/merge.h"
 #include "host/messages.h"
+#include "host/outputs.h"
 #include "host/show.h"
 #include "host/stop.h"
 
 namespace host {
 namespace {
 
-// Runs the steps; what ends them early becomes a line on standard error and the exit code.
+// Runs the steps; what ends them early becomes a line on standard error and the exit code. When there is no memory even for
+// the line of a failure, that is the line.
 template <class Steps>
-ExitCode finished(Steps steps) {
+ExitCode finished(Steps steps) noexcept {
   try {
-    return steps();
-  } catch (const Stop& stop) {
-    report(stop.line);
-    return stop.code;
-  } catch (const hedro34::Failure& failure) {
-    report("stopped by failure " + std::to_string(failure.number) + ": " + hedro34::to_utf8(failure.description));
+    try {
+      return steps();
+    } catch (const Stop& stop) {
+      report(stop.line);
+      return stop.code;
+    } catch (const hedro34::Failure& failure) {
+      report("stopped by failure " + std::to_string(failure.number) + ": " + hedro34::to_utf8(failure.description));
+    }
   } catch (const std::bad_alloc&) {
     report("stopped: out of memory");
   } catch (const std::exception& exception) {
-    report(std::string("stopped: ") + exception.what());
+    report({"stopped: ", exception.what()});
   }
-  return ExitCode::Refused;
+  return ExitCode::AnsweredFalse;
 }
 
 template <class TestCommand>
@@ -39,19 +43,20 @@ ExitCode run(const TestCommand& command, void (*steps)(const TestCommand&, Messa
   Messages messages(command.import.partial_credit);
   hedro34::platform().message_box = &messages;
   ExitCode code = finished([&] {
+    hedro34::set_error_object(messages.error_object());
     steps(command, messages);
     if (messages.failures() == 0) return ExitCode::Done;
-    report("done, with failures on the way: " + std::to_string(messages.failures()) +
-           ", named above; what they name is missing in the result");
-    return ExitCode::DoneWithFailures;
+    report({"done, but ", failures_reported});
+    return ExitCode::FailuresReported;
   });
   if (!command.import.messages) return code;
   const ExitCode written = finished([&] {
-    auto file = hedro34::PendingFile::write(*command.import.messages, messages.lines());
-    if (file && file->commit()) return ExitCode::Done;
-    throw Stop(ExitCode::BadOutput, "cannot write the messages: " + to_line(hedro34::last_file_error()));
+    Outputs outputs;
+    outputs.add("messages", messages.lines(), *command.import.messages);
+    outputs.commit();
+    return ExitCode::Done;
   });
-  const bool done = code == ExitCode::Done || code == ExitCode::DoneWithFailures;
+  const bool done = code == ExitCode::Done || code == ExitCode::FailuresReported;
   return done && written != ExitCode::Done ? written : code;
 }
 

@@ -5,9 +5,9 @@
 #include "hedro34/documents/data_document.h"
 #include "hedro34/documents/form_template.h"
 #include "hedro34/merge/clsHEDRO.h"
-#include "hedro34/platform/file_error.h"
-#include "hedro34/platform/files.h"
+#include "host/input.h"
 #include "host/load.h"
+#include "host/outputs.h"
 #include "host/stop.h"
 
 namespace host {
@@ -22,25 +22,28 @@ class MergeRoad {
   void run() {
     prepare();
     load_tests();
-    if (!asked([&] { return merge_->RemoveInvalid(command_.max_questions); })) refused("RemoveInvalid", emptied_test());
+    if (!asked([&] { return merge_->RemoveInvalid(command_.max_questions); }))
+      answered_false("RemoveInvalid", emptied_test());
     if (command_.tests.size() > 1) compare_versions();
     merge_->SequenceQuestion = command_.sequence_question;
     if (!asked([&] { return merge_->Merge(); })) {
-      refused("Merge", to_utf8(command_.tests.front()) + " with " + to_utf8(command_.form));
+      answered_false("Merge", to_utf8(command_.tests.front()) + " with " + to_utf8(command_.form));
     }
     const std::string summary = summarize();
+    if (messages_.failures() > 0 && !command_.keep_going) {
+      throw Stop(
+          ExitCode::FailuresReported,
+          std::string(failures_reported) + "; nothing is written: mend what they name, or write with --keep-going");
+    }
     write();
-    print(summary);
+    if (!writes_standard_output(command_)) print(summary);
   }
 
  private:
   void prepare() {
-    merge_->SetError(messages_.error_object());
+    const Input input("form", command_.form);
     const auto form = make<FormTemplate>();
-    clear_file_error();
-    if (!form->Load(command_.form)) {
-      throw Stop(ExitCode::BadInput, "cannot read the form: " + to_line(last_file_error()));
-    }
+    if (!form->Load(input.path())) input.cannot_read();
     merge_->Verbose = !command_.quiet;
     merge_->TemplateIn = form;
     merge_->TemplateOut = make<FormTemplate>();
@@ -51,7 +54,7 @@ class MergeRoad {
       const auto test = load_test(path, command_.import, messages_);
       const std::int32_t before = merge_->Tests->Count();
       if (!asked([&] { return merge_->Tests->Add(test), merge_->Tests->Count() > before; })) {
-        refused("Tests.Add", to_utf8(path));
+        answered_false("Tests.Add", to_utf8(path));
       }
     }
   }
@@ -60,16 +63,16 @@ class MergeRoad {
     const auto first = merge_->Tests->Item(1);
     const std::string first_path = to_utf8(command_.tests.front());
     if (!asked([&] { return merge_->ValidTestVersions(); })) {
-      refused("ValidTestVersions", "the versions of " + first_path);
+      answered_false("ValidTestVersions", "the versions of " + first_path);
     }
     if (first->Sequences->Count() == 0 &&
         !asked([&] { return first->Sequences->AddDefault(first->Questions, first->Version); })) {
-      refused("Sequences.AddDefault", first_path);
+      answered_false("Sequences.AddDefault", first_path);
     }
     for (std::size_t i = 1; i < command_.tests.size(); ++i) {
       const auto version = merge_->Tests->Item(static_cast<std::int32_t>(i + 1));
       if (!asked([&] { return first->AddSequence(version); })) {
-        refused("AddSequence", to_utf8(command_.tests[i]) + " as a version of " + first_path);
+        answered_false("AddSequence", to_utf8(command_.tests[i]) + " as a version of " + first_path);
       }
     }
   }
@@ -81,14 +84,14 @@ class MergeRoad {
     return operation();
   }
 
-  [[noreturn]] void refused(const std::string& operation, const std::string& where) const {
+  [[noreturn]] void answered_false(const std::string& operation, const std::string& where) const {
     const char* reason = "it gave no reason";
     if (messages_.count() > said_before_) {
       reason = "the message above says why";
     } else if (command_.quiet) {
       reason = "run it without --quiet to see why";
     }
-    throw Stop(ExitCode::Refused, operation + " answered False: " + where + ": " + reason);
+    throw Stop(ExitCode::AnsweredFalse, operation + " answered False: " + where + ": " + reason);
   }
 
   // The test at which the removal stopped: no test was without questions before.
@@ -115,24 +118,11 @@ class MergeRoad {
            line("Document                  ", one_line(to_utf8(command_.document_out)));
   }
 
-  // A file of the result, ready beside its target.
-  template <class Result, class Held>
-  static PendingFile prepared(const char* what, const Ref<Held>& result, const String& path) {
-    clear_file_error();
-    if (auto file = dynamic_cast<Result&>(*result).prepare(path)) return std::move(*file);
-    unwritable(what, {});
-  }
-
-  [[noreturn]] static void unwritable(const char* what, const std::string& state) {
-    throw Stop(ExitCode::BadOutput,
-               std::string("cannot write the ") + what + ": " + to_line(last_file_error()) + state);
-  }
-
   void write() const {
-    PendingFile form = prepared<FormTemplate>("form", merge_->TemplateOut, command_.form_out);
-    PendingFile document = prepared<DataDocument>("document", merge_->WENKTD, command_.document_out);
-    if (!form.commit()) unwritable("form", {});
-    if (!document.commit()) unwritable("document", "; the form is written: " + to_utf8(command_.form_out));
+    Outputs outputs;
+    outputs.add("form", dynamic_cast<FormTemplate&>(*merge_->TemplateOut), command_.form_out);
+    outputs.add("document", dynamic_cast<DataDocument&>(*merge_->WENKTD), command_.document_out);
+    outputs.commit();
   }
 
   const MergeCommand& command_;

@@ -6,8 +6,8 @@
 
 namespace host {
 
-// Runs it and prints a summary. Throws a `Stop` at the first step that fails. The outputs are written at the end, each whole
-// or not at all, and neither of them when one cannot be prepared.
+// Runs it and prints a summary. Throws a `Stop` at the first step that fails. The outputs are written at the end, both or
+// neither; neither as well when the library has reported a failure, unless the command is to keep going.
 void merge(const MergeCommand& command, Messages& messages);
 
 }  // namespace host

@@ -1,39 +1,70 @@
 #include "host/stop.h"
 
+#include <array>
 #include <cerrno>
 #include <cstdio>
-#include <iostream>
 #include <system_error>
 
 #include "hedro34/base/text.h"
 
 namespace host {
+namespace {
 
-std::string one_line(std::string_view text) {
+// Hands each character of the text to `put`, control characters as visible escapes.
+template <class Put>
+void escape(std::string_view text, const Put& put) {
   constexpr std::string_view hex = "0123456789abcdef";
-  std::string line;
   for (const char c : text) {
     const auto byte = static_cast<unsigned char>(c);
     if (byte >= 0x20 && byte != 0x7f) {
-      line += c;
-    } else if (c == '\n') {
-      line += "\\n";
-    } else if (c == '\t') {
-      line += "\\t";
+      put(c);
+    } else if (c == '\n' || c == '\t') {
+      put('\\');
+      put(c == '\n' ? 'n' : 't');
     } else {
-      line.append("\\x").append({hex[byte >> 4], hex[byte & 15]});
+      for (const char escaped : {'\\', 'x', hex[byte >> 4], hex[byte & 15]}) put(escaped);
     }
   }
+}
+
+// 0, or the reason in terms of `errno`.
+int written(std::string_view text) {
+  errno = 0;
+  const bool taken = std::fwrite(text.data(), 1, text.size(), stdout) == text.size();
+  return taken && std::fflush(stdout) == 0 ? 0 : errno;
+}
+
+[[noreturn]] void not_written(std::string_view what, int error) {
+  throw Stop(ExitCode::BadOutput,
+             "cannot write " + std::string(what) + "standard output: " + std::generic_category().message(error));
+}
+
+}  // namespace
+
+std::string one_line(std::string_view text) {
+  std::string line;
+  escape(text, [&](char c) { line += c; });
   return line;
 }
 
-void report(std::string_view line) { std::cerr << ("hedro34: " + one_line(line) + '\n') << std::flush; }
+void report(std::initializer_list<std::string_view> parts) noexcept {
+  std::array<char, 1024> buffer;
+  std::size_t size = 0;
+  const auto put = [&](char c) {
+    buffer[size++] = c;
+    if (size == buffer.size() || c == '\n') std::fwrite(buffer.data(), 1, std::exchange(size, 0), stderr);
+  };
+  for (const char c : std::string_view("hedro34: ")) put(c);
+  for (const std::string_view part : parts) escape(part, put);
+  put('\n');
+}
 
 void print(std::string_view text) {
-  errno = 0;
-  const bool written = std::fwrite(text.data(), 1, text.size(), stdout) == text.size();
-  if (written && std::fflush(stdout) == 0) return;
-  throw Stop(ExitCode::BadOutput, "cannot write standard output: " + std::generic_category().message(errno));
+  if (const int error = written(text); error != 0 && error != EPIPE) not_written({}, error);
+}
+
+void print_output(std::string_view what, std::string_view text) {
+  if (const int error = written(text); error != 0) not_written(std::string(what) + " to ", error);
 }
 
 bool is_utf8(std::string_view bytes) { return hedro34::to_utf8(hedro34::from_utf8(bytes)) == bytes; }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <exception>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -11,12 +12,16 @@ namespace host {
 
 enum class ExitCode {
   Done = 0,
-  Refused = 1,           // the library answered False to an operation
-  WrongUsage = 2,        // the command line cannot be carried out as it stands
-  BadInput = 3,          // an input file cannot be read, is malformed or is not what it should be
-  BadOutput = 4,         // an output cannot be written
-  DoneWithFailures = 5,  // done, and the outputs are written, but a failure was reported on the way
+  AnsweredFalse = 1,  // the library answered False to an operation, or the program had to stop, as for want of memory
+  WrongUsage = 2,     // the command line cannot be carried out as it stands
+  BadInput = 3,       // an input file cannot be read, is malformed or is not what it should be
+  BadOutput = 4,      // an output cannot be written
+  FailuresReported = 5,  // the library answered True but reported a failure on the way
 };
+
+// What exit code 5 means for what was read and merged.
+inline constexpr std::string_view failures_reported =
+    "the failures above were reported on the way: a question may be missing, and the keys behind it have moved up";
 
 class Stop : public std::exception {
  public:
@@ -30,11 +35,16 @@ class Stop : public std::exception {
 // UTF-8 as one line of a terminal: control characters become visible escapes such as "\n".
 std::string one_line(std::string_view text);
 
-// Writes "hedro34: " and the line to standard error.
-void report(std::string_view line);
+// Writes "hedro34: " and the parts as one line to standard error; needs no memory.
+void report(std::initializer_list<std::string_view> parts) noexcept;
+inline void report(std::string_view line) noexcept { report({line}); }
 
-// Writes to standard output, to the last byte. Throws a `Stop` when the system does not take all of it.
+// Writes to standard output, to the last byte. A reader that has gone away has seen enough: that ends it quietly. Throws a
+// `Stop` when the system does not take all of it for another reason.
 void print(std::string_view text);
+
+// The same for an output file that goes to standard output, which is not there without a reader.
+void print_output(std::string_view what, std::string_view text);
 
 // Whether the bytes are UTF-8.
 bool is_utf8(std::string_view bytes);

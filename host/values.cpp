@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <limits>
+#include <unordered_set>
 #include <utility>
 
 namespace host {
@@ -78,9 +79,14 @@ PartialCredit partial_credit_of(std::string_view text) {
 
 std::vector<hedro34::String> versions_of(std::string_view text) {
   std::vector<hedro34::String> versions;
+  std::unordered_set<hedro34::String, hedro34::IgnoringCase, hedro34::IgnoringCase> seen;
   for (const std::string_view part : split(text)) {
     if (part.empty()) wrong("--versions", text, "a list of identifiers with one comma between them, such as A,B,C");
-    versions.push_back(hedro34::from_utf8(part));
+    if (!seen.insert(versions.emplace_back(hedro34::from_utf8(part))).second) {
+      wrong("--versions", text,
+            "a list of different identifiers: \"" + std::string(part) +
+                "\" stands there twice, in any case of its letters");
+    }
   }
   return versions;
 }

@@ -21,7 +21,7 @@ hedro34::String state_of(std::string_view text);
 
 PartialCredit partial_credit_of(std::string_view text);
 
-// The identifiers between commas, none of them empty.
+// The identifiers between commas, none of them empty and no two the same in any case of their letters.
 std::vector<hedro34::String> versions_of(std::string_view text);
 
 // Holds a form against the most choices that have a letter and the most fields and pages that a form can count.

@@ -1,11 +1,14 @@
 #!/usr/bin/env python3
 """The program's commands `form` and `merge`: the files they write, what they leave when something fails, and the examples."""
 
+import fcntl
+import os
 import re
 import shutil
+import subprocess
 import unittest
 
-from program import PARTIAL, SOURCES, THREE, ProgramTest, examview, question, run
+from program import PARTIAL, PROGRAM, SOURCES, THREE, ProgramTest, examview, question, run
 
 
 class Form(ProgramTest):
@@ -85,6 +88,7 @@ class Merge(ProgramTest):
         self.file("out.ktd", "old document")
         versions, credit, no = ("Invalid Test Versions", 1), ("Partial Credit", 2), " answered False: "
         for files, arguments, code, fragments, said in [
+            ({"--form": "/dev/null"}, "a.xml", 3, ["cannot read the form: /dev/null: it is not a regular file"], []),
             ({"--form": "gone"}, "gone.xml", 3, ["cannot read the form: gone: No such file"], []),
             ({}, "essay.xml broken.xml", 3, ["broken.xml: line 2, column "], []),
             ({}, "--quiet essay.xml credit.xml", 1, [f"LoadXML{no}credit.xml", "--partial-credit ok"], [credit]),
@@ -105,6 +109,80 @@ class Merge(ProgramTest):
                 self.assertEqual([part for part in fragments if part not in outcome.line], [], outcome)
                 self.assertEqual((outcome.out, self.said()), ("", said))
                 self.assertEqual(self.files() | {"m": b""}, before)
+
+
+    def test_failures_on_the_way(self):
+        """With a reported failure nothing is written and what is there stays, unless the program is to keep going."""
+        self.file("twice.xml", examview(*[question(i, "mc", "B", THREE) for i in "wwx"]))
+        self.file("out.ktd", "old document")
+        before = self.files()
+        outcome = self.merge("--quiet twice.xml", code=5)
+        self.assertIn("a question may be missing, and the keys behind it have moved up; nothing is written: ", outcome.line)
+        self.assertEqual((outcome.out, self.said(), self.files() | {"m": b""}), ("", [457], before | {"m": b""}))
+        outcome = self.merge("--quiet --keep-going twice.xml", code=5)
+        self.assertIn("a question may be missing, and the keys behind it have moved up", outcome.line)
+        self.assertIn("Questions merged          2\n", outcome.out)
+        keys = [question["answerKey"] for question in self.json_of("out.ktd")["questions"]]
+        self.assertEqual((keys, "out.form" in self.files()), ([[], ["B"], ["B"], [], []], True))
+
+    def test_standard_streams(self):
+        """One input and one output may be `-`; nothing else goes to standard output then."""
+        self.merge("a.xml")
+        expected = self.files()
+        for files, tests, given, written in [
+            ({"--form-out": "-"}, "-", "a.xml", "out.form"),
+            ({"--document-out": "-"}, "-", "a.xml", "out.ktd"),
+            ({"--messages": "-", "--form": "-"}, "a.xml", "f", "m"),
+        ]:
+            with self.subTest(written), open(self.folder / given, "rb") as stdin:
+                (self.folder / written).write_text("old")
+                outcome = self.merge(tests, files, stdin=stdin)
+                self.assertEqual(outcome.out.encode(), expected[written])
+                self.assertEqual(self.files(), expected | {written: b"old"})
+        self.assertEqual(self.run_program("form", "--questions=4", "--choices=3", "--versions=A,B,C", "--out=-").out.encode(),
+                         expected["f"])
+        with open("/dev/full", "wb") as full:
+            self.file("out.ktd", "old")
+            outcome = self.merge("a.xml", {"--form-out": "-"}, stdout=full, code=4)
+        self.assertIn("cannot write the form to standard output: No space left", outcome.line)
+        self.assertEqual(self.json_of("f")["format"], "hedro34-form")
+        self.assertEqual((self.folder / "out.ktd").read_text(), "old")
+
+    def test_pairs(self):
+        """Programs that merge to one place at once leave the form and the document of one of them."""
+        for fields in "4567":
+            self.run_program("form", "--questions", fields, "--out", "f" + fields)
+        (self.folder / "there").mkdir()
+        for _ in range(6):
+            running = []
+            for fields in "4567" * 2:
+                files = ["--form", "f" + fields, "--form-out", "out.form", "--document-out", "there/out.ktd", "--quiet"]
+                running.append(subprocess.Popen([PROGRAM, "merge", *files, "a.xml"], cwd=self.folder, stdout=subprocess.DEVNULL))
+            self.assertEqual([process.wait() for process in running], [0] * 8)
+            fields = len(self.json_of("out.form")["pages"][0]["regions"])
+            self.assertEqual(len(self.json_of("there/out.ktd")["questions"]), fields)
+
+    def test_what_a_killed_program_left(self):
+        """The next run into a folder removes it; what a living process writes, and what is not ours, stays."""
+        gone = subprocess.Popen(["true"])
+        gone.wait()
+        names = {f".hedro34-{gone.pid}-1.tmp": False, f".hedro34-{os.getpid()}-1.tmp": True, ".hedro34-1-1.tmp": True,
+                 f".hedro34-{gone.pid}-2.tmp": True, f".hedro34-{gone.pid}.tmp": True, f"hedro34-{gone.pid}-1.tmp": True}
+        for name in names:
+            self.file(name, "")
+        with open(self.folder / f".hedro34-{gone.pid}-2.tmp", "rb") as held:  # a writer in another name space
+            fcntl.flock(held, fcntl.LOCK_EX)
+            self.merge("a.xml")
+        self.assertEqual({name: name in self.files() for name in names}, names)
+
+    def test_a_locked_folder(self):
+        self.file("out.form", "old")
+        folder = os.open(self.folder, os.O_RDONLY)
+        self.addCleanup(os.close, folder)
+        fcntl.flock(folder, fcntl.LOCK_EX)
+        outcome = self.merge("a.xml", code=4)
+        self.assertIn("cannot write the form: out.form: another program keeps the folder locked", outcome.line)
+        self.assertEqual((self.files()["out.form"], "out.ktd" in self.files()), (b"old", False))
 
 
 class Examples(ProgramTest):

@@ -88,6 +88,10 @@ class CommandLine(ProgramTest):
             "--sequence-question": [merge + "--sequence-question -2147483649", merge + "--sequence-question="],
             "--out": ["form --questions 3"], "--questions": ["form --out f", form + "0", form + "32767 --versions A"],
             "--choices": [form + "3 --choices 27", form + "3 --choices 0"],
+            '"a" stands there twice': [form + "3 --versions A,B,a"],
+            "both standard output": ["merge t.xml --form f --form-out - --document-out -", merge.replace("d ", "- --messages -")],
+            "both standard input": ["merge - - --form f --form-out g --document-out d", merge.replace("f ", "- ", 1) + "-"],
+            "goes to standard output": ["show --messages - t.xml"],
         }.items():
             for row in rows:
                 with self.subTest(row):
@@ -130,9 +134,8 @@ class Show(ProgramTest):
     def test_inputs_and_exit_codes(self):
         unit = json.dumps(UNIT)
         cannot_read, said_no = "hedro34: cannot read the test: ", "hedro34: {} answered False: {}: "
-        reading, writing = os.pipe()
-        os.close(reading)
-        with open("/dev/full", "wb") as full, open(writing, "wb") as nobody_reads:
+        os.mkfifo(self.folder / "pipe")
+        with open("/dev/full", "wb") as full:
             for code, name, content, expected, said, *how in [
                 (0, "show", SMALL, "Small Test\n==========\n\nVersion      B\nSource       ExamView file\n", ""),
                 (0, "prüfung ☃", SMALL, "        D  y\n        -  z\n      Key: -\n", ""),
@@ -140,11 +143,12 @@ class Show(ProgramTest):
                 (1, "none.xml", examview(title="None"), said_no.format("LoadXML", "none.xml"), ""),
                 (1, "./period", unit, said_no.format("LoadKTD", "./period"), '{"kind":"failure","number":5,'),
                 (3, "gone\n\x1b.xml", None, cannot_read + "gone\\n\\x1b.xml: No such file", ""),
+                (3, "pipe", None, cannot_read + "pipe: it is not a regular file; save it as one", ""),
+                (3, "/dev/null", None, cannot_read + "/dev/null: it is not a regular file", ""),
                 (3, "a.xml", "<examview>\n <question>\n</examview>", cannot_read + "a.xml: line 3, column ", ""),
                 (3, "b.ktd", '{\n  "format": "hedro34-ktd",,\n', cannot_read + "b.ktd: line 2, column ", ""),
                 (3, "c.ktd", UNIT | {"questions": [{"graded": 1}]}, cannot_read + "c.ktd: /questions/0/graded: ", ""),
                 (4, "twice.xml", TWICE, "cannot write standard output: No space left", FAILURE, ("stdout", full)),
-                (4, "twice.xml", TWICE, "cannot write standard output: Broken pipe", FAILURE, ("stdout", nobody_reads)),
                 (5, "twice.xml", TWICE, "Twice\n", FAILURE),
             ]:
                 if content is not None:
@@ -157,8 +161,26 @@ class Show(ProgramTest):
                     self.assertEqual(outcome.out != "", code in (0, 5))
                     self.assertEqual(outcome.err.count("\n"), (code != 0) + (said != ""))
             self.run_program("--help", code=4, stdout=full)
+        self.assertIn("a question may be missing, and the keys behind it have moved up", outcome.line)
         report = "Error# 457: {description}, Location: {location}\nhedro34: ".format(**json.loads(FAILURE))
         self.assertTrue(outcome.err.startswith(report), outcome)
+
+    def test_standard_streams(self):
+        """`-` is standard input; a reader of what is shown that goes away has seen enough."""
+        long = examview(question("1", "tf", "T", text="long " * 50_000), title="Long")
+        for content, expected in [(long, "Long\n"), (json.dumps(UNIT), "Test without a title\n"), ("<a/>", ""), ("", "")]:
+            with self.subTest(expected):
+                self.file("in", content)
+                with open(self.folder / "in", "rb") as given:
+                    outcome = self.run_program("show", "-", code=3 * (not expected), stdin=given)
+                self.assertTrue(outcome.out.startswith(expected), outcome)
+                self.assertTrue(expected or outcome.line.startswith("hedro34: cannot read the test: standard input: "), outcome)
+        self.file("t.xml", TWICE)
+        for command, code in [(["show", "t.xml"], 5), (["--help"], 0), (["form", "--questions", "9", "--out", "-"], 4)]:
+            reading, writing = os.pipe()
+            os.close(reading)
+            with self.subTest(command), open(writing, "wb") as nobody_reads:
+                self.assertEqual("Broken pipe" in self.run_program(*command, code=code, stdout=nobody_reads).err, code == 4)
 
     def test_partial_credit(self):
         self.file("t.xml", examview(question("1", "mc", "A", THREE, info=PARTIAL)))

@@ -22,10 +22,10 @@ class Outcome:
         return f"exit code {self.code}\n--- standard output\n{self.out}--- standard error\n{self.err}"
 
 
-def run(*arguments, cwd, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE):
+def run(*arguments, cwd, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, program=PROGRAM, **environment):
     """Runs the program in a folder. No terminal is near unless `stdin` is one."""
-    streams = {"stdin": stdin, "stdout": stdout, "stderr": subprocess.PIPE}
-    done = subprocess.run([PROGRAM, *arguments], cwd=cwd, timeout=120, check=False, start_new_session=True, **streams)
+    streams = {"stdin": stdin, "stdout": stdout, "stderr": subprocess.PIPE, "env": os.environ | environment}
+    done = subprocess.run([program, *arguments], cwd=cwd, timeout=120, check=False, start_new_session=True, **streams)
     return Outcome(done.returncode, (done.stdout or b"").decode(), done.stderr.decode())
 
 
