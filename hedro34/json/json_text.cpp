@@ -1,67 +1,63 @@
 #include "hedro34/json/json_text.h"
 
-#include <array>
+#include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstring>
 #include <utility>
 
 namespace hedro34 {
 namespace {
 
 constexpr std::size_t part_size = std::size_t{1} << 16;
+constexpr std::size_t longest_number = 32;
 
-constexpr bool needs_escape(char16_t unit) { return unit < 0x20 || unit == u'"' || unit == u'\\'; }
+constexpr bool is_plain(char16_t unit) { return unit >= 0x20 && unit < 0x80 && unit != u'"' && unit != u'\\'; }
 
 }  // namespace
 
 JsonText::JsonText(Layout layout, Sink sink) : layout_(layout), sink_(std::move(sink)) {
-  out_.reserve(part_size + part_size / 4);
-  levels_.reserve(8);
+  buffer_.resize(part_size + part_size / 4);
 }
 
 void JsonText::begin(char first, char last, Layout layout) {
-  separate();
-  out_ += first;
+  before_value();
+  put(first);
   levels_.push_back({last, layout});
 }
 
 void JsonText::end() {
   const Level level = levels_.back();
   levels_.pop_back();
-  if (level.layout == Layout::Indented && !level.empty) new_line();
-  out_ += level.end;
+  if (level.layout == Layout::Indented && !level.is_empty) new_line();
+  put(level.end);
 }
 
 void JsonText::key(std::string_view plain) {
   separate();
-  out_ += '"';
-  out_ += plain;
-  out_ += layout() == Layout::Compact ? "\":" : "\": ";
+  put('"');
+  put(plain);
+  put(layout() == Layout::Compact ? "\":" : "\": ");
   has_key_ = true;
 }
 
 void JsonText::key(StringView key) {
   separate();
   quoted(key);
-  out_ += layout() == Layout::Compact ? ":" : ": ";
+  put(layout() == Layout::Compact ? ":" : ": ");
   has_key_ = true;
 }
 
 void JsonText::value(StringView text) {
-  separate();
+  before_value();
   quoted(text);
 }
 
 void JsonText::value(std::string_view plain) {
-  separate();
-  out_ += '"';
-  out_ += plain;
-  out_ += '"';
-}
-
-void JsonText::literal(std::string_view text) {
-  separate();
-  out_ += text;
+  before_value();
+  put('"');
+  put(plain);
+  put('"');
 }
 
 void JsonText::value(std::int16_t value) { number(value); }
@@ -73,56 +69,82 @@ void JsonText::value(float value) { number(value); }
 void JsonText::value(double value) { number(value); }
 
 bool JsonText::finish() {
-  out_ += '\n';
+  put('\n');
   if (sink_) hand_on();
+  buffer_.resize(size_);
   return !stopped_;
 }
 
-void JsonText::separate() {
-  if (has_key_ || levels_.empty()) {
-    has_key_ = false;
-    return;
-  }
+inline void JsonText::before_value() {
+  if (!std::exchange(has_key_, false)) separate();
+}
+
+inline void JsonText::separate() {
+  if (levels_.empty()) return;
   Level& level = levels_.back();
-  if (!level.empty) out_ += level.layout == Layout::Spaced ? ", " : ",";
-  level.empty = false;
+  if (!std::exchange(level.is_empty, false)) put(level.layout == Layout::Spaced ? ", " : ",");
   if (level.layout == Layout::Indented) new_line();
 }
 
 void JsonText::new_line() {
-  if (sink_ && out_.size() >= part_size) hand_on();
-  out_ += '\n';
-  out_.append(2 * levels_.size(), ' ');
+  if (size_ >= part_size && sink_) hand_on();
+  const std::size_t blanks = 2 * levels_.size();
+  char* const target = free_space(1 + blanks);
+  target[0] = '\n';
+  std::memset(target + 1, ' ', blanks);
+  size_ += 1 + blanks;
 }
 
 void JsonText::hand_on() {
-  stopped_ = stopped_ || !sink_(out_);
-  out_.clear();
+  stopped_ = stopped_ || !sink_({buffer_.data(), size_});
+  size_ = 0;
 }
 
 void JsonText::quoted(StringView text) {
-  constexpr std::string_view hex = "0123456789abcdef";
-  out_ += '"';
-  std::size_t start = 0;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const char16_t unit = text[i];
-    if (!needs_escape(unit)) continue;
-    append_utf8(out_, text.substr(start, i - start));
-    start = i + 1;
-    out_ += '\\';
-    switch (unit) {
-      case u'"':
-      case u'\\': out_ += static_cast<char>(unit); break;
-      case u'\b': out_ += 'b'; break;
-      case u'\f': out_ += 'f'; break;
-      case u'\n': out_ += 'n'; break;
-      case u'\r': out_ += 'r'; break;
-      case u'\t': out_ += 't'; break;
-      default: out_.append("u00").append({hex[unit >> 4], hex[unit & 15]});
+  put('"');
+  while (!text.empty()) {
+    const StringView part = text.substr(0, part_size);
+    char* const target = free_space(part.size());
+    std::size_t plain = 0;
+    for (; plain < part.size() && is_plain(part[plain]); ++plain) target[plain] = static_cast<char>(part[plain]);
+    size_ += plain;
+    text.remove_prefix(plain);
+    if (plain == part.size()) continue;
+    if (text[0] < 0x80) {
+      escaped(text[0]);
+      text.remove_prefix(1);
+      continue;
     }
+    const auto* const end = std::find_if(text.begin(), text.end(), [](char16_t unit) { return unit < 0x80; });
+    const auto beyond = static_cast<std::size_t>(end - text.begin());
+    utf8_.clear();
+    append_utf8(utf8_, text.substr(0, beyond));
+    put(utf8_);
+    text.remove_prefix(beyond);
   }
-  append_utf8(out_, text.substr(start));
-  out_ += '"';
+  put('"');
+}
+
+void JsonText::escaped(char16_t unit) {
+  constexpr std::string_view hex = "0123456789abcdef";
+  switch (unit) {
+    case u'\b': return put("\\b");
+    case u'\f': return put("\\f");
+    case u'\n': return put("\\n");
+    case u'\r': return put("\\r");
+    case u'\t': return put("\\t");
+    case u'"': return put("\\\"");
+    case u'\\': return put("\\\\");
+    default:
+      put("\\u00");
+      put(hex[unit >> 4]);
+      put(hex[unit & 15]);
+  }
+}
+
+void JsonText::literal(std::string_view text) {
+  before_value();
+  put(text);
 }
 
 template <class Number>
@@ -130,9 +152,24 @@ void JsonText::number(Number value) {
   if constexpr (!std::is_integral_v<Number>) {
     if (!std::isfinite(value)) return literal("null");
   }
-  separate();
-  std::array<char, 32> digits;
-  out_.append(digits.data(), std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr);
+  before_value();
+  char* const target = free_space(longest_number);
+  size_ += static_cast<std::size_t>(std::to_chars(target, target + longest_number, value).ptr - target);
+}
+
+inline char* JsonText::free_space(std::size_t size) {
+  if (buffer_.size() - size_ < size) buffer_.resize(std::max(size_ + size, 2 * buffer_.size() + 64));
+  return buffer_.data() + size_;
+}
+
+inline void JsonText::put(std::string_view text) {
+  std::memcpy(free_space(text.size()), text.data(), text.size());
+  size_ += text.size();
+}
+
+inline void JsonText::put(char c) {
+  *free_space(1) = c;
+  ++size_;
 }
 
 }  // namespace hedro34

@@ -6,7 +6,8 @@
 //   json.key("number");
 //   json.value(457);
 //   json.end();
-//   use(json.str());                    // {"number":457}
+//   json.finish();
+//   use(json.str());                    // {"number":457} and a line feed
 #pragma once
 
 #include <concepts>
@@ -58,28 +59,37 @@ class JsonText {
   // Ends the text with a line feed and hands on what is left. False when the sink took no more: what came behind was dropped.
   bool finish();
 
-  bool stopped() const noexcept { return stopped_; }  // the sink takes no more
-  const std::string& str() const& noexcept { return out_; }
-  std::string str() && noexcept { return std::move(out_); }
+  bool stopped() const noexcept { return stopped_; }            // the sink takes no more
+  const std::string& str() const& noexcept { return buffer_; }  // once it is finished
+  std::string str() && noexcept { return std::move(buffer_); }
 
  private:
   struct Level {
     char end;
     Layout layout;
-    bool empty = true;
+    bool is_empty = true;
   };
 
   Layout layout() const noexcept { return levels_.empty() ? layout_ : levels_.back().layout; }
   void begin(char first, char last, Layout layout);
-  void separate();  // what stands between this value, or key, and the one before it
+  void before_value();
+  void separate();  // what stands between this element, or member, and the one before it
   void new_line();
   void hand_on();
   void quoted(StringView text);
+  void escaped(char16_t unit);
   void literal(std::string_view text);
   template <class Number>
   void number(Number value);
 
-  std::string out_;  // what was not handed on yet
+  // The free end of the buffer, of at least that size.
+  char* free_space(std::size_t size);
+  void put(std::string_view text);
+  void put(char c);
+
+  std::string buffer_;    // larger than what is in it: so a piece costs a copy and no more
+  std::size_t size_ = 0;  // what is in it and was not handed on yet
+  std::string utf8_;      // of characters beyond ASCII, on their way
   std::vector<Level> levels_;
   Layout layout_;
   bool has_key_ = false;
