@@ -1,6 +1,7 @@
 // What the sources for POSIX systems share: file descriptors, and paths as the system takes them.
 #pragma once
 
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -42,6 +43,17 @@ auto uninterrupted(const Call& call) {
   auto result = call();
   while (result == -1 && errno == EINTR) result = call();
   return result;
+}
+
+// The descriptor that `open` gives, interruptions aside. A standard stream that the caller of the program closed does not
+// lend its number to a file, into which the program would then write its lines.
+template <class Open>
+Descriptor opened(const Open& open) {
+  Descriptor descriptor(uninterrupted(open));
+  if (descriptor && descriptor.number() <= STDERR_FILENO) {
+    descriptor = Descriptor(::fcntl(descriptor.number(), F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+  }
+  return descriptor;
 }
 
 std::string system_reason(int error);

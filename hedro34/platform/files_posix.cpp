@@ -1,4 +1,3 @@
-#include <fcntl.h>
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -21,7 +20,7 @@ constexpr std::size_t least_read = 4096;
 // A descriptor, or none and the reason in `errno`, which is that of the path as it stands.
 Descriptor open_for_reading(const std::string& path) {
   const auto attempt = [](const std::string& form) {
-    return Descriptor(uninterrupted([&] { return ::open(form.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY); }));
+    return opened([&] { return ::open(form.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY); });
   };
   Descriptor descriptor = attempt(path);
   if (!descriptor && names_nothing(errno) && path.find('\\') != std::string::npos) {
@@ -52,7 +51,7 @@ Descriptor nameless_file() {
   std::error_code error;
   const fs::path folder = fs::temp_directory_path(error);
   std::string name = (error ? fs::path("/tmp") : folder) / "hedro34-XXXXXX";
-  Descriptor file(::mkostemp(name.data(), O_CLOEXEC));
+  Descriptor file = opened([&] { return ::mkostemp(name.data(), O_CLOEXEC); });
   if (file) ::unlink(name.c_str());
   return file;
 }

@@ -1,4 +1,3 @@
-#include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 
@@ -71,7 +70,7 @@ Descriptor create_beside(const fs::path& target, bool stand_in, std::string& nam
   Descriptor created;
   name = made_beside(target, [&](const char* made) {
     constexpr int flags = O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW;
-    created = Descriptor(uninterrupted([&] { return ::open(made, flags, mode); }));
+    created = opened([&] { return ::open(made, flags, mode); });
     if (!created || claim(created.number(), made)) return static_cast<bool>(created);
     created.close();
     errno = EEXIST;
@@ -91,7 +90,7 @@ class Folder {
   explicit Folder(const std::string& file) {
     const std::string folder = fs::path(file).parent_path().string();
     constexpr int flags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
-    descriptor_ = Descriptor(uninterrupted([&] { return ::open(folder.empty() ? "." : folder.c_str(), flags); }));
+    descriptor_ = opened([&] { return ::open(folder.empty() ? "." : folder.c_str(), flags); });
     struct stat status {};
     if (!descriptor_ || ::fstat(number(), &status) != 0) return;
     device_ = status.st_dev;
@@ -190,7 +189,7 @@ std::optional<PendingFile> PendingFile::write(StringView path, const std::functi
   if (error != 0) return failed(system_reason(error));
   if (!produced) return std::nullopt;
   // The lock stays with the second descriptor; closing the first is what a file of another machine fails at.
-  file.lock_ = ::fcntl(descriptor.number(), F_DUPFD_CLOEXEC, 0);
+  file.lock_ = ::fcntl(descriptor.number(), F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
   if (file.lock_ < 0 || !flush(descriptor.number()) || !descriptor.close()) return failed(system_reason(errno));
   return file;
 }
