@@ -23,7 +23,7 @@ using namespace posix;
 
 constexpr std::string_view temporary_start = ".hedro34-";
 constexpr std::string_view temporary_end = ".tmp";
-constexpr auto longest_wait = std::chrono::seconds(10);
+constexpr auto longest_wait = std::chrono::seconds(5);
 
 // Files that have no disk below them cannot be flushed, which is no failure.
 bool flush(int descriptor) {
