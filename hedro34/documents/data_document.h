@@ -7,7 +7,9 @@
 //   for (const auto& question : document->questions().all()) use(question->Name());
 //
 // Adding an element that is no object of this default is failure 13, an empty reference failure 91; an index is a position,
-// and for objectives also a key: failure 9 or 5 when it is not there, 13 for an index of another kind.
+// and for objectives also a key: failure 9 or 5 when it is not there, 13 for an index of another kind. Memory that runs out
+// leaves what was there: `Load`, `read`, `to_json`, `prepare` and `Save` answer with a file error, all else throws
+// std::bad_alloc, which a trap reports as failure 7.
 #pragma once
 
 #include <cstdint>

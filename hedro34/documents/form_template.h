@@ -9,7 +9,8 @@
 //   bool saved = form->Save(u"quiz.form.json");
 //
 // Counts are 16 bits wide: reading one that is above 32,767 is failure 6, and a form of more fields or pages is neither
-// loaded nor saved.
+// loaded nor saved. Memory that runs out is a file error of `Load`, `read`, `to_json`, `prepare` and `Save`; all else throws
+// std::bad_alloc then, which a trap reports as failure 7.
 #pragma once
 
 #include <cstdint>
