@@ -1,3 +1,4 @@
+#include <dirent.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 
@@ -7,7 +8,7 @@
 #include <chrono>
 #include <csignal>
 #include <cstdio>
-#include <system_error>
+#include <memory>
 #include <thread>
 #include <vector>
 
@@ -137,12 +138,12 @@ pid_t writer_of(std::string_view name) {
   return error == std::errc() && *end == '-' && process > 0 ? process : 0;
 }
 
-bool is_abandoned(const Folder& folder, const std::string& name) {
+bool is_abandoned(const Folder& folder, const char* name) {
   const pid_t writer = writer_of(name);
   if (writer == 0 || ::kill(writer, 0) == 0 || errno != ESRCH) return false;
   // In another name space, or on another machine, it may live.
   constexpr int flags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
-  const Descriptor file(::openat(folder.number(), name.c_str(), flags));
+  const Descriptor file(::openat(folder.number(), name, flags));
   struct stat status {};
   return file && ::fstat(file.number(), &status) == 0 && S_ISREG(status.st_mode) && status.st_uid == ::geteuid() &&
          try_lock(file.number());
@@ -285,11 +286,14 @@ void remove_abandoned_files(StringView path) noexcept {
     const fs::path target = behind_links(name);
     const Folder folder(target.string());
     if (folder.number() < 0 || !folder.lock({})) return;  // somebody renames in there
-    std::error_code error;
-    fs::directory_iterator entry(target.has_parent_path() ? target.parent_path() : fs::path("."), error);
-    for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
-      const std::string found = entry->path().filename();
-      if (is_abandoned(folder, found)) ::unlinkat(folder.number(), found.c_str(), 0);
+    // The iterators of std::filesystem end the process when they find no memory.
+    Descriptor listed = opened([&] { return ::openat(folder.number(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
+    const auto close = [](DIR* entries) { ::closedir(entries); };
+    const std::unique_ptr<DIR, decltype(close)> entries(listed ? ::fdopendir(listed.number()) : nullptr, close);
+    if (!entries) return;
+    listed.detach();
+    while (const dirent* entry = ::readdir(entries.get())) {
+      if (is_abandoned(folder, entry->d_name)) ::unlinkat(folder.number(), entry->d_name, 0);
     }
   } catch (const std::exception&) {
     // It is left to a later run.
