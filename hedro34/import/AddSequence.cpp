@@ -35,8 +35,7 @@ bool fits(const clsHEDROTestQuestions& base, const clsHEDROTestQuestion& questio
 }  // namespace
 
 bool clsHEDROTest::AddSequence(const Ref<clsHEDROTest>& oTestVersion) {
-  bool result = false;
-  trap({u"clsHEDROTest", u"AddSequence"}, [&] {
+  return trap<bool>({u"clsHEDROTest", u"AddSequence"}, [&](auto& result) {
     if (!oTestVersion) return;
     if (Sequences->Exists(oTestVersion->Version)) {
       refuse(u"Version Exists", u"The new version already exists.\r\n\r\nVersion: " + oTestVersion->Version.str());
@@ -59,7 +58,6 @@ bool clsHEDROTest::AddSequence(const Ref<clsHEDROTest>& oTestVersion) {
     }
     result = Sequences->Add(sequence);
   });
-  return result;
 }
 
 }  // namespace hedro34

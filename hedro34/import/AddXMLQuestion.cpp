@@ -125,8 +125,7 @@ void read_info(clsHEDROTest& test, clsHEDROTestQuestion& question, const Ref<IXM
 }  // namespace
 
 bool clsHEDROTest::AddXMLQuestion(const Ref<IXMLDOMNode>& oNode, bool& bPartialCredit) {
-  bool result = false;
-  trap({u"clsHEDROTest", u"AddXMLQuestion"}, [&] {
+  return trap<bool>({u"clsHEDROTest", u"AddXMLQuestion"}, [&](auto& result) {
     const auto question = make<clsHEDROTestQuestion>();
     const Ref<IXMLDOMNamedNodeMap> attributes = oNode->attributes();
     if (const auto type = named(attributes, u"type")) question->QuestionType = QuestionType(to_text(type->nodeValue()));
@@ -156,7 +155,6 @@ bool clsHEDROTest::AddXMLQuestion(const Ref<IXMLDOMNode>& oNode, bool& bPartialC
     Questions->Add(question);
     result = true;
   });
-  return result;
 }
 
 }  // namespace hedro34

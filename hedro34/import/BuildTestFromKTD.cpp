@@ -150,8 +150,7 @@ void fill_scale(const Ref<clsHEDROTestStrings>& scale, const clsHEDROTestQuestio
 }  // namespace
 
 bool BuildTestFromKTD(clsHEDROTest* oTest, WENKtdDocument* oKTD) {
-  bool result = false;
-  trap({u"basPublic", u"BuildTestFromKTD"}, [&] {
+  return trap<bool>({u"basPublic", u"BuildTestFromKTD"}, [&](auto& result) {
     if (oKTD == nullptr || oTest == nullptr) return;
     oTest->UserDefined = true;
     oTest->Description = oKTD->Description();
@@ -166,7 +165,6 @@ bool BuildTestFromKTD(clsHEDROTest* oTest, WENKtdDocument* oKTD) {
     fill_scale(oTest->MultipleChoiceEvenScale, *oTest->Questions, 2);
     result = true;
   });
-  return result;
 }
 
 }  // namespace hedro34

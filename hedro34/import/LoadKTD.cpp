@@ -18,8 +18,8 @@ StringView title_of(StringView path) {
 }  // namespace
 
 bool clsHEDROTest::LoadKTD(const String& sKTDFile) {
-  bool result = false;
-  trap({u"clsHEDROTest", u"LoadKTD"}, [&] {
+  return trap<bool>({u"clsHEDROTest", u"LoadKTD"}, [&](auto& result) {
+    clear_file_error();
     const String path = sKTDFile;  // it may be a text of this test, which `Clear` empties
     const Ref<WENKtdDocument> document = platform().document_objects->document();
     if (!document->Load(path)) return;
@@ -29,7 +29,6 @@ bool clsHEDROTest::LoadKTD(const String& sKTDFile) {
     if (!TrimScales()) return;
     result = Questions->Count() > 0;
   });
-  return result;
 }
 
 }  // namespace hedro34

@@ -32,8 +32,7 @@ bool user_cancels_partial_credit() {
 
 bool clsHEDROTest::LoadXML(const String& sExamViewXMLFile, bool bOddDistractorsOnly, bool* bUserCancelled,
                            bool bVerbose) {
-  bool result = false;
-  trap({u"clsHEDROTest", u"LoadXML"}, [&] {
+  return trap<bool>({u"clsHEDROTest", u"LoadXML"}, [&](auto& result) {
     clear_file_error();
     Clear();
     Source = HEDROTestSourceTypeExamView;
@@ -64,7 +63,6 @@ bool clsHEDROTest::LoadXML(const String& sExamViewXMLFile, bool bOddDistractorsO
     if (!TrimScales()) return;
     result = Questions->Count() > 0;
   });
-  return result;
 }
 
 }  // namespace hedro34

@@ -136,8 +136,7 @@ bool is_text_variable(const Ref<IXMLDOMNode>& node) {
 }
 
 Flat flatten(const Ref<IXMLDOMNode>& node) {
-  Flat result;
-  trap({u"clsHEDROTest", u"NodeText"}, [&] {
+  return trap<Flat>({u"clsHEDROTest", u"NodeText"}, [&](auto& result) {
     const Element element = element_of(node->baseName());
     const Ref<IXMLDOMNodeList> children = node->childNodes();
     const std::int32_t count = children ? children->length() : 0;
@@ -157,7 +156,6 @@ Flat flatten(const Ref<IXMLDOMNode>& node) {
     flat.finish();
     result = std::move(flat);
   });
-  return result;
 }
 
 }  // namespace

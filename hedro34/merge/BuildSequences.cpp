@@ -24,8 +24,7 @@ bool order_of(WENKtdQuestions& questions, const clsHEDROTestQuestions& version,
 }  // namespace
 
 bool clsHEDRO::ValidVersionIdentifier(StringView sVersion) {
-  bool result = false;
-  quietly([&] {
+  return quietly<bool>([&](auto& result) {
     const Ref<WENKtdQuestions> questions = WENKTD->Questions();
     if (SequenceQuestion > questions->Count() || SequenceQuestion < 1) return;
     const Ref<WENKtdQuestion> question = questions->Item(SequenceQuestion);
@@ -35,12 +34,10 @@ bool clsHEDRO::ValidVersionIdentifier(StringView sVersion) {
       result = equal_ignoring_case(labels->Item(i), sVersion);
     }
   });
-  return result;
 }
 
 bool clsHEDRO::BuildSequences(const KeyedList<std::int32_t>& oFieldNumbers) {
-  bool result = false;
-  trap(here(u"BuildSequences"), [&] {
+  return trap<bool>(here(u"BuildSequences"), [&](auto& result) {
     const auto accept = [&](StringView version) {
       if (ValidVersionIdentifier(version)) return true;
       if (Verbose) {
@@ -71,7 +68,6 @@ bool clsHEDRO::BuildSequences(const KeyedList<std::int32_t>& oFieldNumbers) {
     }
     result = true;
   });
-  return result;
 }
 
 }  // namespace hedro34

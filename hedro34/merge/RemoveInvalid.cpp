@@ -59,8 +59,7 @@ std::vector<std::int32_t> remove_unsupported(const Ref<clsHEDROTestQuestions>& q
 }  // namespace
 
 bool clsHEDRO::RemoveInvalid(std::int32_t lMaxQuestions) {
-  bool result = false;
-  trap(here(u"RemoveInvalid"), [&] {
+  return trap<bool>(here(u"RemoveInvalid"), [&](auto& result) {
     const std::int32_t tests = Tests->Count();
     for (std::int32_t n = 1; n <= tests; ++n) {
       const Ref<clsHEDROTest> test = Tests->Item(n);
@@ -115,7 +114,6 @@ bool clsHEDRO::RemoveInvalid(std::int32_t lMaxQuestions) {
     }
     result = true;
   });
-  return result;
 }
 
 }  // namespace hedro34

@@ -28,8 +28,7 @@ StringView difference(const clsHEDROTestQuestions& original, const clsHEDROTestQ
 }  // namespace
 
 bool clsHEDRO::ValidTestVersions() {
-  bool result = false;
-  trap(here(u"ValidTestVersions"), [&] {
+  return trap<bool>(here(u"ValidTestVersions"), [&](auto& result) {
     if (Tests->Count() > 1) {
       const Ref<clsHEDROTest> original = Tests->Item(1);
       for (std::int32_t n = 2; n <= Tests->Count(); ++n) {
@@ -43,7 +42,6 @@ bool clsHEDRO::ValidTestVersions() {
     }
     result = true;
   });
-  return result;
 }
 
 }  // namespace hedro34

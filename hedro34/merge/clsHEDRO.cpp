@@ -23,9 +23,7 @@ clsHEDRO::~clsHEDRO() {
 }
 
 bool clsHEDRO::SetError(const Ref<Object>& oErr) {
-  bool result = false;
-  trap(here(u"SetError"), [&] { result = set_error_object(oErr); });
-  return result;
+  return trap<bool>(here(u"SetError"), [&](auto& result) { result = set_error_object(oErr); });
 }
 
 }  // namespace hedro34

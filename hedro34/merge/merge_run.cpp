@@ -7,9 +7,7 @@
 namespace hedro34 {
 
 bool clsHEDRO::Merge() {
-  bool result = false;
-  trap(here(u"Merge"), [&] { result = MergeRun(*this).run(); });
-  return result;
+  return trap<bool>(here(u"Merge"), [&](auto& result) { result = MergeRun(*this).run(); });
 }
 
 bool MergeRun::run() {

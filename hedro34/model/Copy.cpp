@@ -4,8 +4,7 @@
 namespace hedro34 {
 
 Ref<clsHEDROTest> clsHEDROTest::Copy() const {
-  Ref<clsHEDROTest> result;
-  trap({u"clsHEDROTest", u"Copy"}, [&] {
+  return trap<Ref<clsHEDROTest>>({u"clsHEDROTest", u"Copy"}, [&](auto& result) {
     const auto copy = make<clsHEDROTest>();
     copy->MultipleChoiceEvenScale = MultipleChoiceEvenScale->Copy();
     copy->MultipleChoiceOddScale = MultipleChoiceOddScale->Copy();
@@ -23,12 +22,10 @@ Ref<clsHEDROTest> clsHEDROTest::Copy() const {
     for (std::int32_t i = 1; i <= Sequences->Count(); ++i) copy->Sequences->Add(Sequences->Item(i)->Copy(Questions));
     result = copy;
   });
-  return result;
 }
 
 Ref<clsHEDROTestQuestion> clsHEDROTestQuestion::Copy() const {
-  Ref<clsHEDROTestQuestion> result;
-  trap({u"clsHEDROTestQuestion", u"Copy"}, [&] {
+  return trap<Ref<clsHEDROTestQuestion>>({u"clsHEDROTestQuestion", u"Copy"}, [&](auto& result) {
     const auto copy = make<clsHEDROTestQuestion>();
     copy->Answers->AddDelimitedString(Answers->AsString(tab), tab);
     copy->Difficulty = Difficulty;
@@ -49,7 +46,6 @@ Ref<clsHEDROTestQuestion> clsHEDROTestQuestion::Copy() const {
     copy->CorrectAnswers = CorrectAnswers->Copy();
     result = copy;
   });
-  return result;
 }
 
 }  // namespace hedro34

@@ -5,12 +5,10 @@
 namespace hedro34 {
 
 String CString(const Variant& vValue) {
-  String result;
-  trap({u"basPublic", u"CString"}, [&] {
+  return trap<String>({u"basPublic", u"CString"}, [&](auto& result) {
     if (vValue.is<Null>() || vValue.is<Empty>() || vValue.is<Missing>()) return;
     result = to_text(vValue);
   });
-  return result;
 }
 
 }  // namespace hedro34

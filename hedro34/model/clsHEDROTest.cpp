@@ -59,8 +59,7 @@ clsHEDROTest::~clsHEDROTest() {
 }
 
 HEDROTestQuestionType clsHEDROTest::QuestionType(const Variant& vType) const {
-  auto result = HEDROTestQuestionType{};
-  trap(here(u"QuestionType"), [&] {
+  return trap<HEDROTestQuestionType>(here(u"QuestionType"), [&](auto& result) {
     const String* text = vType.text();
     const double number = text == nullptr ? to_double(vType) : 0;
     for (const Code& code : codes) {
@@ -71,7 +70,6 @@ HEDROTestQuestionType clsHEDROTest::QuestionType(const Variant& vType) const {
     }
     result = HEDROTestQuestionTypeUnknown;
   });
-  return result;
 }
 
 void clsHEDROTest::Clear() {
@@ -91,19 +89,15 @@ void clsHEDROTest::Clear() {
 }
 
 bool clsHEDROTest::SetError(const Ref<Object>& oErr) {
-  bool result = false;
-  trap(here(u"SetError"), [&] { result = set_error_object(oErr); });
-  return result;
+  return trap<bool>(here(u"SetError"), [&](auto& result) { result = set_error_object(oErr); });
 }
 
 std::int32_t clsHEDROTest::NumObjectives() const {
-  std::int32_t result = 0;
-  trap(here(u"NumObjectives"), [&] {
+  return trap<std::int32_t>(here(u"NumObjectives"), [&](auto& result) {
     std::int32_t sum = 0;
     for (std::int32_t i = 1; i <= Questions->Count(); ++i) sum += Questions->Item(i)->LearningObjectives->Count();
     result = sum;
   });
-  return result;
 }
 
 }  // namespace hedro34

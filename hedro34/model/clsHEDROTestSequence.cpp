@@ -16,8 +16,7 @@ clsHEDROTestSequence::~clsHEDROTestSequence() {
 }
 
 Ref<clsHEDROTestSequence> clsHEDROTestSequence::Copy(const Ref<clsHEDROTestQuestions>& oQuestions) const {
-  Ref<clsHEDROTestSequence> result;
-  trap(here(u"Copy"), [&] {
+  return trap<Ref<clsHEDROTestSequence>>(here(u"Copy"), [&](auto& result) {
     auto copy = make<clsHEDROTestSequence>();
     copy->Answer = Answer.str();
     for (std::int32_t i = 1; i <= Order->Count(); ++i) {
@@ -25,7 +24,6 @@ Ref<clsHEDROTestSequence> clsHEDROTestSequence::Copy(const Ref<clsHEDROTestQuest
     }
     result = std::move(copy);
   });
-  return result;
 }
 
 }  // namespace hedro34

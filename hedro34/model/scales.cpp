@@ -31,8 +31,7 @@ std::int16_t answer_at(const Ref<clsHEDROTestCorrect>& answers, std::int32_t pos
 }  // namespace
 
 bool clsHEDROTest::PopulateMultipleChoiceScales(const Ref<IXMLDOMNode>& oNode, bool bOddDistractorsOnly) {
-  bool result = false;
-  trap(here(u"PopulateMultipleChoiceScales"), [&] {
+  return trap<bool>(here(u"PopulateMultipleChoiceScales"), [&](auto& result) {
     if (!oNode) return;
     const Ref<IXMLDOMNamedNodeMap> attributes = oNode->attributes();
     if (!attributes || attributes->length() == 0) return;
@@ -52,12 +51,10 @@ bool clsHEDROTest::PopulateMultipleChoiceScales(const Ref<IXMLDOMNode>& oNode, b
     const bool even_added = MultipleChoiceEvenScale->AddArray(one_by_one(even));
     result = odd_added && even_added;
   });
-  return result;
 }
 
 bool clsHEDROTest::TrimScales() {
-  bool result = false;
-  trap(here(u"TrimScales"), [&] {
+  return trap<bool>(here(u"TrimScales"), [&](auto& result) {
     std::int32_t longest = 0;
     for (std::int32_t i = 1; i <= Questions->Count(); ++i) {
       longest = std::max(longest, Questions->Item(i)->Answers->Count());
@@ -66,13 +63,11 @@ bool clsHEDROTest::TrimScales() {
     shorten(MultipleChoiceOddScale, longest);
     result = true;
   });
-  return result;
 }
 
 Ref<clsHEDROTestStrings> clsHEDROTest::QuestionScale(const Variant& vQuestionIndex,
                                                      const Variant& vIsOddOverride) const {
-  Ref<clsHEDROTestStrings> result;
-  trap(here(u"QuestionScale"), [&] {
+  return trap<Ref<clsHEDROTestStrings>>(here(u"QuestionScale"), [&](auto& result) {
     if (!Questions->Exists(vQuestionIndex)) return;
     const Ref<clsHEDROTestQuestion> question = Questions->Item(vQuestionIndex);
     switch (question->QuestionType) {
@@ -89,13 +84,11 @@ Ref<clsHEDROTestStrings> clsHEDROTest::QuestionScale(const Variant& vQuestionInd
     for (std::int32_t i = scale->Count(); i < answers; ++i) scale->Add({});
     result = scale;
   });
-  return result;
 }
 
 String clsHEDROTest::CorrectAnswersAsString(const Variant& vQuestionIndex, StringView sDelimiter,
                                             bool bEnclosedByParens, bool bNumeric) const {
-  String result;
-  trap(here(u"CorrectAnswersAsString"), [&] {
+  return trap<String>(here(u"CorrectAnswersAsString"), [&](auto& result) {
     if (!Questions->Exists(vQuestionIndex)) return;
     const Ref<clsHEDROTestStrings> scale = QuestionScale(vQuestionIndex);
     const Ref<clsHEDROTestCorrect> correct = Questions->Item(vQuestionIndex)->CorrectAnswers;
@@ -110,12 +103,10 @@ String clsHEDROTest::CorrectAnswersAsString(const Variant& vQuestionIndex, Strin
     }
     result = std::move(text);
   });
-  return result;
 }
 
 Array<String> clsHEDROTest::CorrectAnswersAsArray(const Variant& vQuestionIndex, bool bAsString) const {
-  Array<String> result;
-  trap(here(u"CorrectAnswersAsArray"), [&] {
+  return trap<Array<String>>(here(u"CorrectAnswersAsArray"), [&](auto& result) {
     if (!Questions->Exists(vQuestionIndex)) return;
     const Ref<clsHEDROTestStrings> scale = QuestionScale(vQuestionIndex);
     const Ref<clsHEDROTestCorrect> correct = Questions->Item(vQuestionIndex)->CorrectAnswers;
@@ -127,7 +118,6 @@ Array<String> clsHEDROTest::CorrectAnswersAsArray(const Variant& vQuestionIndex,
     }
     result = std::move(answers);
   });
-  return result;
 }
 
 }  // namespace hedro34

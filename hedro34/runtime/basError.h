@@ -60,6 +60,24 @@ bool quietly(Body body) {
   return run_quietly([](void* context) { (*static_cast<Body*>(context))(); }, &body);
 }
 
+// For an operation with a result, which `body(result)` changes as it goes: whatever it was when the body ended or failed is
+// given back. It starts as the empty value of its type.
+//
+//   return trap<bool>(here(u"Clear"), [&](auto& result) { ... });
+template <class Result, class Body>
+Result trap(const Location& where, Body body) {
+  Result result{};
+  trap(where, [&] { body(result); });
+  return result;
+}
+
+template <class Result, class Body>
+Result quietly(Body body) {
+  Result result{};
+  quietly([&] { body(result); });
+  return result;
+}
+
 template <class Body>
 std::optional<Failure> caught(Body body) {
   return run_caught([](void* context) { (*static_cast<Body*>(context))(); }, &body);
