@@ -359,3 +359,5 @@ TEST(LoadKTD, ReportsAFailingDocument) {
 
 }  // namespace
 }  // namespace hedro34::testing
+    EXPECT_FALSE(make<clsHEDROTest>()->LoadXML(u"another file"));
+    EXPECT_EQ(last_file_error().kind, FileError::Kind::None) << "of the file before";

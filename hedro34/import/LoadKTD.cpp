@@ -1,5 +1,6 @@
 // Loading of a data document as a test.
 #include "hedro34/import/BuildTestFromKTD.h"
+#include "hedro34/platform/file_error.h"
 #include "hedro34/platform/platform.h"
 
 namespace hedro34 {
