@@ -33,6 +33,15 @@ TEST(LoadXML, AFileThatIsNoTestIsRefusedSilently) {
   EXPECT_EQ(import.load_path(import.folder.path("none.xml")), Lines{"False {}"});
 }
 
+TEST(LoadXML, TakesAPathThatTheTestItselfHolds) {
+  Import import;
+  import.test->Notes = import.folder.write("test.xml", file("<header><title>T</title></header>" + true_false));
+  EXPECT_EQ(import.load_path(import.test->Notes), (Lines{R"(True {"title":"T"})", true_false_line}));
+  import.test->Notes = import.folder.write("none.xml", "<test/>");
+  EXPECT_EQ(import.load_path(import.test->Notes), Lines{"False {}"});
+  EXPECT_EQ(last_file_error().path, import.folder.path("none.xml"));
+}
+
 TEST(LoadXML, ReadsTheFirstHeader) {
   const std::pair<std::string, std::string> rows[] = {
       {"<header><VERSION>V</VERSION><tItLe>T</tItLe></header>", R"({"title":"T","version":"V"})"},
@@ -76,7 +85,7 @@ TEST(LoadXML, AsksOnceAboutPartialCredit) {
   Import import;  // questions that are left out count, those of an earlier load do not
   EXPECT_EQ(import.questions("<question question-id='1'/>" + asking), (Lines{R"({"id":"1"})", duplicate, partial_box}));
   EXPECT_EQ(import.questions("<question>" + partial + "<info><points>1e39</points></info></question>"),
-            (Lines{"6 Overflow: HEDRO34 - clsHEDROTest.AddXMLQuestion", partial_box}));
+            (Lines{reported(6, "clsHEDROTest.AddXMLQuestion"), partial_box}));
   EXPECT_EQ(import.questions(true_false), Lines{true_false_line});
 
   bool cancelled = true;
@@ -158,7 +167,7 @@ TEST(LoadXML, AFailureLeavesWhatWasRead) {
   const std::string report = refused + "LoadXML";
   const std::string header = R"( {"title":"T","version":"V"})";
   const std::pair<String, Lines> rows[] = {
-      {u"document", {"False {}", "429 Component can't create object: HEDRO34 - clsHEDROTest.LoadXML"}},
+      {u"document", {"False {}", reported(429, "clsHEDROTest.LoadXML")}},
       {u"not async", {"False {}", report}},
       {u"header", {"False {}", report}},
       {u"question", {"False" + header, report}},
@@ -180,9 +189,8 @@ TEST(LoadXML, AFailureLeavesWhatWasRead) {
             (Lines{"True {}", true_false_line, refused + "PopulateMultipleChoiceScales"}));
   import.test->MultipleChoiceOddScale = nullptr;
   EXPECT_FALSE(import.test->LoadXML(import.folder.write("test.xml", file(letters("fghij") + with_choices(1)))));
-  EXPECT_EQ(import.recorder.take(),
-            (Lines{"91 Object variable not set: HEDRO34 - clsHEDROTest.PopulateMultipleChoiceScales",
-                   "91 Object variable not set: HEDRO34 - clsHEDROTest.TrimScales"}));
+  EXPECT_EQ(import.recorder.take(), (Lines{reported(91, "clsHEDROTest.PopulateMultipleChoiceScales"),
+                                           reported(91, "clsHEDROTest.TrimScales")}));
   EXPECT_EQ(import.test->MultipleChoiceEvenScale->AsString(u""), u"A") << "the even scale is cut first";
 }
 
@@ -209,12 +217,12 @@ TEST(LoadXML, SurvivesMemoryThatRunsOut) {
                      R"(memory"],"correct":[2],"notes":"notes that need memory","objectives":["o","p"]})",
                      true_false_line}));
   };
-  std::set<std::string> expected = {"91 Object variable not set: HEDRO34 - clsHEDROTest.AddXMLQuestion",
+  std::set<std::string> expected = {reported(91, "clsHEDROTest.AddXMLQuestion"),
                                     "7 Out of memory: clsHEDROTestCorrect.Add"};
   for (const char* place :
        {".LoadXML", ".AddXMLQuestion", ".NodeText", ".PopulateMultipleChoiceScales", "Question.Class_Initialize",
         "Questions.Add", "Strings.AddDelimitedString", "Strings.Add"}) {
-    expected.insert("7 Out of memory: HEDRO34 - clsHEDROTest" + std::string(place));
+    expected.insert(reported(7, "clsHEDROTest") + std::string(place));
   }
   EXPECT_EQ(fail_each_allocation(prepare, load, check), expected);
 }

@@ -66,6 +66,11 @@ class Recorder : public MessageBox {
 
 using Lines = std::vector<std::string>;
 
+// The line of a failure that was reported at a place such as "clsHEDROTest.Clear".
+inline std::string reported(std::int32_t number, const std::string& place) {
+  return std::to_string(number) + " " + to_utf8(failure_text(number)) + ": HEDRO34 - " + place;
+}
+
 // A folder of its own for one test, removed at its end.
 class Folder {
  public:

@@ -34,16 +34,17 @@ bool clsHEDROTest::LoadXML(const String& sExamViewXMLFile, bool bOddDistractorsO
                            bool bVerbose) {
   return trap<bool>({u"clsHEDROTest", u"LoadXML"}, [&](auto& result) {
     clear_file_error();
+    const String path = sExamViewXMLFile;  // it may be a text of this test, which `Clear` empties
     Clear();
     Source = HEDROTestSourceTypeExamView;
     bool bPartialCredit = false;
     const auto read = [&] {
       const Ref<IXMLDOMDocument2> document = platform().xml_documents->document();
       document->set_async(false);
-      if (!document->load(sExamViewXMLFile)) return;
+      if (!document->load(path)) return;
       if (!document->selectSingleNode(u"examview")) {
         set_file_error({.kind = FileError::Kind::WrongKind,
-                        .path = sExamViewXMLFile,
+                        .path = path,
                         .reason = "no ExamView file: the root element is not \"examview\""});
         return;
       }
