@@ -25,7 +25,8 @@ class CallListener {
   virtual ~CallListener() = default;
   virtual void called(std::string_view name) = 0;
 
-  // What a flag and the versions answer in place of what stands behind them.
+  // What a list of strings, a flag and the versions answer in place of what stands behind them.
+  virtual std::int32_t strings_count(std::int32_t count) { return count; }
   virtual Variant flag_value(const Variant& value) { return value; }
   virtual std::int32_t version_mode(std::int32_t mode) { return mode; }
 };
@@ -177,7 +178,7 @@ class ForwardingTemplate : public Forwarding<TIBTemplate> {
 class ForwardingStrings final : public Forwarding<WENKtdStrings> {
  public:
   using Forwarding::Forwarding;
-  std::int32_t Count() override { return to("WENKtdStrings.Count").Count(); }
+  std::int32_t Count() override { return listener().strings_count(to("WENKtdStrings.Count").Count()); }
   void Add(const String& text, const Variant& key) override { to("WENKtdStrings.Add").Add(text, key); }
   void AddArray(const Array<String>& texts) override { to("WENKtdStrings.AddArray").AddArray(texts); }
   String Item(const Variant& Index) override { return to("WENKtdStrings.Item").Item(Index); }

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
+#include <tuple>
 
 #include "hedro34/import/BuildTestFromKTD.h"
 #include "tests/failing_host.h"
@@ -177,8 +179,8 @@ TEST(BuildTestFromKTD, ReadsTheOrdersOfTheVersions) {
       {{{1, 2, 3, 4, 5, 6}, {1, 5, 2, 4, 3, 6}}, {"X", "Y"}, {"X: 2 3 5 6", "Y: 5 2 3 6"}, ""},
       {{{0, -2, 3, 7, 1, 2147483647, 4, 2}}, {"X"}, {"X: 3 2"}, ""},
       {{Json::array()}, {"X"}, {"X:"}, ""},
-      {{{3, 3, 2}}, {"X"}, {"X: 3 2"}, "HEDRO34 - clsHEDROTestSequenceOrder.Add"},
-      {{{3, 2}, {2, 3}, {5}}, {"x", "X", "Y"}, {"x: 3 2", "Y: 5"}, "HEDRO34 - clsHEDROTestSequences.Add"},
+      {{{3, 3, 2}}, {"X"}, {"X: 3 2"}, "clsHEDROTestSequenceOrder.Add"},
+      {{{3, 2}, {2, 3}, {5}}, {"x", "X", "Y"}, {"x: 3 2", "Y: 5"}, "clsHEDROTestSequences.Add"},
       {{{3, 2}, {2, 3}}, {"", ""}, {": 3 2", ": 2 3"}, ""},
   };
   for (const Row& row : rows) {
@@ -192,19 +194,28 @@ TEST(BuildTestFromKTD, ReadsTheOrdersOfTheVersions) {
     for (const std::string& sequence : row.sequences) expected.push_back("sequence " + sequence);
     const Lines lines = lines_of(*test);
     EXPECT_EQ(Lines(lines.begin() + 6, lines.end()), expected);
-    EXPECT_EQ(recorder.lines, row.report.empty() ? Lines() : Lines{duplicate_key + row.report});
+    EXPECT_EQ(recorder.lines, row.report.empty() ? Lines() : Lines{reported(457, row.report)});
   }
 }
 
 // A host whose document answers what the default one never does.
 struct OtherAnswers : CallListener {
-  void called(std::string_view) override {}
+  void called(std::string_view name) override {
+    of_the_key |= name == "WENKtdQuestion.AnswerKey";
+    asks_for_flags |= name == "WENKtdQuestion.ObjectiveFlags";
+  }
+  std::int32_t strings_count(std::int32_t count) override {
+    return std::exchange(of_the_key, false) ? keys.value_or(count) : count;
+  }
   Variant flag_value(const Variant&) override { return flags.at(asked++); }
   std::int32_t version_mode(std::int32_t) override { return mode; }
 
   std::vector<Variant> flags;
   std::size_t asked = 0;
   std::int32_t mode = 0;
+  std::optional<std::int32_t> keys;  // their count
+  bool of_the_key = false;
+  bool asks_for_flags = false;
 };
 
 TEST(BuildTestFromKTD, TakesTheFlagsAndTheVersionModeOfAnyHost) {
@@ -225,6 +236,25 @@ TEST(BuildTestFromKTD, TakesTheFlagsAndTheVersionModeOfAnyHost) {
     EXPECT_TRUE(BuildTestFromKTD(test.get(), host.wrap(Ref<WENKtdDocument>(document)).get()));
     EXPECT_EQ(json_of(*test->Questions->Item(1)->LearningObjectives), Json({"True", "Number"}));
     EXPECT_EQ(lines_of(*test).back(), "sequence " + label + ": 1");
+    EXPECT_EQ(recorder.lines, Lines());
+  }
+}
+
+TEST(BuildTestFromKTD, TakesTheCountOfAnyKeyAndNoFlagWithoutNeed) {
+  const std::tuple<std::optional<std::int32_t>, Json, Json> rows[] = {
+      {{}, {"", "Area"}, {1}}, {{}, {""}, {1}}, {0, {""}, Json::array()}, {-1, {""}, Json::array()}};
+  for (const auto& [keys, objectives, correct] : rows) {
+    Recorder recorder;
+    OtherAnswers answers;
+    answers.keys = keys;
+    answers.flags = {false};
+    ForwardingHost host(answers);
+    const Ref<WENKtdDocument> document =
+        document_of({{"objectives", objectives}, {"questions", {graded({"A"}, {"A"})}}});
+    const auto test = make<clsHEDROTest>();
+    EXPECT_TRUE(BuildTestFromKTD(test.get(), host.wrap(document).get()));
+    EXPECT_EQ(json_of(*test->Questions->Item(1)->CorrectAnswers), correct);
+    EXPECT_EQ(answers.asks_for_flags, objectives.size() > 1);
     EXPECT_EQ(recorder.lines, Lines());
   }
 }
@@ -280,8 +310,7 @@ TEST(LoadKTD, TakesTheTitleFromThePath) {
     EXPECT_EQ(test->LoadKTD(test->Notes), cut);
     EXPECT_EQ(test->Title.str(), title);
     EXPECT_EQ(test->MultipleChoiceEvenScale->Count(), cut ? 3 : 4);  // not trimmed then
-    EXPECT_EQ(recorder.lines,
-              cut ? Lines() : Lines{"5 Invalid procedure call or argument: HEDRO34 - clsHEDROTest.LoadKTD"});
+    EXPECT_EQ(recorder.lines, cut ? Lines() : Lines{reported(5, "clsHEDROTest.LoadKTD")});
     EXPECT_EQ(test->Questions->Count(), 1);
   }
 }
@@ -316,7 +345,7 @@ TEST(LoadKTD, ReplacesWhatATestHeldButForScalesAndImportSettings) {
   ASSERT_TRUE(document_of({{"questions", questions_of("AB")}})->Save(u"one.ktd"));
   test->MultipleChoiceEvenScale = nullptr;
   EXPECT_FALSE(test->LoadKTD(u".\\one.ktd"));
-  EXPECT_EQ(recorder.lines, Lines{"91 Object variable not set: HEDRO34 - clsHEDROTest.TrimScales"});
+  EXPECT_EQ(recorder.lines, Lines{reported(91, "clsHEDROTest.TrimScales")});
 }
 
 // Each call to the document fails once: one report, False, and never more than the whole test.
@@ -341,9 +370,11 @@ TEST(LoadKTD, ReportsAFailingDocument) {
     SCOPED_TRACE(calls[n]);
     const auto test = former_test();
     const Lines before = lines_of(*test);
+    EXPECT_FALSE(make<clsHEDROTest>()->LoadXML(u"another file"));
     host.fail_at_call(static_cast<int>(n) + 1);
     EXPECT_FALSE(test->LoadKTD(u".\\unit1.ktd"));
     ASSERT_TRUE(host.has_failed());
+    EXPECT_EQ(last_file_error().kind, FileError::Kind::None) << "of the file before";
     const Lines lines = lines_of(*test);
     if (n < 2) {  // the document is created and loaded
       EXPECT_EQ(recorder.take(), Lines{"1234 The host refuses: HEDRO34 - clsHEDROTest.LoadKTD"});
@@ -359,5 +390,3 @@ TEST(LoadKTD, ReportsAFailingDocument) {
 
 }  // namespace
 }  // namespace hedro34::testing
-    EXPECT_FALSE(make<clsHEDROTest>()->LoadXML(u"another file"));
-    EXPECT_EQ(last_file_error().kind, FileError::Kind::None) << "of the file before";

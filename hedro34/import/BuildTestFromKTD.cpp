@@ -32,7 +32,7 @@ class AnswerFinder {
 
 void read_answer_key(clsHEDROTestQuestion& question, WENKtdQuestion& source) {
   const Ref<WENKtdStrings> keys = source.AnswerKey();
-  if (keys->Count() == 0) return;
+  if (keys->Count() <= 0) return;
   const String key = keys->Item(1);
   StringView rest = key;
   if (rest.size() > 1 && rest.front() == u'(' && rest.back() == u')') rest = rest.substr(1, rest.size() - 2);
@@ -62,9 +62,10 @@ HEDROTestQuestionType type_of(const clsHEDROTestStrings& answers) {
 bool is_set(const Variant& flag) { return !flag.is<Null>() && to_boolean(flag); }
 
 void read_objectives(clsHEDROTestQuestion& question, WENKtdQuestion& source, WENKtdObjectives& objectives) {
-  const Ref<WENKtdObjectiveFlags> flags = source.ObjectiveFlags();
   const std::int32_t count = objectives.Count();
+  Ref<WENKtdObjectiveFlags> flags;
   for (std::int32_t j = 2; j <= count; ++j) {  // position 1 is the default objective
+    if (!flags) flags = source.ObjectiveFlags();
     if (!is_set(flags->Item(j)->Value())) continue;
     const String name = objectives.Item(j)->Name();
     const Variant text = trim(name);
