@@ -26,7 +26,7 @@ class TIBTemplate : public Object {
   virtual void Clear() = 0;
 
   // The names of the fields `iFirst` to `iLast` in field order, as a variant that holds an array of strings. Its lower bound
-  // is free.
+  // is free. A merge fails at the first field that it visits whose name is missing, and not before.
   virtual Variant QuestionNames(std::int16_t iFirst, std::int16_t iLast, bool bOption1, const String& sDelimiter,
                                 bool bOption2) = 0;
   virtual Ref<TIBTemplate> Copy(bool bOption) = 0;  // an independent copy

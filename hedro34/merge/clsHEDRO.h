@@ -18,7 +18,8 @@ class clsHEDRO final : public Object {
 
   Ref<TIBTemplate> TemplateIn;  // the form template that a merge reads; it stays as it is
 
-  // Must hold a template before `Merge`, which clears it and puts the changed copy in its place.
+  // Must hold a template before `Merge`, which clears that one and puts the changed copy in its place. It must be another
+  // object than `TemplateIn`, which would be cleared before it is copied.
   Ref<TIBTemplate> TemplateOut;
   Ref<clsHEDROTests> Tests;    // the test at position 1, its further versions behind it
   Ref<WENKtdDocument> WENKTD;  // the document that `Merge` empties and fills
@@ -28,8 +29,10 @@ class clsHEDRO final : public Object {
   // `Verbose`. False at the first test without a supported question (an empty test is passed over).
   bool RemoveInvalid(std::int32_t lMaxQuestions = 0);
 
-  // Merges the first test with `TemplateIn`: the n-th graded field takes the n-th question. True when it ran to its end. At
-  // False from its second phase on, `TemplateOut` is a partly changed copy and the document holds what was written so far.
+  // Merges the first test with `TemplateIn`: the n-th graded field takes the n-th question. True when it ran to its end.
+  // A False of the checks before the copy leaves `TemplateOut` and the document as they were. When clearing or copying fails,
+  // `TemplateOut` is still the former object, cleared or not. From then on it is the copy, as far as it was changed, and the
+  // document, which is emptied once the names of the fields are read, holds what was written so far.
   bool Merge();
 
   bool Verbose = true;  // whether warnings and refusals are shown, but for those of `ValidTestVersions`

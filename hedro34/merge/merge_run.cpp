@@ -66,8 +66,7 @@ void MergeRun::copy_template() {
 
 void MergeRun::read_field_names() {
   const Variant names = host_.TemplateOut->QuestionNames(1, host_.TemplateOut->QuestionCount(), false, u"\t", false);
-  const Array<String>& array = to_strings(names);
-  for (std::int64_t i = array.LBound(); i <= array.UBound(); ++i) field_names_.push_back(array[i]);
+  field_names_ = to_strings(names).elements();
 }
 
 void MergeRun::start_document() {
