@@ -13,6 +13,7 @@ namespace {
 
 using testing::Lines;
 using testing::Recorder;
+using testing::reported;
 using namespace testing::model;
 using namespace std::string_view_literals;
 
@@ -44,10 +45,6 @@ struct Scene {
 
 const std::string scene = "2: a|b, 2: q1|q2, 2: t1|t2, 2: A|B, 2: 1|2, 2: 1|3";
 
-std::string report(std::int32_t number, const std::string& location) {
-  return std::to_string(number) + " " + to_utf8(failure_text(number)) + ": HEDRO34 - clsHEDROTest" + location;
-}
-
 TEST(Collections, AFailureIsReportedOnceAndChangesNothing) {
   using S = Scene&;
   const auto none = Variant();
@@ -77,7 +74,7 @@ TEST(Collections, AFailureIsReportedOnceAndChangesNothing) {
   for (const auto& [act, result, number, location] : rows) {
     Scene s;
     EXPECT_EQ(act(s), result) << number << location;
-    EXPECT_EQ(recorder.take(), number == 0 ? Lines() : Lines{report(number, location)});
+    EXPECT_EQ(recorder.take(), number == 0 ? Lines() : Lines{reported(number, std::string("clsHEDROTest") + location)});
     EXPECT_EQ(s.text(), scene) << number << location;
   }
 }
@@ -199,7 +196,7 @@ TEST(Questions, ARemovedOneLosesItsListsOnly) {
     list->Item(2)->Answers = nullptr;  // one that cannot be emptied stays
     EXPECT_EQ(all ? list->RemoveAll() : list->Remove(1), !all);
     EXPECT_EQ(dump(list), all ? "1: q2" : "2: q2|q3");
-    EXPECT_EQ(recorder.take(), all ? Lines{report(91, "Questions.Remove")} : Lines());
+    EXPECT_EQ(recorder.take(), all ? Lines{reported(91, "clsHEDROTestQuestions.Remove")} : Lines());
     EXPECT_EQ(dump(kept->Answers) + dump(kept->LearningObjectives) + dump(kept->CorrectAnswers), "0:0:1: 1");
   }
 }

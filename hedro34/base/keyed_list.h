@@ -2,8 +2,8 @@
 // key that is fixed from then on, unique in the list and compared without regard to case. An index is a variant: a number
 // selects by position, text selects by key, also when the text holds digits. An empty text is no key.
 //
-// Access by position and by key takes constant time. Insertion and removal cost the distance from the last one, so that a
-// walk that removes from either end, or appends, is linear.
+// Access by position and by key takes constant time. It is a gap buffer, kept as two stacks: insertion and removal move the
+// gap, and so cost the distance from the last one; a walk that removes from either end, or appends, is linear.
 //
 // Failures: 9 for a position that is not there, 5 for a key that is not there, for a `Before` or `After` that names nothing
 // and for both of them given, 457 for a key in use, 13 for an index or key of another kind. A failure changes nothing.
@@ -26,27 +26,14 @@ namespace hedro34 {
 template <class T>
 class KeyedList {
  public:
-  // What an element with a key has besides its value; its address does not change while the element is in the list.
-  class Anchor {
-   public:
-    explicit Anchor(StringView key) : key_(key) {}
-    const String& key() const noexcept { return key_; }
-
-   private:
-    friend class KeyedList;
-    String key_;
-    std::int64_t slot_ = 0;  // the index in `front_`, or the complement of the index in `back_`
-  };
-
   std::int32_t count() const noexcept { return static_cast<std::int32_t>(front_.size() + back_.size()); }
 
   // Adds behind the last element, or before or behind the one that `before` or `after` names. Neither is needed; `key` may
-  // be missing. Returns the position of the new element.
-  std::int32_t add(T value, const Variant& key = missing, const Variant& before = missing,
-                   const Variant& after = missing) {
+  // be missing.
+  void add(T value, const Variant& key = missing, const Variant& before = missing, const Variant& after = missing) {
     const StringView text = key_of(key);
-    if (find_anchor(text) != nullptr) fail(FailureNumber::DuplicateKey);
-    return insert(insertion_point(before, after), std::move(value), text);
+    if (find_key(text) != nullptr) fail(FailureNumber::DuplicateKey);
+    insert(insertion_point(before, after), std::move(value), text);
   }
 
   // As `add` without key, behind the last element.
@@ -54,56 +41,24 @@ class KeyedList {
 
   // The element at a position or under a key.
   const T& at(const Variant& index) const { return entry(position(index)).value; }
-  T& at(const Variant& index) { return const_cast<T&>(std::as_const(*this).at(index)); }
   const T& at(std::int32_t index) const { return entry(checked(index)).value; }
-  T& at(std::int32_t index) { return const_cast<T&>(std::as_const(*this).at(index)); }
 
   // The element, or null when the index names none.
   const T* find(const Variant& index) const noexcept {
     const std::int32_t found = find_position(index);
     return found == 0 ? nullptr : &entry(found).value;
   }
-  const T* find(std::int32_t index) const noexcept {
-    return index < 1 || index > count() ? nullptr : &entry(index).value;
-  }
-  const T* find(StringView key) const noexcept {
-    const Anchor* anchor = find_anchor(key);
-    return anchor == nullptr ? nullptr : &entry(position(*anchor)).value;
-  }
 
   // The position that the index names, 0 for none.
   std::int32_t find_position(const Variant& index) const noexcept {
     if (const auto* number = index.get_if<std::int32_t>()) return *number < 1 || *number > count() ? 0 : *number;
     if (const String* text = index.text()) {
-      const Anchor* anchor = find_anchor(*text);
-      return anchor == nullptr ? 0 : position(*anchor);
+      const Key* key = find_key(*text);
+      return key == nullptr ? 0 : position(*key);
     }
     if (!index.is_number()) return 0;
     const double number = std::nearbyint(to_double(index));
     return number >= 1 && number <= static_cast<double>(count()) ? static_cast<std::int32_t>(number) : 0;
-  }
-
-  std::int32_t position(const Anchor& anchor) const noexcept {
-    const auto slot = anchor.slot_ >= 0 ? anchor.slot_ : static_cast<std::int64_t>(count()) + anchor.slot_;
-    return static_cast<std::int32_t>(slot + 1);
-  }
-
-  // Empty for an element without key.
-  StringView key_at(std::int32_t index) const {
-    const Anchor* anchor = entry(checked(index)).anchor.get();
-    return anchor == nullptr ? StringView() : StringView(anchor->key());
-  }
-
-  // The anchor of the element at a position; an element without key gets one here.
-  const Anchor& anchor_at(std::int32_t index) {
-    const std::int32_t at = checked(index);
-    auto& anchor = const_cast<Entry&>(entry(at)).anchor;
-    if (!anchor) {
-      anchor = std::make_unique<Anchor>(StringView());
-      const bool in_front = static_cast<std::size_t>(at) <= front_.size();
-      anchor->slot_ = in_front ? at - 1 : static_cast<std::int64_t>(at) - 1 - count();
-    }
-    return *anchor;
   }
 
   // Removes the element; every later element moves down one position. Returns the value.
@@ -111,19 +66,24 @@ class KeyedList {
   T remove(std::int32_t index) { return remove_at(checked(index)); }
 
  private:
+  // The key of an element and where the element is. Its address does not change while the element is in the list.
+  struct Key {
+    String text;
+    std::int64_t slot = 0;  // from 0 for the first element, before the gap; from -1 for the last one, behind it
+  };
   struct Entry {
     T value;
-    std::unique_ptr<Anchor> anchor;
+    std::unique_ptr<Key> key;  // null for an element without one
   };
-  struct Same : IgnoringCase {
+  struct ByText : IgnoringCase {
     using IgnoringCase::operator();
     // Not noexcept, which makes the container keep the hashes that it has computed.
-    static StringView text(const Anchor* anchor) noexcept { return anchor->key(); }
-    static StringView text(StringView key) noexcept { return key; }
-    std::size_t operator()(const Anchor* anchor) const { return (*this)(text(anchor)); }
+    std::size_t operator()(const Key* key) const { return (*this)(text(key)); }
     bool operator()(const auto& a, const auto& b) const noexcept { return equal_ignoring_case(text(a), text(b)); }
+    static StringView text(const Key* key) noexcept { return key->text; }
+    static StringView text(StringView text) noexcept { return text; }
   };
-  using Index = std::unordered_set<const Anchor*, Same, Same>;
+  using Index = std::unordered_set<const Key*, ByText, ByText>;
   static constexpr std::int32_t unindexed = 8;  // a list of up to so many elements: a walk is faster than an index
 
   static StringView key_of(const Variant& key) {
@@ -136,6 +96,10 @@ class KeyedList {
   std::int32_t checked(std::int32_t index) const {
     if (index < 1 || index > count()) fail(FailureNumber::SubscriptOutOfRange);
     return index;
+  }
+
+  std::int32_t position(const Key& key) const noexcept {
+    return static_cast<std::int32_t>((key.slot >= 0 ? key.slot : count() + key.slot) + 1);
   }
 
   std::int32_t position(const Variant& index) const {
@@ -164,15 +128,15 @@ class KeyedList {
     return at <= front_.size() ? front_[at - 1] : back_[back_.size() - (at - front_.size())];
   }
 
-  const Anchor* find_anchor(StringView key) const noexcept {
-    if (key.empty() || keys_ == 0) return nullptr;
+  const Key* find_key(StringView text) const noexcept {
+    if (text.empty() || keys_ == 0) return nullptr;
     if (index_) {
-      const auto found = index_->find(key);
+      const auto found = index_->find(text);
       return found == index_->end() ? nullptr : *found;
     }
     for (const auto* half : {&front_, &back_}) {
       for (const Entry& e : *half) {
-        if (e.anchor && !e.anchor->key().empty() && equal_ignoring_case(e.anchor->key(), key)) return e.anchor.get();
+        if (e.key && equal_ignoring_case(e.key->text, text)) return e.key.get();
       }
     }
     return nullptr;
@@ -182,30 +146,29 @@ class KeyedList {
     auto index = std::make_unique<Index>();
     for (const auto* half : {&front_, &back_}) {
       for (const Entry& e : *half) {
-        if (e.anchor && !e.anchor->key().empty()) index->insert(e.anchor.get());
+        if (e.key) index->insert(e.key.get());
       }
     }
     index_ = std::move(index);
   }
 
-  std::int32_t insert(std::int32_t position, T value, StringView key) {
+  void insert(std::int32_t position, T value, StringView text) {
     if (count() == std::numeric_limits<std::int32_t>::max()) fail(FailureNumber::Overflow);
-    Entry added{std::move(value), key.empty() ? nullptr : std::make_unique<Anchor>(key)};
-    const Anchor* anchor = added.anchor.get();
+    Entry added{std::move(value), text.empty() ? nullptr : std::make_unique<Key>(Key{String(text)})};
+    const Key* key = added.key.get();
     move_gap(static_cast<std::size_t>(position - 1));
     if (front_.size() == front_.capacity()) front_.reserve(front_.empty() ? 4 : 2 * front_.size());
-    if (!index_ && count() >= unindexed && (anchor != nullptr || keys_ > 0)) build_index();
-    if (index_ && anchor != nullptr) index_->insert(anchor);
-    push(front_, std::move(added), 0);
-    if (anchor != nullptr) ++keys_;
-    return position;
+    if (!index_ && count() >= unindexed && (key != nullptr || keys_ > 0)) build_index();
+    if (index_ && key != nullptr) index_->insert(key);
+    push(front_, std::move(added));
+    if (key != nullptr) ++keys_;
   }
 
   T remove_at(std::int32_t position) {
     move_gap(static_cast<std::size_t>(position));
     Entry& last = front_.back();
-    if (last.anchor && !last.anchor->key().empty()) {
-      if (index_) index_->erase(last.anchor.get());
+    if (last.key) {
+      if (index_) index_->erase(last.key.get());
       --keys_;
     }
     T value = std::move(last.value);
@@ -216,19 +179,19 @@ class KeyedList {
   // Moves elements between the two halves until `front_` holds `size` of them.
   void move_gap(std::size_t size) {
     while (front_.size() > size) {
-      push(back_, std::move(front_.back()), -1);
+      push(back_, std::move(front_.back()));
       front_.pop_back();
     }
     while (front_.size() < size) {
-      push(front_, std::move(back_.back()), 0);
+      push(front_, std::move(back_.back()));
       back_.pop_back();
     }
   }
 
-  static void push(std::vector<Entry>& half, Entry&& moved, std::int64_t complement) {
+  void push(std::vector<Entry>& half, Entry&& moved) {
     half.push_back(std::move(moved));
-    Entry& placed = half.back();
-    if (placed.anchor) placed.anchor->slot_ = static_cast<std::int64_t>(half.size() - 1) ^ complement;
+    const auto index = static_cast<std::int64_t>(half.size()) - 1;
+    if (const auto& key = half.back().key) key->slot = &half == &front_ ? index : -1 - index;
   }
 
   std::vector<Entry> front_;  // the elements before the gap, in order

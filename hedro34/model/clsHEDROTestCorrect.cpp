@@ -5,39 +5,29 @@
 namespace hedro34 {
 
 bool clsHEDROTestCorrect::Add(std::int16_t Item, const Variant& Before, const Variant& After) {
-  bool result = false;
   constexpr Location here = {class_name, u"Add", false};  // this one is reported without the library's name
-  trap(here, [&] {
+  return trap<bool>(here, [&](auto& result) {
     const Variant key = decimal(Item);
     if (Exists(key)) return;
     items_.add(Item, key, Before, After);
     result = true;
   });
-  return result;
 }
-
-bool clsHEDROTestCorrect::Remove(const Variant& Index) { return remove_existing(Index); }
-
-bool clsHEDROTestCorrect::RemoveAll() { return remove_all(); }
 
 std::int16_t clsHEDROTestCorrect::Item(std::int16_t Index) const { return item_or(Index, -1); }
 
 Ref<clsHEDROTestCorrect> clsHEDROTestCorrect::Copy() const {
-  Ref<clsHEDROTestCorrect> result;
-  trap(here(u"Copy"), [&] {
+  return trap<Ref<clsHEDROTestCorrect>>(here(u"Copy"), [&](auto& result) {
     auto copy = make<clsHEDROTestCorrect>();
     for (std::int32_t i = 1; i <= items_.count(); ++i) copy->Add(items_.at(i));
     result = std::move(copy);
   });
-  return result;
 }
 
 std::int32_t clsHEDROTestCorrect::GetBitWiseRepresentation() const {
-  std::int32_t result = 0;
-  trap(here(u"GetBitWiseRepresentation"), [&] {
+  return trap<std::int32_t>(here(u"GetBitWiseRepresentation"), [&](auto& result) {
     for (std::int32_t i = 1; i <= items_.count(); ++i) result = to_int32(result + std::exp2(items_.at(i) - 1));
   });
-  return result;
 }
 
 void clsHEDROTestCorrect::ConvertBitWiseRepresentation(std::int32_t BitWiseValue) {

@@ -16,8 +16,6 @@ class clsHEDROTestCorrect final : public Collection<clsHEDROTestCorrect, std::in
 
   // True when added; False, and no report, when the number is there already.
   bool Add(std::int16_t Item, const Variant& Before = missing, const Variant& After = missing);
-  bool Remove(const Variant& Index);            // True when removed; False when nothing is there
-  bool RemoveAll();                             // whether nothing is left
   std::int16_t Item(std::int16_t Index) const;  // the number at a position, or -1
 
   // A new set with the same numbers in the same order; an empty reference after a failure.
@@ -28,9 +26,6 @@ class clsHEDROTestCorrect final : public Collection<clsHEDROTestCorrect, std::in
 
   // Replaces the set by the numbers of the bits 0 to 30, in ascending order. Bit 31 is not looked at.
   void ConvertBitWiseRepresentation(std::int32_t BitWiseValue);
-
- private:
-  friend class Collection<clsHEDROTestCorrect, std::int16_t>;
 };
 
 }  // namespace hedro34

@@ -2,20 +2,15 @@
 // does not change the key. A test owns its collection; a host does not create one.
 #pragma once
 
-#include <map>
-#include <memory>
-#include <set>
+#include <vector>
 
 #include "hedro34/model/clsHEDROTestQuestion.h"
 
 namespace hedro34 {
 
-class clsHEDROTestQuestions final : public Object {
+class clsHEDROTestQuestions final : public Collection<clsHEDROTestQuestions, Ref<clsHEDROTestQuestion>> {
  public:
-  clsHEDROTestQuestions();
-  ~clsHEDROTestQuestions() override;
-
-  std::int32_t Count() const;
+  static constexpr const char16_t* class_name = u"clsHEDROTestQuestions";
 
   // True when added, at the end or before or behind the question that `Before` or `After` names. An `ID` that is a key
   // already, and an empty reference, is a failure.
@@ -24,39 +19,18 @@ class clsHEDROTestQuestions final : public Object {
   // Empties the question's `LearningObjectives` and `Answers`, then removes it. True when removed; False when nothing is
   // there. Whoever still holds the question finds these two lists empty.
   bool Remove(const Variant& Index);
-  bool RemoveAll();  // from the last to the first through `Remove`; whether nothing is left
 
-  Ref<clsHEDROTestQuestion> Item(const Variant& Index) const;  // the question itself, or an empty reference
-  bool Exists(const Variant& Index) const noexcept;
   std::int32_t TypeCount(HEDROTestQuestionType eQuestionType) const;  // how many questions have exactly this type
 
-  // The position of the first question whose present `ID` is exactly this text, 0 when there is none. Constant time, but
-  // for the logarithm of the number of questions whose ID is not their key.
-  std::int32_t position_of_id(const String& id) const;
-
-  // The position of the first question with the `ID` of the one at the index; 0 when there is nothing at the index.
+  // The position of the first question whose present `ID` is exactly that of the question at the index; 0 when there is
+  // nothing at the index. Constant time, but for a walk after any ID was written or this collection changed: a loop that
+  // renames and asks in turn pays a walk each time.
   std::int32_t first_position(const Variant& Index) const;
 
  private:
-  // What the collection keeps for a question: its place, and an ear for changes of its ID.
-  class Place;
-  struct Held {
-    Ref<clsHEDROTestQuestion> question;
-    std::unique_ptr<Place> place;
-  };
-  struct ByPosition {
-    bool operator()(const Place* a, const Place* b) const noexcept;
-  };
-
-  void index(const Place& place, const String& id) noexcept;
-  void unindex(const Place& place, const String& id) noexcept;
-  void drop(const Variant& Index);
-
-  // The questions whose ID is not their key, by ID: those without ID, and those whose ID was changed after `Add`. It is
-  // declared before the list, whose places leave it when they go.
-  std::map<String, std::set<const Place*, ByPosition>> strangers_;
-  bool strangers_complete_ = true;  // false after memory ran out there: from then on a walk finds the position
-  KeyedList<Held> items_;
+  // For each position the first one with the same ID, as of a number of `QuestionId::changes()`; empty when it is not known.
+  mutable std::vector<std::int32_t> first_positions_;
+  mutable std::uint64_t as_of_ = 0;
 };
 
 }  // namespace hedro34

@@ -11,15 +11,12 @@ class clsHEDROTestSequenceOrder final : public Collection<clsHEDROTestSequenceOr
   static constexpr const char16_t* class_name = u"clsHEDROTestSequenceOrder";
 
   void Add(StringView sQuestionID);  // adds `Count` + 1 under the ID; an ID that is there already is a failure
-  void Remove(const Variant& vKey);  // nothing happens when there is no such entry
+  void Remove(const Variant& vKey) { Collection::Remove(vKey); }  // nothing happens when there is no such entry
   void RemoveAll();
-  std::int32_t Item(const Variant& vKey) const;  // the place stored under the ID or at the position, or 0
 
-  Array<std::int32_t> AsArray(std::int32_t lLowerBound = 1) const;  // the places; without bounds for an empty order
-  String AsString(StringView sDelimiter = tab) const;               // the places in decimal
-
- private:
-  friend class Collection<clsHEDROTestSequenceOrder, std::int32_t>;
+  // The places, from the lower bound up; without bounds for an empty order. As text they are in decimal.
+  Array<std::int32_t> AsArray(std::int32_t lLowerBound = 1) const { return as_array(lLowerBound); }
+  String AsString(StringView sDelimiter = tab) const { return as_string(sDelimiter); }
 };
 
 }  // namespace hedro34

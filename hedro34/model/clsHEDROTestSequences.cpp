@@ -3,17 +3,14 @@
 namespace hedro34 {
 
 bool clsHEDROTestSequences::Add(const Ref<clsHEDROTestSequence>& oSequence) {
-  bool result = false;
-  trap(here(u"Add"), [&] {
+  return trap<bool>(here(u"Add"), [&](auto& result) {
     items_.add(oSequence, oSequence->Answer.str());
     result = true;
   });
-  return result;
 }
 
 bool clsHEDROTestSequences::AddDefault(const Ref<clsHEDROTestQuestions>& oQuestions, StringView sAnswer) {
-  bool result = false;
-  trap(here(u"AddDefault"), [&] {
+  return trap<bool>(here(u"AddDefault"), [&](auto& result) {
     if (items_.count() > 0) return;
     auto sequence = make<clsHEDROTestSequence>();
     sequence->Answer = sAnswer;
@@ -21,13 +18,6 @@ bool clsHEDROTestSequences::AddDefault(const Ref<clsHEDROTestQuestions>& oQuesti
     Add(sequence);
     result = items_.count() == 1;
   });
-  return result;
 }
-
-bool clsHEDROTestSequences::Remove(const Variant& vKey) { return remove_existing(vKey); }
-
-bool clsHEDROTestSequences::RemoveAll() { return remove_all(); }
-
-Ref<clsHEDROTestSequence> clsHEDROTestSequences::Item(const Variant& vKey) const { return item_or(vKey, {}); }
 
 }  // namespace hedro34

@@ -14,13 +14,6 @@ class clsHEDROTestSequences final : public Collection<clsHEDROTestSequences, Ref
 
   // Adds one sequence that follows the order of `oQuestions`; False, and nothing changed, when there is a sequence already.
   bool AddDefault(const Ref<clsHEDROTestQuestions>& oQuestions, StringView sAnswer = u"A");
-
-  bool Remove(const Variant& vKey);                           // True when removed; False when nothing is there
-  bool RemoveAll();                                           // whether nothing is left
-  Ref<clsHEDROTestSequence> Item(const Variant& vKey) const;  // the sequence itself, or an empty reference
-
- private:
-  friend class Collection<clsHEDROTestSequences, Ref<clsHEDROTestSequence>>;
 };
 
 }  // namespace hedro34

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "hedro34/model/bounds.h"
-
 namespace hedro34 {
 namespace {
 
@@ -23,38 +21,26 @@ Array<String> split(StringView text, StringView delimiter) {
 }  // namespace
 
 bool clsHEDROTestStrings::Add(StringView Item, const Variant& Key, const Variant& Before, const Variant& After) {
-  bool result = false;
-  trap(here(u"Add"), [&] {
+  return trap<bool>(here(u"Add"), [&](auto& result) {
     items_.add(String(Item.substr(0, added_limit)), Key, Before, After);
     result = true;
   });
-  return result;
 }
 
 bool clsHEDROTestStrings::AddArray(const Array<String>& Value) {
-  bool result = false;
-  trap(here(u"AddArray"), [&] {
+  return trap<bool>(here(u"AddArray"), [&](auto& result) {
     const std::int32_t last = Value.UBound();
     for (std::int64_t i = Value.LBound(); i <= last; ++i) Add(Value[i]);
     result = true;
   });
-  return result;
 }
 
 bool clsHEDROTestStrings::AddDelimitedString(StringView Items, StringView sDelimiter) {
-  bool result = false;
-  trap(here(u"AddDelimitedString"), [&] {
+  return trap<bool>(here(u"AddDelimitedString"), [&](auto& result) {
     if (Items.empty()) return;
     result = AddArray(split(Items, sDelimiter));
   });
-  return result;
 }
-
-bool clsHEDROTestStrings::Remove(const Variant& Index) { return remove_existing(Index); }
-
-bool clsHEDROTestStrings::RemoveAll() { return remove_all(); }
-
-String clsHEDROTestStrings::Item(const Variant& Index) const { return item_or(Index, {}); }
 
 void clsHEDROTestStrings::SetItem(const Variant& Index, StringView sValue) {
   trap(here(u"Item"), [&] {
@@ -64,30 +50,8 @@ void clsHEDROTestStrings::SetItem(const Variant& Index, StringView sValue) {
   });
 }
 
-String clsHEDROTestStrings::AsString(StringView sDelimiter) const {
-  String result;
-  trap(here(u"AsString"), [&] {
-    String text;
-    for (std::int32_t i = 1; i <= items_.count(); ++i) text.append(items_.at(i)).append(sDelimiter);
-    if (!text.empty()) text.resize(text.size() - sDelimiter.size());
-    result = std::move(text);
-  });
-  return result;
-}
-
-Array<String> clsHEDROTestStrings::AsArray(std::int32_t lLowerBound) const {
-  Array<String> result;
-  trap(here(u"AsArray"), [&] {
-    Array<String> values(lLowerBound, upper_bound(items_.count(), lLowerBound));
-    for (std::int32_t i = 1; i <= items_.count(); ++i) values[std::int64_t{lLowerBound} + i - 1] = items_.at(i);
-    result = std::move(values);
-  });
-  return result;
-}
-
 Ref<clsHEDROTestStrings> clsHEDROTestStrings::Copy() const {
-  Ref<clsHEDROTestStrings> result;
-  trap(here(u"Copy"), [&] {
+  return trap<Ref<clsHEDROTestStrings>>(here(u"Copy"), [&](auto& result) {
     auto copy = make<clsHEDROTestStrings>();
     // As if the elements went through text that is joined and split again at tabs, without the text: a single empty element
     // is an empty text, which adds nothing.
@@ -102,7 +66,6 @@ Ref<clsHEDROTestStrings> clsHEDROTestStrings::Copy() const {
     }
     result = std::move(copy);
   });
-  return result;
 }
 
 }  // namespace hedro34

@@ -21,25 +21,17 @@ class clsHEDROTestStrings final : public Collection<clsHEDROTestStrings, String>
   // delimiter splits nothing.
   bool AddDelimitedString(StringView Items, StringView sDelimiter = tab);
 
-  bool Remove(const Variant& Index);  // True when removed; False when nothing is there
-  bool RemoveAll();                   // whether nothing is left
-
-  // The string at the index, or an empty one.
-  String Item(const Variant& Index) const;
-
   // Puts the first 255 units of `sValue` in place of the element. It keeps its position and loses its key. Nothing happens
   // when there is no such element.
   void SetItem(const Variant& Index, StringView sValue);
 
-  String AsString(StringView sDelimiter = tab) const;         // the elements with the delimiter between them
-  Array<String> AsArray(std::int32_t lLowerBound = 1) const;  // without bounds for an empty collection
+  // The elements with the delimiter between them, or from the lower bound up; without bounds for an empty collection.
+  String AsString(StringView sDelimiter = tab) const { return as_string(sDelimiter); }
+  Array<String> AsArray(std::int32_t lLowerBound = 1) const { return as_array(lLowerBound); }
 
   // A new collection, filled through tab-joined text: without keys, each element cut to 50 units, an element with a tab
   // split in two, and a single empty element lost. An empty reference after a failure.
   Ref<clsHEDROTestStrings> Copy() const;
-
- private:
-  friend class Collection<clsHEDROTestStrings, String>;
 };
 
 }  // namespace hedro34

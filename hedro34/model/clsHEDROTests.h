@@ -1,14 +1,15 @@
 // The tests of a merge: the test that is merged at position 1 and its further versions behind it. It differs from the other
-// collections: `Add`, `Remove` and `RemoveAll` give no result, and removing what is not there is a failure.
+// collections: `Add`, `Remove` and `RemoveAll` give no result, removing what is not there is a failure, and `Item` never
+// reports.
 #pragma once
 
 #include "hedro34/model/clsHEDROTest.h"
 
 namespace hedro34 {
 
-class clsHEDROTests final : public Object {
+class clsHEDROTests final : public Collection<clsHEDROTests, Ref<clsHEDROTest>> {
  public:
-  ~clsHEDROTests() override;
+  static constexpr const char16_t* class_name = u"clsHEDROTests";
 
   std::int32_t Count() const noexcept { return items_.count(); }
 
@@ -17,13 +18,9 @@ class clsHEDROTests final : public Object {
   void Add(const Ref<clsHEDROTest>& Item, const Variant& Key = missing, const Variant& Before = missing,
            const Variant& After = missing);
   void Remove(const Variant& Index);
-  void RemoveAll();  // from the last to the first through `Remove`
+  void RemoveAll() { Collection::RemoveAll(); }
 
-  Ref<clsHEDROTest> Item(const Variant& Index) const noexcept;  // the test itself, or an empty reference; never reports
-  bool Exists(const Variant& Index) const noexcept;
-
- private:
-  KeyedList<Ref<clsHEDROTest>> items_;
+  Ref<clsHEDROTest> Item(const Variant& Index) const noexcept;
 };
 
 }  // namespace hedro34

@@ -1,5 +1,6 @@
 // What the six collections of the test model share: a private keyed list, and operations that never let a failure leave.
-// `Self` is the collection, with its name as `class_name`; `T` is the type of its elements.
+// `Self` is the collection, with its name as `class_name`; `T` is the type of its elements. A collection states what it has
+// besides, and where it differs.
 //
 // An index is a number, which is a position from 1, or text, which is a key in any case of its letters. An empty text is no
 // key: an element under it is reached by position only, and several may stand side by side. A look-up that misses is no
@@ -8,6 +9,8 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
+#include <type_traits>
 
 #include "hedro34/base/keyed_list.h"
 #include "hedro34/runtime/basError.h"
@@ -21,16 +24,32 @@ class Collection : public Object {
  public:
   // The number of elements.
   std::int32_t Count() const {
-    std::int32_t result = 0;
-    trap(here(u"Count"), [&] { result = items_.count(); });
-    return result;
+    return trap<std::int32_t>(here(u"Count"), [&](auto& result) { result = items_.count(); });
   }
 
   // Whether there is an element at the index. Never reports.
   bool Exists(const Variant& Index) const noexcept {
-    bool result = false;
-    quietly([&] { result = items_.find(Index) != nullptr; });
-    return result;
+    return quietly<bool>([&](auto& result) { result = items_.find(Index) != nullptr; });
+  }
+
+  // The text, the number or the object itself; an empty text, 0 or an empty reference when there is none at the index.
+  T Item(const Variant& Index) const { return item_or(Index, T{}); }
+
+  // True when removed; False, and no report, when there is none at the index.
+  bool Remove(const Variant& Index) {
+    return trap<bool>(here(u"Remove"), [&](auto& result) {
+      if (!Exists(Index)) return;
+      items_.remove(Index);
+      result = true;
+    });
+  }
+
+  // Removes from the last position down to 1 through the collection's own `Remove`; gives whether nothing is left.
+  bool RemoveAll() {
+    return trap<bool>(here(u"RemoveAll"), [&](auto& result) {
+      for (std::int32_t i = items_.count(); i >= 1; --i) static_cast<Self*>(this)->Remove(i);
+      result = items_.count() == 0;
+    });
   }
 
  protected:
@@ -40,34 +59,41 @@ class Collection : public Object {
 
   static constexpr Location here(const char16_t* operation) { return {Self::class_name, operation}; }
 
-  // The element, or `neutral` when there is none at the index.
-  T item_or(const Variant& Index, T neutral) const {
-    T result = std::move(neutral);
+  // The element, or `result` as it was given when there is none at the index.
+  T item_or(const Variant& Index, T result) const {
     trap(here(u"Item"), [&] {
       if (const T* found = items_.find(Index)) result = *found;
     });
     return result;
   }
 
-  // Removes the element; False, and no report, when there is none at the index.
-  bool remove_existing(const Variant& Index) {
-    bool result = false;
-    trap(here(u"Remove"), [&] {
-      if (!Exists(Index)) return;
-      items_.remove(Index);
-      result = true;
+  // The elements from the lower bound up; without bounds for an empty collection. Failure 6 for an upper bound beyond 32 bits.
+  Array<T> as_array(std::int32_t lower) const {
+    return trap<Array<T>>(here(u"AsArray"), [&](auto& result) {
+      const std::int64_t upper = std::int64_t{items_.count()} - 1 + lower;
+      using Bound = std::numeric_limits<std::int32_t>;
+      if (upper > Bound::max() || upper < Bound::min()) fail(FailureNumber::Overflow);
+      Array<T> values(lower, upper);
+      for (std::int32_t i = 1; i <= items_.count(); ++i) values[std::int64_t{lower} + i - 1] = items_.at(i);
+      result = std::move(values);
     });
-    return result;
   }
 
-  // Removes from the last position down to 1 through the collection's own `Remove`; gives whether nothing is left.
-  bool remove_all() {
-    bool result = false;
-    trap(here(u"RemoveAll"), [&] {
-      for (std::int32_t i = items_.count(); i >= 1; --i) static_cast<Self*>(this)->Remove(i);
-      result = items_.count() == 0;
+  // The elements with the delimiter between them, numbers in decimal.
+  String as_string(StringView delimiter) const {
+    return trap<String>(here(u"AsString"), [&](auto& result) {
+      String text;
+      for (std::int32_t i = 1; i <= items_.count(); ++i) {
+        if constexpr (std::is_same_v<T, String>) {
+          text.append(items_.at(i));
+        } else {
+          text.append(decimal(items_.at(i)));
+        }
+        text.append(delimiter);
+      }
+      if (!text.empty()) text.resize(text.size() - delimiter.size());
+      result = std::move(text);
     });
-    return result;
   }
 
   KeyedList<T> items_;
