@@ -97,14 +97,14 @@ TEST(AddSequence, ReportsFailures) {
   base->Questions->Item(1)->CorrectAnswers->Add(32);
   version->Questions->Item(2)->CorrectAnswers->Add(33);
   EXPECT_TRUE(base->AddSequence(version));
-  EXPECT_EQ(recorder.take(), Lines(2, "6 Overflow: HEDRO34 - clsHEDROTestCorrect.GetBitWiseRepresentation"));
+  EXPECT_EQ(recorder.take(), Lines(2, reported(6, "clsHEDROTestCorrect.GetBitWiseRepresentation")));
   const Lines before = lines_of(*base);
   EXPECT_EQ(before.back(), "sequence B: b a");
 
   version->Version = u"C";
   version->Questions->Item(1)->CorrectAnswers = nullptr;
   EXPECT_FALSE(base->AddSequence(version));
-  EXPECT_EQ(recorder.take(), Lines{"91 Object variable not set: HEDRO34 - clsHEDROTest.AddSequence"});
+  EXPECT_EQ(recorder.take(), Lines{reported(91, "clsHEDROTest.AddSequence")});
   EXPECT_EQ(lines_of(*base), before);
 }
 

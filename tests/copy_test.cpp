@@ -86,8 +86,6 @@ TEST(Copy, HoldsAllButTheIdAndTheImportSettingsAndSharesNothing) {
 }
 
 TEST(Copy, LeavesOutWhatCannotBeCopied) {
-  const std::string not_set = "91 Object variable not set: HEDRO34 - ";
-  const std::string duplicate = duplicate_key + std::string("HEDRO34 - ");
   const std::string q1 = R"({"id":"q1","type":3,"text":"? q1","answers":["answer"],"correct":[1]})";
   const std::string q2 = R"({"id":"q2","type":3,"text":"? q2","answers":["answer"],"correct":[1]})";
   struct Row {
@@ -97,17 +95,17 @@ TEST(Copy, LeavesOutWhatCannotBeCopied) {
   };
   const Row rows[] = {
       {[](auto& test) { test.Questions->Item(1)->Answers = nullptr; },
-       {not_set + "clsHEDROTestQuestion.Copy", not_set + "clsHEDROTestQuestions.Add"},
+       {reported(91, "clsHEDROTestQuestion.Copy"), reported(91, "clsHEDROTestQuestions.Add")},
        {q2, "sequence A: ? q2"}},  // the order is made of the source's questions
       {[](auto& test) {
          add_sequence(test, u"B", {u"q1", u"q2", u"q3"});
        },
-       {not_set + "clsHEDROTestSequence.Copy", not_set + "clsHEDROTestSequences.Add"},
+       {reported(91, "clsHEDROTestSequence.Copy"), reported(91, "clsHEDROTestSequences.Add")},
        {q1, q2, "sequence A: q1 q2"}},
       {[](auto& test) { test.Questions->Item(2)->ID = u"Q1"; },
-       {duplicate + "clsHEDROTestQuestions.Add", duplicate + "clsHEDROTestSequenceOrder.Add"},
+       {reported(457, "clsHEDROTestQuestions.Add"), reported(457, "clsHEDROTestSequenceOrder.Add")},
        {q1, "sequence A: q1"}},
-      {[](auto& test) { test.YesNoScale = nullptr; }, {not_set + "clsHEDROTest.Copy"}, {}},
+      {[](auto& test) { test.YesNoScale = nullptr; }, {reported(91, "clsHEDROTest.Copy")}, {}},
   };
   for (const Row& row : rows) {
     Recorder recorder;

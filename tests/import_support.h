@@ -52,7 +52,7 @@ inline const std::string partial_box =
     "box 49 \"Partial Credit\": Warning: One or more test questions allow partial credit; however, partial credit is "
     "not supported. All imported test questions will require that all correct answers be selected in order for the "
     "response to be considered correct.";
-inline const std::string duplicate = duplicate_key + std::string("HEDRO34 - clsHEDROTestQuestions.Add");
+inline const std::string duplicate = reported(457, "clsHEDROTestQuestions.Add");
 inline const std::string refused = "1234 The parser refuses: HEDRO34 - clsHEDROTest.";  // before the operation
 
 // An object of a document that refuses one call.

@@ -25,7 +25,6 @@ inline constexpr HEDROTestQuestionType mc = HEDROTestQuestionTypeMultipleChoice;
 inline constexpr HEDROTestQuestionType essay = HEDROTestQuestionTypeEssay;
 inline constexpr HEDROTestQuestionType subjective = HEDROTestQuestionTypeSubjective;
 
-inline constexpr const char* duplicate_key = "457 This key is already associated with an element of this collection: ";
 inline constexpr const char* invalid_version =
     "box 48 \"Invalid Version Identifier\": An error occured creating multiple versions of the test. The selected "
     "field that contains the version identifier does not match the specified XML files. Operation aborted.";

@@ -107,15 +107,14 @@ TEST(RemoveInvalid, RemovesTellsAndRebuildsTheSequences) {
 
 // A question that cannot be removed stays, and is counted all the same; a test without questions ends it.
 TEST(RemoveInvalid, ReportsFailuresOfTheModel) {
-  const std::string not_set = "91 Object variable not set: HEDRO34 - ";
   Recorder recorder;
   const auto merge = make<clsHEDRO>();
   for (const char* letters : {"mkk", "kd"}) merge->Tests->Add(test_of_types(letters));
   merge->Tests->Item(1)->Questions->Item(2)->LearningObjectives = nullptr;
   merge->Tests->Item(2)->Questions = nullptr;
   EXPECT_FALSE(merge->RemoveInvalid());
-  EXPECT_EQ(all_of(recorder.lines), not_set + "clsHEDROTestQuestions.Remove\n" + some_unsupported("2, 3", 3, 2, 2) +
-                                        not_set + "clsHEDRO.RemoveInvalid\n");
+  EXPECT_EQ(all_of(recorder.lines), reported(91, "clsHEDROTestQuestions.Remove\n") + some_unsupported("2, 3", 3, 2, 2) +
+                                        reported(91, "clsHEDRO.RemoveInvalid\n"));
   merge->Tests->Remove(2);
   EXPECT_EQ(shown(*merge->Tests), "version: m1 k2; ");
 }

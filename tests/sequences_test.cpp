@@ -34,7 +34,7 @@ std::string versions_of(Merging& m) {
          versions["orders"].dump();
 }
 
-const std::string unknown_id = "5 Invalid procedure call or argument: HEDRO34 - clsHEDRO.BuildSequences";
+const std::string unknown_id = reported(5, "clsHEDRO.BuildSequences");
 const std::string merged = "merged";
 
 struct Row {
@@ -124,7 +124,7 @@ TEST(ValidTestVersions, ReportsEmptyReferences) {
   Merging m("", tests_of("A: a | B: a"));
   m.merge->Tests->Item(2)->Questions = nullptr;
   EXPECT_FALSE(m.merge->ValidTestVersions());
-  EXPECT_EQ(m.recorder.lines, Lines{"91 Object variable not set: HEDRO34 - clsHEDRO.ValidTestVersions"});
+  EXPECT_EQ(m.recorder.lines, Lines{reported(91, "clsHEDRO.ValidTestVersions")});
 }
 
 }  // namespace
