@@ -22,6 +22,10 @@ class Tables(unittest.TestCase):
                 current = (SOURCES / name).read_text(encoding="utf-8")
                 self.assertTrue(printed(what) == current, f"{name} is out of date: hedro34_tables {what} > {name}")
 
+    def test_identifiers_are_different(self):
+        named = re.findall(r"\{([0-9A-F-]{36})\}", printed("reference"))
+        self.assertEqual((len(named), len(set(named))), (1 + 2 * 31, 1 + 2 * 31))  # the library's; class and interface
+
     def test_interface_definition(self):
         idl = printed("idl")
         self.assertIn("[uuid(6AAE3623-6B45-492C-AAEE-413365FB2060), version(15.0), lcid(1033)]\nlibrary HEDRO34\n", idl)
