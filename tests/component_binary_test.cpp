@@ -122,21 +122,21 @@ TEST(ComponentLibrary, GivesItsClasses) {
   };
   const auto unload = [&](HRESULT expected) { EXPECT_EQ(can_unload(), expected); };
   void* object = &object;
-  for (const ClassTable* const table : library_classes()) {
-    const auto factory = Held<IClassFactory>::taken(factory_of(table->class_id));
-    EXPECT_EQ(static_cast<bool>(factory), table->create != nullptr) << to_utf8(table->name);
+  for (const ClassTable& table : library_classes()) {
+    const auto factory = Held<IClassFactory>::taken(factory_of(table.class_id));
+    EXPECT_EQ(static_cast<bool>(factory), table.create != nullptr) << to_utf8(table.name);
     if (!factory) {
-      EXPECT_EQ(class_object(table->class_id, IID_IUnknown, &object), CLASS_E_CLASSNOTAVAILABLE);
+      EXPECT_EQ(class_object(table.class_id, IID_IUnknown, &object), CLASS_E_CLASSNOTAVAILABLE);
       continue;
     }
     unload(S_FALSE);
-    EXPECT_EQ(factory->CreateInstance(nullptr, table->interface_id, &object), S_OK);
+    EXPECT_EQ(factory->CreateInstance(nullptr, table.interface_id, &object), S_OK);
     EXPECT_EQ(id_of(static_cast<IDispatch*>(object), u"_no_member"), DISP_E_UNKNOWNNAME);
     EXPECT_FALSE(own_object(static_cast<IDispatch*>(object)));  // another copy's
     static_cast<IDispatch*>(object)->Release();
   }
   unload(S_OK);
-  const GUID& known = library_classes()[0]->class_id;
+  const GUID& known = library_classes()[0].class_id;
   EXPECT_EQ(class_object(IID_NULL, IID_IClassFactory, &object), CLASS_E_CLASSNOTAVAILABLE);
   EXPECT_EQ(object, nullptr);
   EXPECT_EQ(class_object(known, IID_IDispatch, &object), E_NOINTERFACE);

@@ -8,6 +8,8 @@
 #include <memory>
 
 #include "hedro34/component/classes.h"
+#include "hedro34/component/host_document.h"
+#include "hedro34/component/host_template.h"
 #include "hedro34/component/identity.h"
 #include "hedro34/component/services.h"
 #include "tests/model_support.h"

@@ -8,9 +8,9 @@ namespace {
 
 template <class Found>
 const ClassTable* find(Found found) {
-  for (const std::span<const ClassTable* const> classes : {library_classes(), service_classes()}) {
-    for (const ClassTable* const table : classes) {
-      if (found(*table)) return table;
+  for (const auto classes : {library_classes(), service_classes()}) {
+    for (const ClassTable& table : classes) {
+      if (found(table)) return &table;
     }
   }
   return nullptr;

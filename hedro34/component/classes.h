@@ -23,11 +23,11 @@ struct EnumerationTable {
 };
 
 // The ten classes of the type library, in the order in which it lists them, and its three enumerations.
-std::span<const ClassTable* const> library_classes() noexcept;
+std::span<const ClassTable> library_classes() noexcept;
 std::span<const EnumerationTable> library_enumerations() noexcept;
 
 // The default template and document with their companions, the message box and the platform's services.
-std::span<const ClassTable* const> service_classes() noexcept;
+std::span<const ClassTable> service_classes() noexcept;
 
 // The table of the object's class, or of a class identifier; null when there is none.
 const ClassTable* table_of(const Object& object);

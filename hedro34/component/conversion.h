@@ -5,56 +5,23 @@
 #include <type_traits>
 
 #include "hedro34/component/identity.h"
-#include "hedro34/component/type_names.h"
 #include "hedro34/component/values.h"
 
 namespace hedro34 {
 
-// An object of the host that serves as a `T`: one of the host's templates and documents, or any object.
+// An object of the host that serves as a `T`: each member is a call by name. There is one of every interface of templates and
+// documents (host_template.h, host_document.h), and of `Object` (host_object.h).
 template <class T>
-Ref<T> adapted(Held<binary::IDispatch>) {
-  fail(FailureNumber::TypeMismatch);
+struct Adapter;
+
+template <class T>
+Ref<T> adapted([[maybe_unused]] Held<binary::IDispatch> host) {
+  if constexpr (std::is_abstract_v<T> || std::is_same_v<T, Object>) {
+    return make<Adapter<T>>(std::move(host));
+  } else {
+    fail(FailureNumber::TypeMismatch);  // a class of the library is served by its own objects only
+  }
 }
-template <>
-Ref<Object> adapted<Object>(Held<binary::IDispatch> host);
-template <>
-Ref<TIBTemplate> adapted<TIBTemplate>(Held<binary::IDispatch> host);
-template <>
-Ref<TIBPages> adapted<TIBPages>(Held<binary::IDispatch> host);
-template <>
-Ref<TIBPage> adapted<TIBPage>(Held<binary::IDispatch> host);
-template <>
-Ref<TIBRegions> adapted<TIBRegions>(Held<binary::IDispatch> host);
-template <>
-Ref<TIBRegion> adapted<TIBRegion>(Held<binary::IDispatch> host);
-template <>
-Ref<TIBQuestions> adapted<TIBQuestions>(Held<binary::IDispatch> host);
-template <>
-Ref<TIBQuestion> adapted<TIBQuestion>(Held<binary::IDispatch> host);
-template <>
-Ref<TIBChoiceList> adapted<TIBChoiceList>(Held<binary::IDispatch> host);
-template <>
-Ref<WENKtdDocument> adapted<WENKtdDocument>(Held<binary::IDispatch> host);
-template <>
-Ref<WENKtdQuestions> adapted<WENKtdQuestions>(Held<binary::IDispatch> host);
-template <>
-Ref<WENKtdQuestion> adapted<WENKtdQuestion>(Held<binary::IDispatch> host);
-template <>
-Ref<WENKtdStrings> adapted<WENKtdStrings>(Held<binary::IDispatch> host);
-template <>
-Ref<WENKtdObjectives> adapted<WENKtdObjectives>(Held<binary::IDispatch> host);
-template <>
-Ref<WENKtdObjective> adapted<WENKtdObjective>(Held<binary::IDispatch> host);
-template <>
-Ref<WENKtdObjectiveFlags> adapted<WENKtdObjectiveFlags>(Held<binary::IDispatch> host);
-template <>
-Ref<WENKtdObjectiveFlag> adapted<WENKtdObjectiveFlag>(Held<binary::IDispatch> host);
-template <>
-Ref<WENKtdVersions> adapted<WENKtdVersions>(Held<binary::IDispatch> host);
-template <>
-Ref<WENKtdOrders> adapted<WENKtdOrders>(Held<binary::IDispatch> host);
-template <>
-Ref<WENKtdOrder> adapted<WENKtdOrder>(Held<binary::IDispatch> host);
 
 // An object that came through the boundary: one of the library itself, or one of the host that serves as a `T`.
 template <class T>

@@ -60,9 +60,9 @@ class ClassFactory final : public IClassFactory {
 
 std::vector<const ClassTable*> creatable_classes() {
   std::vector<const ClassTable*> result;
-  for (const std::span<const ClassTable* const> classes : {library_classes(), service_classes()}) {
-    for (const ClassTable* const table : classes) {
-      if (table->create != nullptr) result.push_back(table);
+  for (const auto classes : {library_classes(), service_classes()}) {
+    for (const ClassTable& table : classes) {
+      if (table.create != nullptr) result.push_back(&table);
     }
   }
   return result;

@@ -85,13 +85,15 @@ class HostSide {
 
 // An object of the host of no particular kind, such as its error object. `Call` passes every argument by reference: the first
 // as a variant, the others as what they hold, which is what a method "RaiseError" takes.
-class HostObject final : public Object, public HostSide {
- public:
+template <>
+struct Adapter<Object> final : Object, HostSide {
   using HostSide::HostSide;
   Variant Call(StringView name, std::span<Variant> arguments) override;
 
   // For services that are made of a host's object.
+  using HostSide::call;
   using HostSide::get;
 };
+using HostObject = Adapter<Object>;
 
 }  // namespace hedro34

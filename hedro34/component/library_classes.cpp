@@ -1,5 +1,6 @@
-#include "hedro34/component/class_table.h"
 #include "hedro34/component/classes.h"
+#include "hedro34/component/host_document.h"
+#include "hedro34/component/host_template.h"
 #include "hedro34/merge/clsHEDRO.h"
 
 namespace hedro34 {
@@ -157,80 +158,59 @@ constexpr Member merge[] = {
     method<&Merge::SetError>(u"SetError", by_reference(u"oErr")),
 };
 
-constexpr ClassTable merge_class = class_table<clsHEDRO>(
-    {0x1A11377D, 0x4B0A, 0x4D1C, {0x95, 0x8B, 0x62, 0x5F, 0xA5, 0xF4, 0x27, 0xD6}},
-    {0x86CE3263, 0x8E8A, 0x49DA, {0x89, 0x21, 0xE6, 0x4E, 0x3F, 0x12, 0x1F, 0x2A}}, merge, {}, create<clsHEDRO>,
-    u"The merge object: what a merge works on, and the operations that prepare and run it.");
-constexpr ClassTable test_class = class_table<clsHEDROTest>(
-    {0xBEA4DEBF, 0xAA66, 0x429D, {0xA5, 0xE2, 0x9D, 0xB9, 0x13, 0x52, 0xEF, 0xB9}},
-    {0xB2E5BA12, 0x8BED, 0x493F, {0xAC, 0x1D, 0x92, 0x00, 0x66, 0xBB, 0xB0, 0x17}}, test, {}, create<clsHEDROTest>,
-    u"One test: its identity, its questions, its scales and its sequences.");
-constexpr ClassTable question_class =
-    class_table<clsHEDROTestQuestion>({0x204ED3FE, 0x972F, 0x493D, {0xA9, 0xA3, 0x32, 0x30, 0x93, 0x56, 0x86, 0xBA}},
-                                      {0x307C4A67, 0x53FE, 0x44FA, {0xA6, 0xAF, 0xF9, 0xC2, 0xC9, 0x3E, 0xBD, 0x07}},
-                                      question, {}, create<clsHEDROTestQuestion>, u"One question of a test.");
-constexpr ClassTable strings_class = class_table<clsHEDROTestStrings>(
-    {0x1862B1D1, 0x8D70, 0x446F, {0xAA, 0xFC, 0x1C, 0x97, 0xD0, 0xC6, 0x45, 0xFF}},
-    {0x829401B7, 0xA81C, 0x4665, {0xA5, 0xF4, 0x27, 0x18, 0xBB, 0xE6, 0xAB, 0xFC}}, strings, u"Item",
-    create<clsHEDROTestStrings>, u"An ordered list of texts: answers, objectives and scales.");
-constexpr ClassTable correct_class = class_table<clsHEDROTestCorrect>(
-    {0x5A65F595, 0xF582, 0x4A49, {0x93, 0xD4, 0x3B, 0x55, 0xC7, 0xDA, 0x83, 0xD4}},
-    {0x0B85C954, 0x7DCA, 0x47B9, {0x8C, 0x08, 0x11, 0x26, 0x07, 0xA2, 0xDC, 0x69}}, correct, u"Item",
-    create<clsHEDROTestCorrect>, u"The correct answers of a question: a set of answer numbers.");
-constexpr ClassTable sequence_class = class_table<clsHEDROTestSequence>(
-    {0xDCC2C761, 0xDC96, 0x4A81, {0xB0, 0x0B, 0x7B, 0xA1, 0x7B, 0x0D, 0xA2, 0x4A}},
-    {0x6E802B54, 0x5A17, 0x4F0D, {0x91, 0x8D, 0xFD, 0x38, 0x71, 0xED, 0xFB, 0xAA}}, sequence, u"Order",
-    create<clsHEDROTestSequence>, u"One version of a test: its label and the order of its questions.");
-constexpr ClassTable tests_class = class_table<clsHEDROTests>(
-    {0xEB6F2AAE, 0xDD97, 0x44AB, {0x97, 0x58, 0xB2, 0x5B, 0x36, 0x37, 0xD7, 0xAB}},
-    {0x22060BB1, 0x1887, 0x4A7B, {0x97, 0x2F, 0x14, 0x3F, 0xF9, 0xFE, 0x3D, 0xFE}}, tests, u"Item", nullptr,
-    u"The tests of a merge: the one that is merged first, its further versions behind it.");
-constexpr ClassTable questions_class = class_table<clsHEDROTestQuestions>(
-    {0xCA99BBCE, 0xCD9D, 0x4332, {0x96, 0x3E, 0xD2, 0xE9, 0xFC, 0x1A, 0x2F, 0x19}},
-    {0xCEFABE03, 0x52EF, 0x48D1, {0xAD, 0x18, 0x1B, 0xC2, 0x2C, 0xF5, 0x4C, 0xFB}}, questions, u"Item", nullptr,
-    u"The questions of a test in test order, each under its ID.");
-constexpr ClassTable sequences_class =
-    class_table<clsHEDROTestSequences>({0x2018E22B, 0xD0BB, 0x49C1, {0xBE, 0x83, 0xD0, 0xF8, 0xB3, 0xE6, 0x50, 0x7F}},
-                                       {0x0537532A, 0x3AC5, 0x4974, {0x83, 0x9A, 0x80, 0x08, 0x44, 0x8B, 0x99, 0x76}},
-                                       sequences, u"Item", nullptr, u"The versions of a test, each under its label.");
-constexpr ClassTable order_class = class_table<clsHEDROTestSequenceOrder>(
-    {0xF8B238F0, 0x2536, 0x4305, {0x9A, 0x0A, 0x22, 0xAD, 0x17, 0x93, 0x7B, 0xC7}},
-    {0x1F8EB3C2, 0x81E5, 0x4265, {0xA1, 0x88, 0x36, 0x5E, 0xAD, 0x9F, 0xD1, 0xB7}}, order, u"Item", nullptr,
-    u"The places of a version's questions, each under its ID.");
+constexpr ClassTable classes[] = {
+    creatable<Merge>(u"{1A11377D-4B0A-4D1C-958B-625FA5F427D6}", u"{86CE3263-8E8A-49DA-8921-E64E3F121F2A}", merge,
+                     u"The merge object: what a merge works on, and the operations that prepare and run it."),
+    creatable<Test>(u"{BEA4DEBF-AA66-429D-A5E2-9DB91352EFB9}", u"{B2E5BA12-8BED-493F-AC1D-920066BBB017}", test,
+                    u"One test: its identity, its questions, its scales and its sequences."),
+    creatable<Question>(u"{204ED3FE-972F-493D-A9A3-3230935686BA}", u"{307C4A67-53FE-44FA-A6AF-F9C2C93EBD07}", question,
+                        u"One question of a test."),
+    creatable<Strings>(u"{1862B1D1-8D70-446F-AAFC-1C97D0C645FF}", u"{829401B7-A81C-4665-A5F4-2718BBE6ABFC}", strings,
+                       u"An ordered list of texts: answers, objectives and scales.", u"Item"),
+    creatable<Correct>(u"{5A65F595-F582-4A49-93D4-3B55C7DA83D4}", u"{0B85C954-7DCA-47B9-8C08-112607A2DC69}", correct,
+                       u"The correct answers of a question: a set of answer numbers.", u"Item"),
+    creatable<Sequence>(u"{DCC2C761-DC96-4A81-B00B-7BA17B0DA24A}", u"{6E802B54-5A17-4F0D-918D-FD3871EDFBAA}", sequence,
+                        u"One version of a test: its label and the order of its questions.", u"Order"),
+    inner<Tests>(u"{EB6F2AAE-DD97-44AB-9758-B25B3637D7AB}", u"{22060BB1-1887-4A7B-972F-143FF9FE3DFE}", tests,
+                 u"The tests of a merge: the one that is merged first, its further versions behind it.", u"Item"),
+    inner<Questions>(u"{CA99BBCE-CD9D-4332-963E-D2E9FC1A2F19}", u"{CEFABE03-52EF-48D1-AD18-1BC22CF54CFB}", questions,
+                     u"The questions of a test in test order, each under its ID.", u"Item"),
+    inner<Sequences>(u"{2018E22B-D0BB-49C1-BE83-D0F8B3E6507F}", u"{0537532A-3AC5-4974-839A-8008448B9976}", sequences,
+                     u"The versions of a test, each under its label.", u"Item"),
+    inner<Order>(u"{F8B238F0-2536-4305-9A0A-22AD17937BC7}", u"{1F8EB3C2-81E5-4265-A188-365EAD9FD1B7}", order,
+                 u"The places of a version's questions, each under its ID.", u"Item"),
+};
 
-constexpr const ClassTable* classes[] = {&merge_class,     &test_class,     &question_class, &strings_class,
-                                         &correct_class,   &sequence_class, &tests_class,    &questions_class,
-                                         &sequences_class, &order_class};
+template <auto value>
+constexpr Enumerator enumerator = {value_name<value>, value};
 
 constexpr Enumerator source_types[] = {
-    {u"HEDROTestSourceTypeUnknown", HEDROTestSourceTypeUnknown},
-    {u"HEDROTestSourceTypeExamView", HEDROTestSourceTypeExamView},
-    {u"HEDROTestSourceTypeKTD", HEDROTestSourceTypeKTD},
-    {u"HEDROTestSourceTypeNGT", HEDROTestSourceTypeNGT},
+    enumerator<HEDROTestSourceTypeUnknown>,
+    enumerator<HEDROTestSourceTypeExamView>,
+    enumerator<HEDROTestSourceTypeKTD>,
+    enumerator<HEDROTestSourceTypeNGT>,
 };
 constexpr Enumerator import_objectives[] = {
-    {u"HEDROTestImportObjectivesNone", HEDROTestImportObjectivesNone},
-    {u"HEDROTestImportObjectivesLearning", HEDROTestImportObjectivesLearning},
-    {u"HEDROTestImportObjectivesLocal", HEDROTestImportObjectivesLocal},
-    {u"HEDROTestImportObjectivesState", HEDROTestImportObjectivesState},
-    {u"HEDROTestImportObjectivesNational", HEDROTestImportObjectivesNational},
+    enumerator<HEDROTestImportObjectivesNone>,     enumerator<HEDROTestImportObjectivesLearning>,
+    enumerator<HEDROTestImportObjectivesLocal>,    enumerator<HEDROTestImportObjectivesState>,
+    enumerator<HEDROTestImportObjectivesNational>,
 };
 constexpr Enumerator question_types[] = {
-    {u"HEDROTestQuestionTypeUnknown", HEDROTestQuestionTypeUnknown},
-    {u"HEDROTestQuestionTypeTrueFalse", HEDROTestQuestionTypeTrueFalse},
-    {u"HEDROTestQuestionTypeYesNo", HEDROTestQuestionTypeYesNo},
-    {u"HEDROTestQuestionTypeMultipleChoice", HEDROTestQuestionTypeMultipleChoice},
-    {u"HEDROTestQuestionTypeModifiedTrueFalse", HEDROTestQuestionTypeModifiedTrueFalse},
-    {u"HEDROTestQuestionTypeNumericResponse", HEDROTestQuestionTypeNumericResponse},
-    {u"HEDROTestQuestionTypeCompletion", HEDROTestQuestionTypeCompletion},
-    {u"HEDROTestQuestionTypeMatching", HEDROTestQuestionTypeMatching},
-    {u"HEDROTestQuestionTypeShortAnswer", HEDROTestQuestionTypeShortAnswer},
-    {u"HEDROTestQuestionTypeProblem", HEDROTestQuestionTypeProblem},
-    {u"HEDROTestQuestionTypeEssay", HEDROTestQuestionTypeEssay},
-    {u"HEDROTestQuestionTypeCase", HEDROTestQuestionTypeCase},
-    {u"HEDROTestQuestionTypeSubjective", HEDROTestQuestionTypeSubjective},
-    {u"HEDROTestQuestionTypeOther", HEDROTestQuestionTypeOther},
-    {u"HEDROTestQuestionTypeBimodal", HEDROTestQuestionTypeBimodal},
+    enumerator<HEDROTestQuestionTypeUnknown>,
+    enumerator<HEDROTestQuestionTypeTrueFalse>,
+    enumerator<HEDROTestQuestionTypeYesNo>,
+    enumerator<HEDROTestQuestionTypeMultipleChoice>,
+    enumerator<HEDROTestQuestionTypeModifiedTrueFalse>,
+    enumerator<HEDROTestQuestionTypeNumericResponse>,
+    enumerator<HEDROTestQuestionTypeCompletion>,
+    enumerator<HEDROTestQuestionTypeMatching>,
+    enumerator<HEDROTestQuestionTypeShortAnswer>,
+    enumerator<HEDROTestQuestionTypeProblem>,
+    enumerator<HEDROTestQuestionTypeEssay>,
+    enumerator<HEDROTestQuestionTypeCase>,
+    enumerator<HEDROTestQuestionTypeSubjective>,
+    enumerator<HEDROTestQuestionTypeOther>,
+    enumerator<HEDROTestQuestionTypeBimodal>,
 };
 
 constexpr EnumerationTable enumerations[] = {
@@ -241,7 +221,7 @@ constexpr EnumerationTable enumerations[] = {
 
 }  // namespace
 
-std::span<const ClassTable* const> library_classes() noexcept { return classes; }
+std::span<const ClassTable> library_classes() noexcept { return classes; }
 std::span<const EnumerationTable> library_enumerations() noexcept { return enumerations; }
 
 }  // namespace hedro34

@@ -1,13 +1,6 @@
 #include "hedro34/component/member.h"
 
-#include "hedro34/component/host_object.h"
-
 namespace hedro34 {
-
-template <>
-Ref<Object> adapted<Object>(Held<binary::IDispatch> host) {
-  return make<HostObject>(std::move(host));
-}
 
 Incoming<bool*>::Incoming(CallArguments& arguments, std::size_t position) : given_(arguments.given[position]) {
   arguments.at = position;

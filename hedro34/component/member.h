@@ -1,8 +1,10 @@
 // The table of a class: its members in interface order, with names, kinds, arguments and the C++ member behind each row.
 //
-//   constexpr auto members = class_members<clsHEDROTestCorrect>(
+//   constexpr Member correct[] = {
 //       property<&Correct::Count>(u"Count"),
-//       method<&Correct::Add>(u"Add", required(u"Item"), optional(u"Before"), optional(u"After")), ...);
+//       method<&Correct::Add>(u"Add", required(u"Item"), optional(u"Before"), optional(u"After")), ...};
+//   constexpr ClassTable classes[] = {
+//       creatable<Correct>(u"{5A65F595-...}", u"{0B85C954-...}", correct, u"The correct answers.", u"Item"), ...};
 //
 // Types come from the C++ member, so that a row cannot say another one. From these tables come calls by name, the interface
 // definition, the reference page and the types of the Python client.
@@ -15,7 +17,9 @@
 #include <type_traits>
 #include <typeinfo>
 
-#include "hedro34/component/conversion.h"
+#include "hedro34/component/host_object.h"
+#include "hedro34/component/identifier.h"
+#include "hedro34/component/type_name.h"
 
 namespace hedro34 {
 
@@ -379,5 +383,32 @@ struct ClassTable {
     return &members[static_cast<std::size_t>(position)];
   }
 };
+
+// The table of a class whose objects only the library makes. The default member is the row of that name.
+template <class T, std::size_t count>
+constexpr ClassTable inner(StringView class_id, StringView interface_id, const Member (&members)[count],
+                           StringView summary, StringView default_member = {}) {
+  ClassTable result{.name = type_name<T>,
+                    .class_id = identifier_of(class_id).value(),
+                    .interface_id = identifier_of(interface_id).value(),
+                    .type = &typeid(T),
+                    .members = members,
+                    .index = NameIndex(members),
+                    .summary = summary};
+  for (std::size_t i = 0; i < count; ++i) {
+    if (members[i].name == default_member) result.default_member = static_cast<int>(i);
+  }
+  if (!default_member.empty() && result.default_member < 0) throw "no row has the name of the default member";
+  return result;
+}
+
+// The table of a class that a host may create.
+template <class T, std::size_t count>
+constexpr ClassTable creatable(StringView class_id, StringView interface_id, const Member (&members)[count],
+                               StringView summary, StringView default_member = {}) {
+  ClassTable result = inner<T>(class_id, interface_id, members, summary, default_member);
+  result.create = [] { return Ref<Object>(make<T>()); };
+  return result;
+}
 
 }  // namespace hedro34

@@ -6,8 +6,8 @@
 
 #include "hedro34/component/class_registry.h"
 #include "hedro34/component/create_object.h"
-#include "hedro34/documents/TIBTemplate.h"
-#include "hedro34/documents/WENKtdDocument.h"
+#include "hedro34/component/host_document.h"
+#include "hedro34/component/host_template.h"
 #include "hedro34/platform/file_error.h"
 #include "hedro34/platform/message_box.h"
 #include "hedro34/platform/platform.h"

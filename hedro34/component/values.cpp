@@ -4,7 +4,6 @@
 #include <new>
 
 #include "hedro34/component/host_object.h"
-#include "hedro34/component/identity.h"
 
 namespace hedro34 {
 namespace {
@@ -161,13 +160,7 @@ Variant variant_of(const VARIANT& given) {
     case VT_CY: return static_cast<double>(value.llVal) / units_of_currency;
     case VT_BSTR: return view_of(value.bstrVal);
     case VT_DISPATCH:
-    case VT_UNKNOWN: {
-      Held<IDispatch> keeper;
-      IDispatch* const object = dispatch_of(value, keeper);
-      if (object == nullptr) return Ref<Object>();
-      if (Ref<Object> own = own_object(object)) return own;
-      return Ref<Object>(make<HostObject>(Held<IDispatch>(object)));
-    }
+    case VT_UNKNOWN: return object_of<Object>(value);
     default: mismatch();
   }
 }

@@ -70,7 +70,7 @@ void print_idl(std::ostream& out) {
   out << "// Written by the target `idl` from the member tables of the component.\n\n[uuid("
       << identifier(type_library_id) << "), version(" << type_library_major << "." << type_library_minor << "), lcid("
       << type_library_locale << ")]\nlibrary " << utf8(type_library_name) << "\n{\n  importlib(\"stdole2.tlb\");\n\n";
-  for (const ClassTable* const table : library_classes()) out << "  dispinterface _" << utf8(table->name) << ";\n";
+  for (const ClassTable& table : library_classes()) out << "  dispinterface _" << utf8(table.name) << ";\n";
   for (const EnumerationTable& enumeration : library_enumerations()) {
     out << "\n  typedef enum " << utf8(enumeration.name) << "\n  {\n";
     for (const Enumerator& value : enumeration.values) {
@@ -79,7 +79,7 @@ void print_idl(std::ostream& out) {
     }
     out << "  } " << utf8(enumeration.name) << ";\n";
   }
-  for (const ClassTable* const table : library_classes()) print_class(out, *table);
+  for (const ClassTable& table : library_classes()) print_class(out, table);
   out << "};\n";
 }
 

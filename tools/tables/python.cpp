@@ -132,10 +132,10 @@ CLASSES: dict[str, str] = {
 )";
   std::vector<const ClassTable*> creatable;
   for (const auto classes : {library_classes(), service_classes()}) {
-    for (const ClassTable* const table : classes) {
-      if (table->create == nullptr) continue;
-      creatable.push_back(table);
-      out << "    \"HEDRO34." << utf8(table->name) << "\": \"{" << identifier(table->class_id) << "}\",\n";
+    for (const ClassTable& table : classes) {
+      if (table.create == nullptr) continue;
+      creatable.push_back(&table);
+      out << "    \"HEDRO34." << utf8(table.name) << "\": \"{" << identifier(table.class_id) << "}\",\n";
     }
   }
   out << "}\n";
@@ -147,7 +147,7 @@ CLASSES: dict[str, str] = {
     }
   }
   for (const auto classes : {library_classes(), service_classes()}) {
-    for (const ClassTable* const table : classes) print_class(out, *table);
+    for (const ClassTable& table : classes) print_class(out, table);
   }
   out << "\n\nclass Create(Protocol):\n    \"\"\"`hedro34.create`, with the class of what it gives.\"\"\"\n";
   for (const ClassTable* const table : creatable) {

@@ -73,7 +73,7 @@ void print_reference(std::ostream& out) {
          "headers of the classes.\n\n## Type library\n\n`"
       << utf8(type_library_name) << "`, version " << type_library_major << "." << type_library_minor << ", locale "
       << type_library_locale << ", identifier {" << identifier(type_library_id) << "}.\n";
-  for (const ClassTable* const table : library_classes()) print_class(out, *table);
+  for (const ClassTable& table : library_classes()) print_class(out, table);
   out << "\n## Enumerations\n\n32-bit integers.\n";
   for (const EnumerationTable& enumeration : library_enumerations()) {
     out << "\n### " << utf8(enumeration.name) << "\n\n| Name | Value |\n|---|---|\n";
@@ -83,7 +83,7 @@ void print_reference(std::ostream& out) {
   out << "\n## Services and default objects\n\nBeside the type library. Where a type is one of a host's libraries, the "
          "default objects have `Form` in the place of `TIB`\nand `Data` in the place of `WENKtd`: what `FormTemplate.Pages` "
          "gives as a `TIBPages` is a `FormPages`.\n";
-  for (const ClassTable* const table : service_classes()) print_class(out, *table);
+  for (const ClassTable& table : service_classes()) print_class(out, table);
 }
 
 }  // namespace hedro34::tables
