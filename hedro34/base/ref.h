@@ -26,10 +26,10 @@ class Object {
   // 438 when there is no method of that name, which is all that this default does.
   virtual Variant Call(StringView name, std::span<Variant> arguments);
 
-  // The number of the identity under which callers outside the library hold the object, 0 while there is none. The identity
-  // sets it and puts it back; the object does nothing with it.
-  std::uint32_t component_identity() const noexcept { return component_identity_; }
-  void set_component_identity(std::uint32_t number) noexcept { component_identity_ = number; }
+  // Who holds the object for callers outside the library; null while nobody does. The holder sets it, and sets it back to
+  // null when it goes; the object does nothing with it.
+  void* outside_holder() const noexcept { return outside_holder_; }
+  void set_outside_holder(void* holder) noexcept { outside_holder_ = holder; }
 
   // Whether more than one reference holds the object.
   bool shared() const noexcept { return count_ > 1; }
@@ -44,8 +44,8 @@ class Object {
   friend struct std::default_delete<const Object>;
 
  private:
+  void* outside_holder_ = nullptr;
   mutable std::int32_t count_ = 0;
-  std::uint32_t component_identity_ = 0;
 };
 
 // A class whose objects can be held as `T`.

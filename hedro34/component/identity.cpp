@@ -7,7 +7,6 @@
 
 #include "hedro34/component/classes.h"
 #include "hedro34/component/host_object.h"
-#include "hedro34/component/identity_numbers.h"
 
 namespace hedro34 {
 namespace {
@@ -94,11 +93,7 @@ HRESULT place(const Member& member, const DISPPARAMS& parameters, bool writes, C
 class Identity final : public IDispatch {
  public:
   Identity(Ref<Object> object, const ClassTable& table) : object_(std::move(object)), table_(table) {
-    object_->set_component_identity(number_identity(this, object_.get()));
-  }
-  ~Identity() {
-    forget_identity(object_->component_identity(), object_.get());
-    object_->set_component_identity(0);
+    object_->set_outside_holder(this);
   }
 
   const Ref<Object>& object() const noexcept { return object_; }
@@ -111,6 +106,7 @@ class Identity final : public IDispatch {
       *object = static_cast<IDispatch*>(this);
       asked = *object;
     } else {
+  ~Identity() { object_->set_outside_holder(nullptr); }
       *object = nullptr;
       return E_NOINTERFACE;
     }
@@ -215,10 +211,7 @@ void Alive::lock(bool on) noexcept {
 
 IDispatch* counted_identity_of(const Ref<Object>& object) {
   if (!object) return nullptr;
-  Identity* identity = nullptr;
-  if (const std::uint32_t number = object->component_identity()) {
-    identity = static_cast<Identity*>(numbered_identity(number, object.get()));
-  }
+  auto* identity = static_cast<Identity*>(object->outside_holder());
   if (identity == nullptr) {
     if (const ClassTable* const table = table_of(*object)) {
       identity = std::make_unique<Identity>(object, *table).release();
