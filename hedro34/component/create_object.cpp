@@ -10,6 +10,7 @@
 #include <unordered_map>
 
 #include "hedro34/component/class_registry.h"
+#include "hedro34/component/held.h"
 #include "hedro34/component/result_of.h"
 #include "hedro34/platform/file_error.h"
 
@@ -53,6 +54,7 @@ HRESULT class_object_function(const String& path, ClassObjectFunction*& function
     }
   }
   // Not under the lock: a library may create objects while it is being opened.
+  const HostCall running;
   const std::string name = to_utf8(path);
   std::unique_ptr<void, CloseLibrary> library(::dlopen(name.c_str(), RTLD_NOW | RTLD_LOCAL));
   if (!library) {
@@ -82,6 +84,7 @@ HRESULT class_factory(StringView name, binary::IClassFactory** factory) noexcept
     if (const HRESULT result = class_object_function(wanted.library, function); result != binary::S_OK) return result;
 
     void* answer = nullptr;
+    const HostCall running;
     const HRESULT result = function(wanted.id, binary::IID_IClassFactory, &answer);
     if (result < 0) return result;
     *factory = static_cast<binary::IClassFactory*>(answer);
@@ -95,6 +98,7 @@ HRESULT create_object(StringView name, binary::IDispatch** object) noexcept {
   binary::IClassFactory* made_by = nullptr;
   if (const HRESULT result = class_factory(name, &made_by); result < 0) return result;
   return result_of([&]() -> HRESULT {
+    const HostCall running;
     const std::unique_ptr<binary::IClassFactory, ReleaseFactory> factory(made_by);
     void* answer = nullptr;
     const HRESULT result = factory->CreateInstance(nullptr, binary::IID_IDispatch, &answer);

@@ -7,6 +7,7 @@
 #include "hedro34/component/classes.h"
 #include "hedro34/component/create_object.h"
 #include "hedro34/component/identity.h"
+#include "hedro34/component/result_of.h"
 #include "hedro34/component/services.h"
 #include "hedro34/runtime/modStartup.h"
 
@@ -39,13 +40,10 @@ class ClassFactory final : public IClassFactory {
     if (object == nullptr) return E_POINTER;
     *object = nullptr;
     if (outer != nullptr) return CLASS_E_NOAGGREGATION;
-    HRESULT result = E_UNEXPECTED;
-    const auto failure = caught([&] {
+    return result_of([&] {
       Main();
-      result = identity_of(table_.create())->QueryInterface(iid, object);
+      return identity_of(table_.create())->QueryInterface(iid, object);
     });
-    if (failure) return failure->number == 7 ? E_OUTOFMEMORY : E_UNEXPECTED;
-    return result;
   }
   HRESULT LockServer(std::int32_t lock) override {
     Alive::lock(lock != 0);
@@ -68,14 +66,6 @@ std::vector<const ClassTable*> creatable_classes() {
   return result;
 }
 
-template <class Body>
-HRESULT answer(Body body) {
-  HRESULT result = E_UNEXPECTED;
-  const auto failure = caught([&] { result = body(); });
-  if (!failure) return result;
-  return failure->number == 7 ? E_OUTOFMEMORY : E_UNEXPECTED;
-}
-
 }  // namespace
 }  // namespace hedro34
 
@@ -85,7 +75,7 @@ using namespace hedro34::binary;
 HEDRO34_EXPORT HRESULT DllGetClassObject(const GUID& class_id, const GUID& iid, void** object) {
   if (object == nullptr) return E_POINTER;
   *object = nullptr;
-  return answer([&] {
+  return result_of([&]() -> HRESULT {
     Main();
     install_host_factories();
     const ClassTable* const table = table_of(class_id);
@@ -98,7 +88,7 @@ HEDRO34_EXPORT HRESULT DllGetClassObject(const GUID& class_id, const GUID& iid, 
 HEDRO34_EXPORT HRESULT DllCanUnloadNow() { return Alive::count() == 0 ? S_OK : S_FALSE; }
 
 HEDRO34_EXPORT HRESULT DllRegisterServer() {
-  return answer([] {
+  return result_of([] {
     const String library = path_of_library(reinterpret_cast<const void*>(&DllCanUnloadNow));
     std::vector<RegisteredClass> classes;
     for (const ClassTable* const table : creatable_classes()) {
@@ -109,7 +99,7 @@ HEDRO34_EXPORT HRESULT DllRegisterServer() {
 }
 
 HEDRO34_EXPORT HRESULT DllUnregisterServer() {
-  return answer([] {
+  return result_of([] {
     std::vector<GUID> ids;
     for (const ClassTable* const table : creatable_classes()) ids.push_back(table->class_id);
     return unregister_classes(ids);
