@@ -4,6 +4,7 @@
 #include <mutex>
 #include <unordered_map>
 
+#include "hedro34/base/immortal.h"
 #include "hedro34/component/class_registry.h"
 #include "hedro34/component/create_object.h"
 #include "hedro34/component/host_document.h"
@@ -42,7 +43,7 @@ struct Given {
 };
 
 Given& given() {
-  static Given& it = *std::make_unique<Given>().release();
+  static Given& it = immortal<Given>();
   return it;
 }
 
@@ -175,10 +176,9 @@ bool PlatformObject::RevokeClass(StringView sName) {
 void install_host_factories() {
   static const bool installed = [] {
     Platform& services = platform();
-    HostFactories* const factories =
-        std::make_unique<HostFactories>(*services.template_objects, *services.document_objects).release();
-    services.template_objects = factories;
-    services.document_objects = factories;
+    auto& factories = immortal<HostFactories>(*services.template_objects, *services.document_objects);
+    services.template_objects = &factories;
+    services.document_objects = &factories;
     return true;
   }();
   static_cast<void>(installed);
