@@ -1,4 +1,5 @@
 // The library's objects called by name: names, kinds, counts and types of arguments, and their result codes.
+#include "hedro34/documents/data_document.h"
 #include "hedro34/merge/clsHEDRO.h"
 #include "tests/component_support.h"
 
@@ -89,6 +90,74 @@ TEST_F(Component, CallsOtherObjectsByName) {
     EXPECT_EQ(run(identity_of(row.object).get(), row.call), row.outcome) << to_utf8(row.call.member);
     EXPECT_EQ(recorder.take(), row.reports) << to_utf8(row.call.member);
   }
+}
+
+// `test.Questions(1)` in one call, as scripts send it: a property without arguments hands them to its object's default member.
+TEST_F(Component, HandsArgumentsToTheDefaultMember) {
+  constexpr std::uint16_t read = method | get;
+  Recorder recorder;
+  const auto test = make<clsHEDROTest>();
+  for (const char16_t* id : {u"q", u"r"}) test->Questions->Add(question(id));
+  test->TrueFalseScale = abc();
+  test->Sequences->AddDefault(test->Questions);
+  const auto item = test->Questions->Item(2);
+  item->Answers = nullptr;
+  const auto document = make<DataDocument>();
+  document->Questions()->Add(make<DataQuestion>());
+  const auto merge = make<clsHEDRO>();
+  const auto host = Host::create();
+  host->answer = 7;
+  merge->TemplateIn = as<TIBTemplate>(host);
+  merge->WENKTD = document;
+  const struct {
+    Ref<Object> object;
+    Call call;
+    std::string outcome;
+    Lines host = {};
+  } rows[] = {
+      {test, {u"TrueFalseScale", read, {2}}, "BSTR b"},
+      {test, {u"TrueFalseScale", get, {u"K"}}, "BSTR b"},
+      {test, {u"TrueFalseScale", put_value, {2, u"X"}}, "EMPTY"},
+      {test, {u"TrueFalseScale", get, {2}}, "BSTR X"},
+      {test, {u"Questions", read, {u"r"}}, "OBJECT"},
+      {merge, {u"WENKTD", read, {1}}, "OBJECT"},  // by the document's default member `Questions`
+      {merge, {u"TemplateIn", read, {3}}, "I4 7", {"(I4 3)"}},
+      {merge, {u"TemplateIn", put_value, {3, u"x"}}, "EMPTY", {"PUT (I4 3, BSTR x)"}},
+      // What is wrong with the arguments the default member says.
+      {test, {u"TrueFalseScale", read, {1, 2}}, "8002000E"},
+      {item, {u"CorrectAnswers", read, {40000}}, "8002000A at 0"},
+      {test, {u"Questions", put_reference, {1, item}}, "80020003"},
+      {document, {u"Versions", read, {1}}, "80020003"},  // an object without one
+      {item, {u"Answers", read, {1}}, "80020009 800A005B HEDRO34: Object variable not set"},
+      // No such calls.
+      {test, {u"Questions", method, {1}}, "80020003"},
+      {test, {u"Title", read, {1}}, "8002000E"},
+      {test, {u"Title", put_value, {1, u"x"}}, "8002000E"},
+      {test, {u"Copy", read, {1}}, "8002000E"},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(run(identity_of(row.object).get(), row.call), row.outcome) << to_utf8(row.call.member);
+    EXPECT_EQ(host->take(), row.host) << to_utf8(row.call.member);
+  }
+
+  OwnedVariant found;
+  EXPECT_EQ(run(identity_of(test).get(), {u"Questions", read, {2}}, found.get()), "OBJECT");
+  EXPECT_EQ(own_object(found->pdispVal), item);
+  // `sequence(2)`, with the argument by position, by reference, under its number, and under none that is there.
+  const Held<IDispatch> sequence = identity_of(test->Sequences->Item(1));
+  std::int32_t two = 2;
+  DISPID place = 0;
+  VARIANT argument{};
+  put(argument, two);
+  EXPECT_EQ(invoke(sequence.get(), DISPID_VALUE, read, {&argument, nullptr, 1, 0}), "I4 2");
+  argument.vt = VT_BYREF | VT_I4;
+  argument.plVal = &two;
+  EXPECT_EQ(invoke(sequence.get(), DISPID_VALUE, read, {&argument, nullptr, 1, 0}), "I4 2");
+  EXPECT_EQ(invoke(sequence.get(), DISPID_VALUE, read, {&argument, &place, 1, 1}), "I4 2");
+  place = 1;
+  EXPECT_EQ(invoke(sequence.get(), DISPID_VALUE, read, {&argument, &place, 1, 1}), "80020004 at 0");
+  EXPECT_EQ(invoke(sequence.get(), DISPID_VALUE, read, {nullptr, nullptr, 1, 0}), "80070057");
+  EXPECT_EQ(recorder.take(), Lines());
 }
 
 }  // namespace

@@ -56,15 +56,26 @@ HRESULT tell(const Failure& failure, EXCEPINFO* exception) {
 
 constexpr std::uint32_t none = std::numeric_limits<std::uint32_t>::max();
 
-// Puts the arguments of a call in their places. `bad` is the index in `parameters` of one that does not fit, or `none`.
-HRESULT place(const Member& member, const DISPPARAMS& parameters, bool writes, CallArguments& arguments,
-              std::uint32_t& bad) {
+constexpr std::uint16_t puts = DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF;
+
+bool sound(const DISPPARAMS& parameters) noexcept {
+  const auto [arguments, ids, all, named] = parameters;
+  return named <= all && (all == 0 || arguments != nullptr) && (named == 0 || ids != nullptr);
+}
+
+// Whether a call of this member is one of the default member of the object that it gives: `test.Questions(1)` is
+// `test.Questions.Item(1)`, since `Questions` has no arguments of its own.
+bool is_for_the_result(const Member& member, std::uint16_t flags, const DISPPARAMS& parameters) noexcept {
+  const std::uint32_t values = (flags & puts) != 0 ? 1 : 0;
+  return parameters.cArgs > values && member.count == 0 && member.type.kind == Kind::Object &&
+         (member.kinds & DISPATCH_PROPERTYGET) != 0 && (flags & (DISPATCH_PROPERTYGET | puts)) != 0;
+}
+
+// Finds out which argument of the member each argument of a call is. `bad` is the index in `parameters` of one that does not fit, or `none`.
+HRESULT assign(const Member& member, const DISPPARAMS& parameters, bool writes, CallArguments& arguments,
+               std::uint32_t& bad) {
   const std::uint32_t all = parameters.cArgs;
   const std::uint32_t named = parameters.cNamedArgs;
-  if (named > all || (all > 0 && parameters.rgvarg == nullptr) ||
-      (named > 0 && parameters.rgdispidNamedArgs == nullptr)) {
-    return E_INVALIDARG;
-  }
   if (all - named > member.count) return DISP_E_BADPARAMCOUNT;
   for (std::uint32_t i = 0; i < all - named; ++i) arguments.given[i] = &parameters.rgvarg[all - 1 - i];
   for (std::uint32_t i = 0; i < named; ++i) {
@@ -95,6 +106,7 @@ class Identity final : public IDispatch {
   Identity(Ref<Object> object, const ClassTable& table) : object_(std::move(object)), table_(table) {
     object_->set_outside_holder(this);
   }
+  ~Identity() { object_->set_outside_holder(nullptr); }
 
   const Ref<Object>& object() const noexcept { return object_; }
 
@@ -106,7 +118,6 @@ class Identity final : public IDispatch {
       *object = static_cast<IDispatch*>(this);
       asked = *object;
     } else {
-  ~Identity() { object_->set_outside_holder(nullptr); }
       *object = nullptr;
       return E_NOINTERFACE;
     }
@@ -135,6 +146,9 @@ class Identity final : public IDispatch {
                  EXCEPINFO* exception, std::uint32_t* bad_argument) override;
 
  private:
+  HRESULT call_the_result(const Member& member, LCID locale, std::uint16_t flags, DISPPARAMS& parameters,
+                          VARIANT* result, EXCEPINFO* exception, std::uint32_t* bad_argument);
+
   Alive alive_;  // counted until the object is gone
   Ref<Object> object_;
   const ClassTable& table_;
@@ -161,16 +175,37 @@ HRESULT Identity::GetIDsOfNames(const GUID& iid, OLECHAR** names, std::uint32_t 
   return result;
 }
 
-HRESULT Identity::Invoke(DISPID id, const GUID& iid, LCID, std::uint16_t flags, DISPPARAMS* parameters, VARIANT* result,
-                         EXCEPINFO* exception, std::uint32_t* bad_argument) {
+// The arguments go on as they came, with names, references and all; what is wrong with them the default member says.
+HRESULT Identity::call_the_result(const Member& member, LCID locale, std::uint16_t flags, DISPPARAMS& parameters,
+                                  VARIANT* result, EXCEPINFO* exception, std::uint32_t* bad_argument) {
+  const Held<IDispatch> living(this);
+  HRESULT code = S_OK;
+  const std::optional<Failure> failure = caught([&] {
+    CallArguments nothing{.member = &member};
+    OwnedVariant made;
+    member.read(*object_, nothing, *made);
+    if (made->pdispVal == nullptr) fail(FailureNumber::ObjectNotSet);
+    const HostCall running;
+    if ((flags & puts) != 0) result = nullptr;
+    code = made->pdispVal->Invoke(DISPID_VALUE, IID_NULL, locale, flags, &parameters, result, exception, bad_argument);
+  });
+  return failure ? tell(*failure, exception) : code;
+}
+
+HRESULT Identity::Invoke(DISPID id, const GUID& iid, LCID locale, std::uint16_t flags, DISPPARAMS* parameters,
+                         VARIANT* result, EXCEPINFO* exception, std::uint32_t* bad_argument) {
   if (!(iid == IID_NULL)) return DISP_E_UNKNOWNINTERFACE;
   if (result != nullptr) *result = {};
   if (parameters == nullptr) return E_INVALIDARG;
   const Member* const member = table_.member(id);
   if (member == nullptr) return DISP_E_MEMBERNOTFOUND;
-  constexpr std::uint16_t puts = DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF;
+  if (is_for_the_result(*member, flags, *parameters)) {
+    if (!sound(*parameters)) return E_INVALIDARG;
+    return call_the_result(*member, locale, flags, *parameters, result, exception, bad_argument);
+  }
   const bool writes = (flags & puts) != 0;
   if ((member->kinds & flags) == 0 || (writes && (member->kinds & flags & puts) == 0)) return DISP_E_MEMBERNOTFOUND;
+  if (!sound(*parameters)) return E_INVALIDARG;
 
   CallArguments arguments{.member = member};
   std::uint32_t bad = none;
@@ -178,7 +213,7 @@ HRESULT Identity::Invoke(DISPID id, const GUID& iid, LCID, std::uint16_t flags, 
   AddRef();  // a host may let go of the object in the middle of the call
   HRESULT code = S_OK;
   const std::optional<Failure> failure = caught([&] {
-    code = place(*member, *parameters, writes, arguments, bad);
+    code = assign(*member, *parameters, writes, arguments, bad);
     if (code == S_OK) (writes ? member->write : member->read)(*object_, arguments, *made);
   });
   const bool told = failure && arguments.converted;

@@ -110,7 +110,11 @@ void print_class(std::ostream& out, const ClassTable& table) {
       out << "\n    def __setitem__(self, index: Any, value: " << type_of(main->type, true) << ") -> None: ...\n";
     }
   }
-  if (main != nullptr && !items) print_function(out, "__call__", *main, type_of(main->type, false));
+  if (main != nullptr && !items) {
+    const bool gives_object = main->type.kind == Kind::Object;  // which arguments go to
+    out << "\n    def __call__(self" << (gives_object ? ", *index: Any" : "") << ") -> " << type_of(main->type, false)
+        << (gives_object ? " | Any" : "") << ": ...\n";
+  }
 }
 
 }  // namespace

@@ -322,7 +322,11 @@ class AnyObject(Collection):
 
 class _WithDefault(Object):
     def __call__(self, *arguments: Any, **named: Any) -> Any:
-        """The default member."""
+        """The default member; with arguments, that of the object that it gives."""
+        if arguments or named:
+            value = self._call("", abi.GET, (), {})
+            if isinstance(value, Collection):  # a Python object of its own class, which one call would not tell
+                return value(*arguments, **named)
         return self._call("", abi.METHOD | abi.GET, arguments, named)
 
 

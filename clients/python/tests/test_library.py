@@ -62,6 +62,13 @@ class Members(LibraryTest):
             self.assertIs(cancelled.value, True)
         self.assertEqual(self.boxes.shown[0][1:], (49, "Partial Credit"))
         self.load().Questions[1].ID  # of a test that is gone
+        self.assertEqual((test.Questions(10).ID, test.TrueFalseScale(2)), (test.Questions[10].ID, "F"))
+        self.assertTrue(test.Sequences.AddDefault(test.Questions))
+        sequence = test.Sequences[1]
+        self.assertEqual((sequence(2), sequence().Count), (2, len(test.Questions)))
+        form = hedro34.create("FormTemplate")
+        form.Pages.Add()
+        self.assertEqual(type(form(1)).__name__, "FormPage")  # by `Pages`
 
 
 class Limits(LibraryTest):
