@@ -239,6 +239,52 @@ TEST_F(Component, AHostReplacesTheMessageBox) {
   EXPECT_TRUE(ref_cast<MessageBoxObject>(own_object(read->pdispVal)));
 }
 
+TEST_F(Component, AHostGivesThePointerAndTheErrorTexts) {
+  const Platform former = platform();
+  Recorder recorder;
+  const Held<IDispatch> services = identity_of(make<PlatformObject>());
+  const auto host = Host::create();
+  const auto replace = [&](const char16_t* service, const Ref<Object>& object) {
+    return run(services.get(), {service, put_reference, {object}});
+  };
+  for (const char16_t* service : {u"Screen", u"ErrorTexts"}) {
+    EXPECT_EQ(run(services.get(), {service, get}), "OBJECT none");
+    EXPECT_EQ(replace(service, make<clsHEDRO>()), "80020009 800A000D HEDRO34: Type mismatch");
+    EXPECT_EQ(replace(service, as_object(host)), "EMPTY");
+    OwnedVariant read;
+    run(services.get(), {service, get}, read.get());
+    EXPECT_EQ(read->pdispVal, host.get());
+  }
+  add_twice();
+  EXPECT_EQ(host->take(), Lines{"METHOD SetMousePointer(I4 0)"});
+  EXPECT_EQ(recorder.take().size(), 1u);
+
+  // The pointer fails, and so may its text: then the library's own words serve.
+  host->members["SetMousePointer"] = [](auto, auto, auto) { return DISP_E_MEMBERNOTFOUND; };
+  const std::string own = "Object doesn't support this property or method";
+  const std::pair<Host::Answer, std::string> rows[] = {
+      {[](auto, VARIANT* result, auto) { return put(*result, StringView(u"not so")), S_OK; }, "not so"},
+      {[](auto, VARIANT* result, auto) { return put_object(*result, none), S_OK; }, own},
+      {[](auto, auto, auto) { return E_FAIL; }, own},
+  };
+  for (const auto& [answer, words] : rows) {
+    host->members["Text"] = answer;
+    add_twice();
+    EXPECT_EQ(host->take(), (Lines{"METHOD SetMousePointer(I4 0)", "Text(I4 438)"}));
+    EXPECT_EQ(recorder.take(), Lines{"box 48 \"Application Error\": Application error: (#438) " + words +
+                                     " occurred while trying to display:\r\n\r\n" + duplicate});
+  }
+
+  host->members["SetMousePointer"] = [&](auto, auto, auto) {  // it is taken away in the middle of its call
+    EXPECT_EQ(replace(u"Screen", {}), "EMPTY");
+    return S_OK;
+  };
+  add_twice();
+  EXPECT_EQ(replace(u"ErrorTexts", {}), "EMPTY");
+  EXPECT_EQ(std::pair(platform().screen, platform().error_texts), std::pair(former.screen, former.error_texts));
+  EXPECT_EQ(host->count, 1u);
+}
+
 // The factories that make objects of the host's classes, while it lives; no class is registered for the user.
 class HostFactories {
  public:

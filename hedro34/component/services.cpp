@@ -16,28 +16,58 @@
 namespace hedro34 {
 namespace {
 
-class HostMessageBox final : public MessageBox {
- public:
-  explicit HostMessageBox(Ref<Object> box) : box_(std::move(box)) {}
-  const Ref<Object>& box() const noexcept { return box_; }
+// Services of the platform as objects of the host serve them. The host may replace one in the middle of its call: the object
+// lives to the end of it.
+template <class Service>
+struct Served : Service {
+  explicit Served(Ref<Object> server) : object(std::move(server)) {}
+  Ref<HostObject> host() const { return ref_cast<HostObject>(object); }
 
+  const Ref<Object> object;
+};
+
+struct HostMessageBox final : Served<MessageBox> {
+  using Served::Served;
   std::int32_t Show(StringView text, std::int32_t flags, StringView title) override {
-    const Ref<Object> box = box_;  // the host may replace it in the middle of the call
-    if (const auto host = ref_cast<HostObject>(box)) {
-      return host->get<std::int32_t>(u"Show", String(text), flags, String(title));
-    }
-    return ref_cast<MessageBoxObject>(box)->Show(text, flags, title);
+    if (const auto box = host()) return box->get<std::int32_t>(u"Show", String(text), flags, String(title));
+    return ref_cast<MessageBoxObject>(object)->Show(text, flags, title);
+  }
+};
+
+struct HostScreen final : Served<Screen> {
+  using Served::Served;
+  void SetMousePointer(std::int32_t shape) override { host()->call(u"SetMousePointer", shape); }
+};
+
+struct HostErrorTexts final : Served<ErrorTexts> {
+  using Served::Served;
+  String text(std::int32_t number) override { return host()->get<String>(u"Text", number); }
+};
+
+// What the host put in the place of a service, and what stood there before.
+template <class Service, class HostService>
+class Replacement {
+ public:
+  Ref<Object> object() const { return host_ ? host_->object : nullptr; }
+
+  void put(Service*& service, const Ref<Object>& object) {
+    if (service != host_.get()) former_ = service;
+    auto host = object ? std::make_unique<HostService>(object) : nullptr;
+    service = host ? host.get() : former_;
+    std::swap(host_, host);
   }
 
  private:
-  Ref<Object> box_;
+  Service* former_ = nullptr;
+  std::unique_ptr<HostService> host_;
 };
 
 // What the host gave, for the process. It is never destroyed: at the end of the process the host may be gone.
 struct Given {
   std::recursive_mutex mutex;  // counting a host's object calls the host
-  MessageBox* default_box = nullptr;
-  std::unique_ptr<HostMessageBox> box;
+  Replacement<MessageBox, HostMessageBox> box;
+  Replacement<Screen, HostScreen> screen;
+  Replacement<ErrorTexts, HostErrorTexts> error_texts;
   std::unordered_map<String, Held<binary::IDispatch>, IgnoringCase, IgnoringCase> classes;
   std::unordered_map<String, Held<binary::IClassFactory>, IgnoringCase, IgnoringCase> registered;  // empty: not there
 };
@@ -118,6 +148,10 @@ class HostFactories final : public TemplateFactory, public DocumentFactory {
   Ref<WENKtdQuestion> question(const Ref<WENKtdDocument>& of) override {
     return is_hosts(of) ? create_host<WENKtdQuestion>(u"WENKtd81.WENKtdQuestion") : documents_.question(of);
   }
+void require_hosts(const Ref<Object>& service) {
+  if (service && !ref_cast<HostObject>(service)) fail(FailureNumber::TypeMismatch);
+}
+
   Ref<WENKtdObjective> objective(const Ref<WENKtdDocument>& of) override {
     return is_hosts(of) ? create_host<WENKtdObjective>(u"WENKtd81.WENKtdObjective") : documents_.objective(of);
   }
@@ -142,12 +176,22 @@ Ref<Object> PlatformObject::MessageBox() {
 }
 
 void PlatformObject::SetMessageBox(const Ref<Object>& value) {
-  Given& it = given();
-  if (platform().message_box != it.box.get()) it.default_box = platform().message_box;
-  if (value && !ref_cast<HostObject>(value) && !ref_cast<MessageBoxObject>(value)) fail(FailureNumber::TypeMismatch);
-  std::unique_ptr<HostMessageBox> box = value ? std::make_unique<HostMessageBox>(value) : nullptr;
-  platform().message_box = box ? box.get() : it.default_box;
-  std::swap(it.box, box);
+  if (!ref_cast<MessageBoxObject>(value)) require_hosts(value);
+  given().box.put(platform().message_box, value);
+}
+
+Ref<Object> PlatformObject::Screen() { return given().screen.object(); }
+
+void PlatformObject::SetScreen(const Ref<Object>& value) {
+  require_hosts(value);
+  given().screen.put(platform().screen, value);
+}
+
+Ref<Object> PlatformObject::ErrorTexts() { return given().error_texts.object(); }
+
+void PlatformObject::SetErrorTexts(const Ref<Object>& value) {
+  require_hosts(value);
+  given().error_texts.put(platform().error_texts, value);
 }
 
 String PlatformObject::LastFileError() {

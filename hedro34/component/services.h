@@ -46,6 +46,15 @@ class PlatformObject final : public Object {
 
 // Puts factories in place that make what is added to a host's templates and documents out of the host's classes. Failure 429
 // when the host has none of that name. What stood there before serves all other templates and documents.
+
+  // The object whose method "SetMousePointer" takes the shape of the screen's mouse pointer, 0 for the default one, and the one
+  // whose method "Text" gives the standard text of an error number; reports use both. Empty while the library's own serve; an
+  // empty reference puts those back. When a method fails, the report goes into a message box that says so, and the library's
+  // own text serves.
+  Ref<Object> Screen();
+  void SetScreen(const Ref<Object>& value);
+  Ref<Object> ErrorTexts();
+  void SetErrorTexts(const Ref<Object>& value);
 void install_host_factories();
 
 }  // namespace hedro34

@@ -636,6 +636,9 @@ class Platform(Reference, Protocol):
 
     def RevokeClass(self, sName: str) -> bool: ...
 
+    Screen: Any
+    ErrorTexts: Any
+
 
 class Create(Protocol):
     """`hedro34.create`, with the class of what it gives."""
