@@ -72,11 +72,11 @@ struct Registry final : Object {
     std::unordered_set<StringView> ids;
     for (std::size_t i = 0; i < of(object).size(); ++i) {
       const Entry& entry = *of(object)[i];
-      const auto fault = [&](const char* member, const char* reason) {
+      const auto error = [&](const char* member, const char* reason) {
         return JsonError{"/classes/" + std::to_string(i) + member, reason};
       };
-      if (!names.insert(entry.name).second) return fault("/name", "this name stands there twice");
-      if (!ids.insert(entry.id).second) return fault("/class", "this identifier stands there twice");
+      if (!names.insert(entry.name).second) return error("/name", "this name stands there twice");
+      if (!ids.insert(entry.id).second) return error("/class", "this identifier stands there twice");
     }
     return std::nullopt;
   }
@@ -255,6 +255,13 @@ binary::HRESULT find_class(StringView name, RegisteredClass& found) noexcept {
     }
     return binary::CO_E_CLASSSTRING;
   });
+}
+
+bool registry_may_mention(StringView name) {
+  auto bytes = read_file(class_registry_path());
+  if (!bytes) return true;
+  std::erase(*bytes, '\0');  // of a file in 16-bit units
+  return bytes->find("\\u") != std::string::npos || upper(from_utf8(*bytes)).find(upper(name)) != String::npos;
 }
 
 }  // namespace hedro34

@@ -41,4 +41,8 @@ binary::HRESULT unregister_classes(std::span<const binary::GUID> ids) noexcept;
 // file; `found` is then as it was.
 binary::HRESULT find_class(StringView name, RegisteredClass& found) noexcept;
 
+// Whether the bytes of the file hold the name, in any case, or may do so: as escapes, or in a file that cannot be read. For a
+// registry that is damaged, where nobody can say what is registered: a name that is not in it never was.
+bool registry_may_mention(StringView name);
+
 }  // namespace hedro34

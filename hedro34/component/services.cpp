@@ -77,9 +77,18 @@ Given& given() {
   return it;
 }
 
-// The factory of a class in the class registry, which is asked once for each name; nothing for a class that is not there.
-// Failure 429 for one that cannot be had, such as from a damaged registry; `last_file_error()` says why.
-Held<binary::IClassFactory> registered_factory(StringView name) {
+[[noreturn]] void cannot_create(StringView name, const FileError& error = {}) {
+  constexpr auto number = static_cast<std::int32_t>(FailureNumber::CannotCreateObject);
+  String description = String(failure_text(number)) + u": " + String(name);
+  if (error.kind != FileError::Kind::None) description += u", " + from_utf8(to_line(error));
+  throw Failure(number, description);
+}
+
+enum class Need { Must, May };  // whether a class has to be there
+
+// The factory of a class in the class registry, which is asked once for each name; nothing for a class that is not there, or
+// that need not be there and that a damaged registry does not mention. Failure 429 for one that cannot be had.
+Held<binary::IClassFactory> registered_factory(StringView name, Need need) {
   {
     const std::scoped_lock lock(given().mutex);
     if (const auto found = given().registered.find(String(name)); found != given().registered.end())
@@ -88,19 +97,25 @@ Held<binary::IClassFactory> registered_factory(StringView name) {
   binary::HRESULT result = binary::CO_E_CLASSSTRING;
   binary::IClassFactory* factory = nullptr;
   if (!class_registry_path().empty()) {
-    const FileError error = last_file_error();  // that a class is not registered is no file error of a file
-    const HostCall running;
+    const FileError before = last_file_error();  // that a class is not registered is no file error of a file
     result = class_factory(name, &factory);
-    if (result >= 0 || result == binary::CO_E_CLASSSTRING) set_file_error(error);
+    const FileError error = last_file_error();
+    if (need == Need::May && result == binary::REGDB_E_READREGDB && !registry_may_mention(name)) {
+      result = binary::CO_E_CLASSSTRING;
+    }
+    if (result < 0 && result != binary::CO_E_CLASSSTRING) {
+      set_file_error(error);
+      cannot_create(name, error);
+    }
+    set_file_error(before);
   }
   const Held<binary::IClassFactory> found = Held<binary::IClassFactory>::taken(factory);
-  if (!found && result != binary::CO_E_CLASSSTRING) fail(FailureNumber::CannotCreateObject);
   const std::scoped_lock lock(given().mutex);
   return given().registered.emplace(name, found).first->second;
 }
 
 // A new object of a host's class, or nothing when there is no such class. Failure 429 when the class gives none.
-Held<binary::IDispatch> create_host_object(StringView name) {
+Held<binary::IDispatch> create_host_object(StringView name, Need need) {
   Held<binary::IDispatch> factory;
   {
     const std::scoped_lock lock(given().mutex);
@@ -109,28 +124,32 @@ Held<binary::IDispatch> create_host_object(StringView name) {
   if (factory) {
     const Variant made = HostObject(std::move(factory)).get<Variant>(u"CreateInstance");
     const auto* const object = made.get_if<Ref<Object>>();
-    if (object == nullptr || !*object) fail(FailureNumber::CannotCreateObject);
+    if (object == nullptr || !*object) cannot_create(name);
     return identity_of(*object);
   }
-  const Held<binary::IClassFactory> registered = registered_factory(name);
+  const Held<binary::IClassFactory> registered = registered_factory(name, need);
   if (!registered) return {};
   void* made = nullptr;
   const HostCall running;
   const binary::HRESULT result = registered->CreateInstance(nullptr, binary::IID_IDispatch, &made);
-  if (result < 0 || made == nullptr) fail(FailureNumber::CannotCreateObject);
+  if (result < 0 || made == nullptr) cannot_create(name);
   return Held<binary::IDispatch>::taken(static_cast<binary::IDispatch*>(made));
 }
 
 template <class T>
 Ref<T> create_host(StringView name) {
-  const Held<binary::IDispatch> object = create_host_object(name);
-  if (!object) fail(FailureNumber::CannotCreateObject);
+  const Held<binary::IDispatch> object = create_host_object(name, Need::Must);
+  if (!object) cannot_create(name);
   return serving_as<T>(object);
 }
 
 template <class T>
 bool is_hosts(const Ref<T>& object) {
   return dynamic_cast<const HostSide*>(object.get()) != nullptr;
+}
+
+void require_hosts(const Ref<Object>& service) {
+  if (service && !ref_cast<HostObject>(service)) fail(FailureNumber::TypeMismatch);
 }
 
 class HostFactories final : public TemplateFactory, public DocumentFactory {
@@ -142,16 +161,12 @@ class HostFactories final : public TemplateFactory, public DocumentFactory {
     return is_hosts(of) ? create_host<TIBRegion>(u"TIBTemplate81.TIBRegion") : templates_.region(of);
   }
   Ref<WENKtdDocument> document() override {
-    const Held<binary::IDispatch> object = create_host_object(u"WENKtd81.WENKtdDocument");
+    const Held<binary::IDispatch> object = create_host_object(u"WENKtd81.WENKtdDocument", Need::May);
     return object ? serving_as<WENKtdDocument>(object) : documents_.document();
   }
   Ref<WENKtdQuestion> question(const Ref<WENKtdDocument>& of) override {
     return is_hosts(of) ? create_host<WENKtdQuestion>(u"WENKtd81.WENKtdQuestion") : documents_.question(of);
   }
-void require_hosts(const Ref<Object>& service) {
-  if (service && !ref_cast<HostObject>(service)) fail(FailureNumber::TypeMismatch);
-}
-
   Ref<WENKtdObjective> objective(const Ref<WENKtdDocument>& of) override {
     return is_hosts(of) ? create_host<WENKtdObjective>(u"WENKtd81.WENKtdObjective") : documents_.objective(of);
   }
@@ -171,7 +186,7 @@ std::int32_t MessageBoxObject::Show(StringView sText, std::int32_t lFlags, Strin
 }
 
 Ref<Object> PlatformObject::MessageBox() {
-  if (given().box) return given().box->box();
+  if (Ref<Object> box = given().box.object()) return box;
   return make<MessageBoxObject>();
 }
 

@@ -9,6 +9,10 @@
 //   WENKtd81.WENKtdQuestion, .WENKtdObjective, .WENKtdOrder   for a document of the host
 //   WENKtd81.WENKtdDocument                          for a new document; the library's own where there is none
 //
+// A class that cannot be had is failure 429, whose description names the class, and the file and the reason where one is at
+// fault. A damaged class registry is such a fault for the document only where the name of its class stands in the file: else
+// the class is not registered, and the library's own document serves.
+//
 // Everything here is one for the process, as the services of platform.h are, and belongs to the thread of the objects that
 // the host gave. What the host gave is held until it is replaced, not released at the end of the process.
 #pragma once
@@ -42,10 +46,6 @@ class PlatformObject final : public Object {
   // `RevokeClass` gives whether there was one.
   void RegisterClass(StringView sName, const Ref<Object>& oFactory);
   bool RevokeClass(StringView sName);
-};
-
-// Puts factories in place that make what is added to a host's templates and documents out of the host's classes. Failure 429
-// when the host has none of that name. What stood there before serves all other templates and documents.
 
   // The object whose method "SetMousePointer" takes the shape of the screen's mouse pointer, 0 for the default one, and the one
   // whose method "Text" gives the standard text of an error number; reports use both. Empty while the library's own serve; an
@@ -55,6 +55,10 @@ class PlatformObject final : public Object {
   void SetScreen(const Ref<Object>& value);
   Ref<Object> ErrorTexts();
   void SetErrorTexts(const Ref<Object>& value);
+};
+
+// Puts factories in place that make what is added to a host's templates and documents out of the host's classes. Failure 429
+// when the host has none of that name. What stood there before serves all other templates and documents.
 void install_host_factories();
 
 }  // namespace hedro34

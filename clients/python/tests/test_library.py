@@ -227,12 +227,21 @@ class Registry(unittest.TestCase):
         self.path.write_text("{")
         script = """import pathlib, sys, hedro34
 hedro34.load(sys.argv[1])
-print(hedro34.create("clsHEDRO").WENKTD, hedro34.last_refusal())
-pathlib.Path(sys.argv[2]).unlink()
-print(hedro34.create("clsHEDRO").WENKTD.Questions.Count)"""
-        done = run_python("-c", script, LIBRARY, self.path, XDG_DATA_HOME=self.data)
-        self.assertRegex(done.stdout, f"^None {self.path}: line 1, .*\n0\n$")
-        self.assertIn("Error# 429: Component can't create object, Location: HEDRO34 - clsHEDRO.Class_Init", done.stderr)
+document = hedro34.create("clsHEDRO").WENKTD
+print(document and document.Questions.Count, hedro34.last_file_error())"""
+        name = '{"classes": [{"name": "wenktd81.WENKTDdocument"'
+        hidden = (name, name.encode("utf-16-le").decode(), name.replace("w", "\\u0057"))
+        for text in ("{", registry()[:-1] + "]", *hidden):
+            with self.subTest(text=text):
+                self.path.write_text(text)
+                done = run_python("-c", script, LIBRARY, XDG_DATA_HOME=self.data)
+                if text not in hidden:  # the class was never there
+                    self.assertEqual((done.stdout, done.stderr), ("0 \n", ""))
+                    continue
+                fault = f"{self.path}: line 1, column [^\n]*"
+                self.assertRegex(done.stdout, f"^None {fault}\n$")
+                report = f"Error# 429: Component can't create object: WENKtd81.WENKtdDocument, {fault}, Location: HEDRO34"
+                self.assertRegex(done.stderr, f"{report} - clsHEDRO.Class_Initialize\n$")
 
     def test_place(self) -> None:
         account = pwd.getpwuid(os.geteuid()).pw_dir
