@@ -11,8 +11,8 @@
 
 namespace hedro34 {
 
-// A call of the other side that is running. Native faults in it are failures of the call, as at the start, or, where the host
-// wants it so, go to the handler that was there before the library's: no trap around the call catches them then, since an
+// A call of the other side that is running. A native fault in it is a failure of the operation that makes the call. Where
+// `faults_are_failures` is false, no trap of the library catches it: it goes to the handler that was there before, since an
 // interpreter does not survive being left in the middle. The choice is one for the process.
 class HostCall {
  public:
