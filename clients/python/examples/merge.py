@@ -40,7 +40,7 @@ def load(path: Path) -> hedro34.types.clsHEDROTest:
     test = hedro34.create("HEDRO34.clsHEDROTest")
     test.ImportObjectives = hedro34.HEDROTestImportObjectives.Learning
     if not test.LoadXML(path):
-        sys.exit(f"cannot read the test: {hedro34.last_refusal() or path}")
+        sys.exit(f"cannot read the test: {hedro34.last_file_error() or path}")
     return test
 
 
@@ -50,7 +50,7 @@ def merge(form: Path, tests: list[Path], out: Path, sequence_question: int) -> N
     try:
         template = hedro34.create("HEDRO34.FormTemplate")
         if not template.Load(form):
-            sys.exit(f"cannot read the form: {hedro34.last_refusal()}")
+            sys.exit(f"cannot read the form: {hedro34.last_file_error()}")
         engine.TemplateIn = template
         engine.TemplateOut = hedro34.create("HEDRO34.FormTemplate")
         engine.SequenceQuestion = sequence_question
@@ -74,7 +74,7 @@ def merge(form: Path, tests: list[Path], out: Path, sequence_question: int) -> N
         stem = tests[0].stem
         for saved, name in ((engine.TemplateOut, f"{stem}.form.json"), (engine.WENKTD, f"{stem}.ktd")):
             if not saved.Save(out / name):
-                sys.exit(f"cannot write: {hedro34.last_refusal()}")
+                sys.exit(f"cannot write: {hedro34.last_file_error()}")
         for number, question in enumerate(first.Questions, 1):
             print(f"{number:3} {first.CorrectAnswersAsString(number):10} {question.QuestionText}")
     finally:

@@ -212,7 +212,7 @@ def can_unload() -> bool:
     return all([library.can_unload() for library in _libraries.values()])
 
 
-def last_refusal() -> str:
+def last_file_error() -> str:
     """What was wrong with the last file on this thread: "path: line 3, column 14: reason"."""
     with create("HEDRO34.Platform") as platform:
         return platform.LastFileError

@@ -295,7 +295,14 @@ class Collection(Object):
 
     def __getitem__(self, index: Any) -> Any:
         self._there(index)
+        if isinstance(index, str) and not self._item_takes_keys:  # numbers whose keys are their texts
+            return next(element for element in self if str(element) == index)
         return self(index)
+
+    @property
+    def _item_takes_keys(self) -> bool:
+        item = self._members_.get("item")
+        return item is None or item.parameters[0].type == "Any"
 
     def __setitem__(self, index: Any, value: Any) -> None:
         self._there(index)
@@ -375,9 +382,10 @@ class _Member:
 def _enumerated(value: int, hint: str) -> Any:
     kind = getattr(_classes, hint)
     try:
-        return kind(value) if issubclass(kind, (IntEnum, IntFlag)) else value
+        named = kind(value) if issubclass(kind, (IntEnum, IntFlag)) else value
     except ValueError:  # a field of such a type takes any number
         return value
+    return named if named == value else value  # flags would make another number of one below 0
 
 
 def _attribute(member: _Member) -> Any:

@@ -75,5 +75,5 @@ class LibraryTest(unittest.TestCase):
 
     def load(self, path: Path = BIOLOGY) -> hedro34.types.clsHEDROTest:
         test = hedro34.create("HEDRO34.clsHEDROTest")
-        self.assertTrue(test.LoadXML(path), hedro34.last_refusal())
+        self.assertTrue(test.LoadXML(path), hedro34.last_file_error())
         return test

@@ -27,6 +27,9 @@ class Members(LibraryTest):
         self.assertIs(test.Source, hedro34.HEDROTestSourceType.ExamView)
         test.Source = 77  # any number is stored
         self.assertEqual(test.Source, 77)
+        for number in (-1, 16, 5):
+            test.ImportObjectives = number
+            self.assertEqual(test.ImportObjectives, number)
         self.assertIs(test.QuestionType("mc"), hedro34.HEDROTestQuestionType.MultipleChoice)
         self.assertIn("CorrectAnswersAsString", dir(test))
 
@@ -41,6 +44,12 @@ class Members(LibraryTest):
         for index, kind in ((0, IndexError), (4, IndexError), (-1, IndexError), ("none", KeyError), (1.5, TypeError)):
             with self.subTest(index=index), self.assertRaises(kind):
                 strings[index]
+        correct = hedro34.create("HEDRO34.clsHEDROTestCorrect")
+        for number in (5, 3, 1):
+            correct.Add(number)
+        self.assertEqual((correct["3"], correct[3], correct(3)), (3, 1, 1))  # a key is the answer's number
+        for key in ("2", "03", ""):
+            self.assertRaises(KeyError, correct.__getitem__, key)
         bounds = [(a, a.lower_bound) for a in (strings.AsArray(), strings.AsArray(-3))]
         self.assertEqual(bounds, [(["c", "x", "b"], 1), (["c", "x", "b"], -3)])
         self.assertTrue(strings.RemoveAll() and not strings)
@@ -53,6 +62,13 @@ class Members(LibraryTest):
         test = self.load()
         self.assertEqual([test.CorrectAnswersAsString(n + 1) for n in range(len(test.Questions))], KEYS)
         self.assertEqual(test.CorrectAnswersAsString(10, bNumeric=True, sDelimiter=" "), "(1 3 5)")
+        self.assertEqual((test.Questions(10).ID, test.TrueFalseScale(2)), (test.Questions[10].ID, "F"))
+        self.assertTrue(test.Sequences.AddDefault(test.Questions))
+        sequence = test.Sequences[1]
+        self.assertEqual((sequence(2), sequence().Count), (2, len(test.Questions)))
+        form = hedro34.create("FormTemplate")
+        form.Pages.Add()
+        self.assertEqual(type(form(1)).__name__, "FormPage")  # by `Pages`
         self.assertEqual(test.CorrectAnswersAsString(vQuestionIndex=10, bEnclosedByParens=False), "A,C,E")
         self.assertEqual(test.CorrectAnswersAsArray(10, True), ["A", "C", "E"])
         self.boxes.answer = 2
@@ -62,13 +78,6 @@ class Members(LibraryTest):
             self.assertIs(cancelled.value, True)
         self.assertEqual(self.boxes.shown[0][1:], (49, "Partial Credit"))
         self.load().Questions[1].ID  # of a test that is gone
-        self.assertEqual((test.Questions(10).ID, test.TrueFalseScale(2)), (test.Questions[10].ID, "F"))
-        self.assertTrue(test.Sequences.AddDefault(test.Questions))
-        sequence = test.Sequences[1]
-        self.assertEqual((sequence(2), sequence().Count), (2, len(test.Questions)))
-        form = hedro34.create("FormTemplate")
-        form.Pages.Add()
-        self.assertEqual(type(form(1)).__name__, "FormPage")  # by `Pages`
 
 
 class Limits(LibraryTest):
@@ -224,8 +233,7 @@ class Registry(unittest.TestCase):
     @needs_library
     def test_a_damaged_one_hides_no_class_of_the_host(self) -> None:
         self.path.parent.mkdir()
-        self.path.write_text("{")
-        script = """import pathlib, sys, hedro34
+        script = """import sys, hedro34
 hedro34.load(sys.argv[1])
 document = hedro34.create("clsHEDRO").WENKTD
 print(document and document.Questions.Count, hedro34.last_file_error())"""
