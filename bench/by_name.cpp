@@ -7,6 +7,8 @@
 #include <iostream>
 #include <utility>
 
+#include "hedro34/component.h"
+#include "hedro34/component/values.h"
 #include "hedro34/hedro34.h"
 
 namespace hedro34::bench {
