@@ -53,8 +53,8 @@ class IXMLDOMDocument2 : public Object {
 class XmlDocumentFactory {
  public:
   virtual ~XmlDocumentFactory() = default;
-  virtual Ref<IXMLDOMDocument2>
-  document() = 0;  // a new, empty document; throws failure 429 when there is none to be had
+  // A new, empty document; throws failure 429 when there is none to be had.
+  virtual Ref<IXMLDOMDocument2> document() = 0;
 };
 
 }  // namespace hedro34

@@ -22,11 +22,11 @@ std::string_view XmlTree::attribute_value(Id attribute) const noexcept {
 std::uint32_t XmlTree::child_count(Id node) const noexcept {
   const Id end = nodes_[node].end;
   if (end == node + 1) return 0;
-  return nodes_[node + 1].end == end ? 1 : runs_[nodes_[node].runs_start];
+  return nodes_[node + 1].end == end ? 1 : child_lists_[nodes_[node].children];
 }
 
 XmlTree::Id XmlTree::child(Id node, std::uint32_t index) const noexcept {
-  return index == 0 ? node + 1 : runs_[std::size_t{nodes_[node].runs_start} + 1 + index];
+  return index == 0 ? node + 1 : child_lists_[std::size_t{nodes_[node].children} + 1 + index];
 }
 
 std::vector<XmlTree::Id> XmlTree::elements(StringView name) const {
@@ -71,12 +71,12 @@ bool XmlTreeBuilder::end_element() {
   node.end = end;
   if (first == end || tree.nodes_[first].end == end) return true;
 
-  const std::size_t start = tree.runs_.size();
+  const std::size_t start = tree.child_lists_.size();
   if (start >= most) return false;
-  node.runs_start = static_cast<std::uint32_t>(start);
-  tree.runs_.push_back(0);
-  for (Id child = first; child != end; child = tree.nodes_[child].end) tree.runs_.push_back(child);
-  tree.runs_[start] = static_cast<Id>(tree.runs_.size() - start - 1);
+  node.children = static_cast<std::uint32_t>(start);
+  tree.child_lists_.push_back(0);
+  for (Id child = first; child != end; child = tree.nodes_[child].end) tree.child_lists_.push_back(child);
+  tree.child_lists_[start] = static_cast<Id>(tree.child_lists_.size() - start - 1);
   return true;
 }
 

@@ -66,10 +66,10 @@ class XmlTree final : public Object {
 
   struct Node {
     Id name;
-    std::uint32_t text;        // where its text starts; it ends where that of the node `end` starts
-    Id attributes;             // its first attribute; they end where those of the next node start
-    Id end;                    // the first node that is not inside it
-    std::uint32_t runs_start;  // in `runs_`: the count and the numbers of its children, when they are two or more
+    std::uint32_t text;      // where its text starts; it ends where that of the node `end` starts
+    Id attributes;           // its first attribute; they end where those of the next node start
+    Id end;                  // the first node that is not inside it
+    std::uint32_t children;  // in `child_lists_`: how many children it has and which, when they are two or more
   };
   struct Attribute {
     Id name;
@@ -84,7 +84,7 @@ class XmlTree final : public Object {
 
   Blocks<Node> nodes_;            // and one behind the last, as the end of its text and attributes
   Blocks<Attribute> attributes_;  // likewise
-  Blocks<Id> runs_;
+  Blocks<Id> child_lists_;
   std::vector<Name> names_;
   std::string text_;
   std::string values_;
