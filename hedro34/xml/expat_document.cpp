@@ -19,7 +19,10 @@
 namespace hedro34 {
 namespace {
 
-constexpr int chunk = 1 << 18;
+// What the parser is given at a time: more while one tag or comment goes on, since some versions start over at its beginning
+// each time.
+constexpr std::uint64_t chunk = 1 << 18;
+constexpr std::uint64_t most_at_a_time = 1 << 26;
 
 // What a document type adds to elements as attributes may take so many bytes, or so many times the bytes read: the bounds
 // that expat has for entities.
@@ -94,16 +97,19 @@ class Reader {
   // An empty reference and a file error when the document cannot be read or is malformed.
   Ref<const XmlTree> read(const Source& source) {
     for (bool more = true; more;) {
-      void* buffer = XML_GetBuffer(parser_.get(), chunk);
+      const auto size = static_cast<std::size_t>(std::clamp(fed_ - reached_, chunk, most_at_a_time));
+      void* buffer = XML_GetBuffer(parser_.get(), static_cast<int>(size));
       if (buffer == nullptr) return stop_with_parser_error();
-      const auto count = source(static_cast<char*>(buffer), chunk);
+      const auto count = source(static_cast<char*>(buffer), size);
       if (!count) return {};
       fed_ += *count;
-      more = *count == chunk;
+      more = *count == size;
       const bool good = XML_ParseBuffer(parser_.get(), static_cast<int>(*count), !more) == XML_STATUS_OK;
       if (thrown_) std::rethrow_exception(thrown_);
       if (stopped_) return {};
       if (!good) return stop_with_parser_error();
+      const XML_Index reached = XML_GetCurrentByteIndex(parser_.get());
+      if (reached >= 0) reached_ = static_cast<std::uint64_t>(reached);
     }
     return builder_.finish();
   }
@@ -167,7 +173,7 @@ class Reader {
     const XML_Error error = XML_GetErrorCode(parser_.get());
     if (error != XML_ERROR_NO_MEMORY) {
       set_error_here(reason_of(error, builder_.depth()));
-    } else if (fed_ - static_cast<std::uint64_t>(XML_GetCurrentByteIndex(parser_.get())) > longest_part) {
+    } else if (fed_ - reached_ > longest_part) {
       set_error_here("what starts here is too large");
     } else {
       throw std::bad_alloc();
@@ -179,6 +185,7 @@ class Reader {
   XmlTreeBuilder builder_;
   std::unique_ptr<XML_ParserStruct, Free> parser_;
   std::uint64_t fed_ = 0;       // bytes given to the parser
+  std::uint64_t reached_ = 0;   // where what it has not finished yet begins
   std::uint64_t defaults_ = 0;  // bytes that default attributes took
   bool stopped_ = false;
   std::exception_ptr thrown_;  // in a step
