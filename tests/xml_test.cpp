@@ -34,6 +34,15 @@ std::string shape_of(std::string_view xml) {
   return shape(document);
 }
 
+std::string utf16(StringView text, bool big_endian) {
+  std::string bytes;
+  for (const unsigned unit : text) {
+    bytes += static_cast<char>(big_endian ? unit >> 8 : unit & 0xFF);
+    bytes += static_cast<char>(big_endian ? unit & 0xFF : unit >> 8);
+  }
+  return bytes;
+}
+
 TEST(Xml, KeepsElementsAttributesAndText) {
   const std::pair<const char*, const char*> rows[] = {
       {"<a>1<b>2<f/></b><c/>3<d></d>4</a>", "a('1' b('2' f) c '3' d '4')"},
@@ -128,6 +137,10 @@ TEST(Xml, RefusesWhatIsMalformedAndSaysWhere) {
       {"<?xml version='1.0' encoding='UTF-16'?><a/>", ": line 1, column 31: the file's encoding is not"},
       {"<a>\xC0\x80</a>", ": line 1, column 4: not well-formed"},
       {"<a>\xE2\x82", ": line 1, column 4: the document ends inside a character"},
+      {"<?xml version='2.0'?><a/>", ": line 1, column 1: the version of XML is not one of 1.0 to 1.9"},
+      {"<?xml version='1.10'?><a/>", ": line 1, column 1: the version of XML"},
+      {"<?xml version='1'?><a/>", ": line 1, column 1: the version of XML"},
+      {utf16(u"\uFEFF<?xml version='1.a'?><a/>", true), ": line 1, column 2: the version of XML"},
   };
   for (const auto& [xml, expected] : rows) EXPECT_THAT(shape_of(xml), StartsWith(expected));
 }
@@ -141,6 +154,8 @@ TEST(Xml, ReadsEncodings) {
       {"\xEF\xBB\xBF" + declared("utf-8", "\u00E9\u20AC"), "a('\u00E9\u20AC')"},
       {std::string("\xFE\xFF\0<\0a\0>\x20\xAC\xD8\x3D\xDE\0\0<\0/\0a\0>", 22), "a('\u20AC\U0001F600')"},
       {std::string("\xFF\xFE<\0a\0>\0\xAC\x20\x3D\xD8\0\xDE<\0/\0a\0>\0", 22), "a('\u20AC\U0001F600')"},
+      {utf16(u"<a b='\xDBFF\xDFFF\xD800\xDC00'/>", true), "a[b=\U0010FFFF\U00010000]"},
+      {utf16(u"<?xml version='1.1' encoding='UTF-16'?><a>\xD7FF\xE000</a>", false), "a('\uD7FF\uE000')"},
       {declared("iso-8859-1", "\x80\x9F\xA0\xE9\xFF"), "a('\u0080\u009F\u00A0\u00E9\u00FF')"},
       {declared("us-Ascii", "\xE9"), ": line 1, column 45: not well-formed: a character that cannot stand here"},
       {declared("Windows-1252", "\x7F\xA0\xFF\x80\x82\x83\x84\x85\x86\x87\x88\x89\x8A\x8B\x8C\x8E"),
@@ -151,6 +166,38 @@ TEST(Xml, ReadsEncodings) {
   for (const auto& [bytes, expected] : rows) EXPECT_EQ(shape_of(bytes), expected);
   for (const char* byte : {"\x81", "\x8D", "\x8F", "\x90", "\x9D"}) {
     EXPECT_THAT(shape_of(declared("windows-1252", byte)), StartsWith(": line 1, column 49: "));
+  }
+}
+
+TEST(Xml, RefusesHalvesOfSurrogatePairs) {
+  const std::pair<const char16_t*, const char*> rows[] = {
+      {u"<a>\n \xD83Dx</a>", "line 2, column 2"},
+      {u"<a>\xD83D\xDE00\xD83D\xD83D\xDE00</a>", "line 1, column 5"},
+      {u"<a>\xDE00\xD83D</a>", "line 1, column 4"},
+      {u"<a>\xD83D", "line 1, column 4"},
+      {u"<a b='\xD83D\u0100'/>", "line 1, column 7"},
+      {u"<a \xD83D\x3C3C='1'/>", "line 1, column 4"},
+      {u"<!--\xD83D--><a/>", "line 1, column 5"},
+      {u"<a><?p \xD83D?></a>", "line 1, column 8"},
+      {u"<a><![CDATA[\r\n\xD83D]]></a>", "line 2, column 1"},
+      {u"<!DOCTYPE a [<!ENTITY e '\xD83D'>]><a/>", "line 1, column 26"},
+  };
+  const auto lone = [](const std::string& line) {
+    return ": " + line + ": not well-formed: a character that cannot stand here";
+  };
+  for (const bool big_endian : {false, true}) {
+    for (const auto& [xml, expected] : rows) {
+      EXPECT_EQ(shape_of(utf16(xml, big_endian)), lone(expected)) << to_utf8(xml);
+    }
+    // With every number of bytes up to where the reader's blocks end.
+    for (std::size_t i = 0; i < 4; ++i) {
+      const std::size_t before = (1 << 17) - 3 - i;
+      const String start = u"<a>" + String(before - 1, u'x');
+      const std::string pair = repeat("x", before - 1) + "\U0001F600\U0001F600";
+      EXPECT_TRUE(shape_of(utf16(start + u"\xD83D\xDE00\xD83D\xDE00</a>", big_endian)) == "a('" + pair + "')") << i;
+      EXPECT_EQ(shape_of(utf16(start + u"\xD83D\xDE00\xD83D\x0100</a>", big_endian)),
+                lone("line 1, column " + std::to_string(before + 4)));
+    }
   }
 }
 

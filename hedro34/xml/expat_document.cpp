@@ -14,6 +14,7 @@
 #include <utility>
 
 #include "hedro34/platform/files.h"
+#include "hedro34/xml/utf16_input.h"
 #include "hedro34/xml/xml_nodes.h"
 
 namespace hedro34 {
@@ -92,19 +93,23 @@ class Reader {
     XML_SetCharacterDataHandler(parser, on<&Reader::text, const XML_Char*, int>);
     XML_SetCdataSectionHandler(parser, on<&Reader::start_cdata>, on<&Reader::end_cdata>);
     XML_SetUnknownEncodingHandler(parser, windows_1252, nullptr);
+    XML_SetXmlDeclHandler(parser, on<&Reader::xml_declaration, const XML_Char*, const XML_Char*, int>);
   }
 
   // An empty reference and a file error when the document cannot be read or is malformed.
   Ref<const XmlTree> read(const Source& source) {
     for (bool more = true; more;) {
       const auto size = static_cast<std::size_t>(std::clamp(fed_ - reached_, chunk, most_at_a_time));
-      void* buffer = XML_GetBuffer(parser_.get(), static_cast<int>(size));
+      auto* const buffer =
+          static_cast<char*>(XML_GetBuffer(parser_.get(), static_cast<int>(size + Utf16Input::most_held)));
       if (buffer == nullptr) return stop_with_parser_error();
-      const auto count = source(static_cast<char*>(buffer), size);
+      const std::size_t held = utf16_.put_held(buffer);
+      const auto count = source(buffer + held, size);
       if (!count) return {};
-      fed_ += *count;
       more = *count == size;
-      const bool good = XML_ParseBuffer(parser_.get(), static_cast<int>(*count), !more) == XML_STATUS_OK;
+      const std::size_t ready = utf16_.check(buffer, held + *count, !more);
+      fed_ += ready;
+      const bool good = XML_ParseBuffer(parser_.get(), static_cast<int>(ready), !more) == XML_STATUS_OK;
       if (thrown_) std::rethrow_exception(thrown_);
       if (stopped_) return {};
       if (!good) return stop_with_parser_error();
@@ -158,6 +163,12 @@ class Reader {
   const char* start_cdata() { return builder_.start_cdata() ? nullptr : too_large; }
   const char* end_cdata() { return builder_.end_cdata() ? nullptr : too_large; }
 
+  const char* xml_declaration(const XML_Char* version, const XML_Char*, int) {
+    const std::string_view number = version;
+    const bool known = number.size() == 3 && number.starts_with("1.") && number[2] >= '0' && number[2] <= '9';
+    return known ? nullptr : "the version of XML is not one of 1.0 to 1.9";
+  }
+
   void set_error_here(std::string_view reason) {
     FileError error;
     error.kind = FileError::Kind::Malformed;
@@ -184,6 +195,7 @@ class Reader {
   StringView path_;
   XmlTreeBuilder builder_;
   std::unique_ptr<XML_ParserStruct, Free> parser_;
+  Utf16Input utf16_;
   std::uint64_t fed_ = 0;       // bytes given to the parser
   std::uint64_t reached_ = 0;   // where what it has not finished yet begins
   std::uint64_t defaults_ = 0;  // bytes that default attributes took
