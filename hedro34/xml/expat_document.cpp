@@ -14,6 +14,7 @@
 #include <utility>
 
 #include "hedro34/platform/files.h"
+#include "hedro34/xml/entity_graph.h"
 #include "hedro34/xml/utf16_input.h"
 #include "hedro34/xml/xml_nodes.h"
 
@@ -35,6 +36,8 @@ constexpr std::uint64_t default_cost = 8;  // of an attribute besides its value
 constexpr std::uint64_t longest_part = 1 << 28;
 
 constexpr const char* too_large = "the document is too large";
+constexpr const char* blown_up = "entities blow the document up beyond reason";
+constexpr const char* circular = "the entity refers to itself";
 
 // Reads up to a number of bytes; less at the end, nothing at a failure.
 using Source = std::function<std::optional<std::size_t>(char*, std::size_t)>;
@@ -72,11 +75,11 @@ std::string reason_of(XML_Error error, std::size_t open_elements) {
     case XML_ERROR_DUPLICATE_ATTRIBUTE: return "the element has two attributes of this name";
     case XML_ERROR_JUNK_AFTER_DOC_ELEMENT: return "something stands behind the document element";
     case XML_ERROR_UNDEFINED_ENTITY: return "the entity is not declared";
-    case XML_ERROR_RECURSIVE_ENTITY_REF: return "the entity refers to itself";
+    case XML_ERROR_RECURSIVE_ENTITY_REF: return circular;
     case XML_ERROR_BAD_CHAR_REF: return "the character reference stands for no character";
     case XML_ERROR_MISPLACED_XML_PI: return "the XML declaration is not at the start of the file";
     case XML_ERROR_INCORRECT_ENCODING: return "the file's encoding is not the declared one";
-    case XML_ERROR_AMPLIFICATION_LIMIT_BREACH: return "entities blow the document up beyond reason";
+    case XML_ERROR_AMPLIFICATION_LIMIT_BREACH: return blown_up;
     default: return XML_ErrorString(error);
   }
 }
@@ -94,6 +97,8 @@ class Reader {
     XML_SetCdataSectionHandler(parser, on<&Reader::start_cdata>, on<&Reader::end_cdata>);
     XML_SetUnknownEncodingHandler(parser, windows_1252, nullptr);
     XML_SetXmlDeclHandler(parser, on<&Reader::xml_declaration, const XML_Char*, const XML_Char*, int>);
+    XML_SetEntityDeclHandler(parser, on<&Reader::declare_entity, const XML_Char*, int, const XML_Char*, int,
+                                        const XML_Char*, const XML_Char*, const XML_Char*, const XML_Char*>);
   }
 
   // An empty reference and a file error when the document cannot be read or is malformed.
@@ -109,6 +114,7 @@ class Reader {
       more = *count == size;
       const std::size_t ready = utf16_.check(buffer, held + *count, !more);
       fed_ += ready;
+      effort_.add_bytes(ready);
       const bool good = XML_ParseBuffer(parser_.get(), static_cast<int>(ready), !more) == XML_STATUS_OK;
       if (thrown_) std::rethrow_exception(thrown_);
       if (stopped_) return {};
@@ -169,6 +175,22 @@ class Reader {
     return known ? nullptr : "the version of XML is not one of 1.0 to 1.9";
   }
 
+  const char* declare_entity(const XML_Char* name, int is_parameter, const XML_Char* value, int size, const XML_Char*,
+                             const XML_Char*, const XML_Char*, const XML_Char*) {
+    if (is_parameter != 0) return nullptr;  // expat is not asked to follow these
+    if (value == nullptr) {
+      entities_.declare_without_text(name);
+      return nullptr;
+    }
+    switch (entities_.declare(name, {value, static_cast<std::size_t>(size)}, effort_)) {
+      case EntityGraph::Fault::None: return nullptr;
+      case EntityGraph::Fault::NestedTooDeep: return "entities are nested more than 1,000 deep";
+      case EntityGraph::Fault::RefersToItself: return circular;
+      case EntityGraph::Fault::TooMuchEffort: break;
+    }
+    return blown_up;
+  }
+
   void set_error_here(std::string_view reason) {
     FileError error;
     error.kind = FileError::Kind::Malformed;
@@ -199,6 +221,8 @@ class Reader {
   std::uint64_t fed_ = 0;       // bytes given to the parser
   std::uint64_t reached_ = 0;   // where what it has not finished yet begins
   std::uint64_t defaults_ = 0;  // bytes that default attributes took
+  Effort effort_;
+  EntityGraph entities_;
   bool stopped_ = false;
   std::exception_ptr thrown_;  // in a step
 };
