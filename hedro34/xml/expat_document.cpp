@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <exception>
 #include <functional>
+#include <map>
 #include <memory>
 #include <new>
 #include <optional>
@@ -14,6 +15,7 @@
 #include <utility>
 
 #include "hedro34/platform/files.h"
+#include "hedro34/xml/attribute_lists.h"
 #include "hedro34/xml/entity_graph.h"
 #include "hedro34/xml/utf16_input.h"
 #include "hedro34/xml/xml_nodes.h"
@@ -37,7 +39,10 @@ constexpr std::uint64_t longest_part = 1 << 28;
 
 constexpr const char* too_large = "the document is too large";
 constexpr const char* blown_up = "entities blow the document up beyond reason";
+constexpr const char* blown_up_by_attributes = "declared attributes blow the document up beyond reason";
 constexpr const char* circular = "the entity refers to itself";
+
+constexpr std::size_t longest_name = 60;  // of an entity, in a reason
 
 // Reads up to a number of bytes; less at the end, nothing at a failure.
 using Source = std::function<std::optional<std::size_t>(char*, std::size_t)>;
@@ -74,7 +79,6 @@ std::string reason_of(XML_Error error, std::size_t open_elements) {
     case XML_ERROR_TAG_MISMATCH: return "the end tag does not match the start tag";
     case XML_ERROR_DUPLICATE_ATTRIBUTE: return "the element has two attributes of this name";
     case XML_ERROR_JUNK_AFTER_DOC_ELEMENT: return "something stands behind the document element";
-    case XML_ERROR_UNDEFINED_ENTITY: return "the entity is not declared";
     case XML_ERROR_RECURSIVE_ENTITY_REF: return circular;
     case XML_ERROR_BAD_CHAR_REF: return "the character reference stands for no character";
     case XML_ERROR_MISPLACED_XML_PI: return "the XML declaration is not at the start of the file";
@@ -83,6 +87,23 @@ std::string reason_of(XML_Error error, std::size_t open_elements) {
     default: return XML_ErrorString(error);
   }
 }
+
+// "the entity NAME is ...", with a long name cut short.
+std::string about_entity(std::string_view name, std::string_view what) {
+  std::string reason = "the entity ";
+  if (name.empty()) return reason.append(what);
+  if (name.size() <= longest_name) {
+    reason += name;
+  } else {
+    std::size_t end = longest_name;
+    while ((static_cast<unsigned char>(name[end]) & 0xC0) == 0x80) --end;  // not inside a character
+    reason.append(name.substr(0, end)).append("...");
+  }
+  return reason.append(" ").append(what);
+}
+
+constexpr std::string_view not_declared = "is not declared";
+constexpr std::string_view outside = "stands for another file, which is not read";
 
 // One run of the parser over one document.
 class Reader {
@@ -97,8 +118,22 @@ class Reader {
     XML_SetCdataSectionHandler(parser, on<&Reader::start_cdata>, on<&Reader::end_cdata>);
     XML_SetUnknownEncodingHandler(parser, windows_1252, nullptr);
     XML_SetXmlDeclHandler(parser, on<&Reader::xml_declaration, const XML_Char*, const XML_Char*, int>);
+    XML_SetDoctypeDeclHandler(parser,
+                              on<&Reader::start_doctype, const XML_Char*, const XML_Char*, const XML_Char*, int>,
+                              on<&Reader::end_doctype>);
     XML_SetEntityDeclHandler(parser, on<&Reader::declare_entity, const XML_Char*, int, const XML_Char*, int,
                                         const XML_Char*, const XML_Char*, const XML_Char*, const XML_Char*>);
+    XML_SetSkippedEntityHandler(parser, on<&Reader::skipped_entity, const XML_Char*, int>);
+    XML_SetNotStandaloneHandler(parser, [](void* self) {
+      on<&Reader::not_standalone>(self);
+      return static_cast<int>(XML_STATUS_OK);
+    });
+    XML_SetExternalEntityRefHandlerArg(parser, this);
+    XML_SetExternalEntityRefHandler(
+        parser, [](XML_Parser self, const XML_Char*, const XML_Char*, const XML_Char*, const XML_Char*) {
+          on<&Reader::external_entity>(self);
+          return static_cast<int>(XML_STATUS_OK);
+        });
   }
 
   // An empty reference and a file error when the document cannot be read or is malformed.
@@ -139,18 +174,20 @@ class Reader {
     try {
       const char* reason = (reader.*Step)(arguments...);
       if (reason == nullptr) return;
-      reader.set_error_here(reason);
+      reader.refuse_here(reason);
     } catch (...) {
       reader.thrown_ = std::current_exception();
+      reader.stop();
     }
-    reader.stopped_ = true;
-    XML_StopParser(reader.parser_.get(), XML_FALSE);
   }
 
   const char* start_element(const XML_Char* name, const XML_Char** attributes) {
     if (builder_.depth() == ExpatDocument::most_nested) return "elements are nested more than 1,000 deep";
     if (!builder_.start_element(name)) return too_large;
-    const XML_Char** const specified_end = attributes + XML_GetSpecifiedAttributeCount(parser_.get());
+    const int specified = XML_GetSpecifiedAttributeCount(parser_.get());
+    if (!declared_.empty() && !effort_for_attributes(name, specified)) return blown_up_by_attributes;
+    if (may_skip_ && specified > 0 && has_undeclared()) return nullptr;
+    const XML_Char** const specified_end = attributes + specified;
     for (; *attributes != nullptr; attributes += 2) {
       const std::string_view value = attributes[1];
       if (attributes >= specified_end) {
@@ -175,6 +212,55 @@ class Reader {
     return known ? nullptr : "the version of XML is not one of 1.0 to 1.9";
   }
 
+  // In an internal subset the default handler gets what no other takes, among it all attribute lists.
+  const char* start_doctype(const XML_Char*, const XML_Char*, const XML_Char*, int has_subset) {
+    if (has_subset == 0) return nullptr;
+    XML_SetCommentHandler(parser_.get(), [](void*, const XML_Char*) {});
+    XML_SetProcessingInstructionHandler(parser_.get(), [](void*, const XML_Char*, const XML_Char*) {});
+    in_subset_ = true;
+    set_default_handler();
+    return nullptr;
+  }
+  const char* end_doctype() {
+    XML_SetCommentHandler(parser_.get(), nullptr);
+    XML_SetProcessingInstructionHandler(parser_.get(), nullptr);
+    in_subset_ = false;
+    set_default_handler();
+    return nullptr;
+  }
+  void set_default_handler() {
+    constexpr XML_DefaultHandler handler = on<&Reader::subset_text, const XML_Char*, int>;
+    XML_SetDefaultHandlerExpand(parser_.get(), in_subset_ ? handler : nullptr);
+  }
+
+  const char* subset_text(const XML_Char* text, int size) {
+    if (ignores_declarations_) return nullptr;
+    if (!attribute_lists_.in_quotes()) token_ = here();  // else this is more of the same one
+    for (const char c : std::string_view(text, static_cast<std::size_t>(size))) {
+      if (!attribute_lists_.next(c)) continue;
+      // Expat looks for the attribute among those that the element has already.
+      if (!effort_.spend(++declared_[attribute_lists_.element()])) return blown_up_by_attributes;
+      const std::string_view missing = entities_.undeclared_in(attribute_lists_.value());
+      if (!missing.empty()) return refuse(token_, about_entity(missing, not_declared));
+    }
+    return nullptr;
+  }
+
+  // For each specified attribute expat may go through those that are declared, and it does so once for all the others.
+  bool effort_for_attributes(std::string_view element, int specified) {
+    const auto found = declared_.find(element);
+    return found == declared_.end() || effort_.spend(found->second * (static_cast<std::uint64_t>(specified) / 2 + 1));
+  }
+
+  // Refuses a tag with a reference to an entity that is not declared: in the value of an attribute expat skips it silently.
+  bool has_undeclared() {
+    const Place tag = here();
+    const std::string_view missing = entities_.undeclared_in(event_text());
+    if (missing.empty()) return false;
+    refuse(tag, about_entity(missing, not_declared));
+    return true;
+  }
+
   const char* declare_entity(const XML_Char* name, int is_parameter, const XML_Char* value, int size, const XML_Char*,
                              const XML_Char*, const XML_Char*, const XML_Char*) {
     if (is_parameter != 0) return nullptr;  // expat is not asked to follow these
@@ -191,27 +277,87 @@ class Reader {
     return blown_up;
   }
 
-  void set_error_here(std::string_view reason) {
+  // There are declarations that are not read. From here on expat skips references to what is not declared, and behind a
+  // parameter entity it reads no declaration any more.
+  const char* not_standalone() {
+    may_skip_ = true;
+    if (event_text().starts_with('%')) ignores_declarations_ = true;
+    return nullptr;
+  }
+
+  const char* skipped_entity(const XML_Char* name, int is_parameter) {
+    return is_parameter != 0 ? nullptr : refuse(here(), about_entity(name, not_declared));
+  }
+  const char* external_entity() {
+    const Place reference = here();
+    const std::string_view text = event_text();  // "&name;"
+    return refuse(reference, about_entity(text.substr(1, text.size() - 2), outside));
+  }
+
+  // The markup that expat is at, in UTF-8; valid until the next call. Expat then takes another place for the current one.
+  std::string_view event_text() {
+    event_.clear();
+    const XML_Parser parser = parser_.get();
+    XML_SetDefaultHandlerExpand(parser, on<&Reader::add_event_text, const XML_Char*, int>);
+    XML_DefaultCurrent(parser);
+    set_default_handler();
+    return event_;
+  }
+  const char* add_event_text(const XML_Char* text, int size) {
+    event_.append(text, static_cast<std::size_t>(size));
+    return nullptr;
+  }
+
+  struct Place {
+    std::int64_t line;
+    std::int64_t column;
+  };
+  Place here() {
+    return {static_cast<std::int64_t>(XML_GetCurrentLineNumber(parser_.get())),
+            static_cast<std::int64_t>(XML_GetCurrentColumnNumber(parser_.get())) + 1};
+  }
+
+  void stop() {
+    stopped_ = true;
+    XML_StopParser(parser_.get(), XML_FALSE);
+  }
+
+  // Stops with a file error, and gives nothing, which a step can give on.
+  std::nullptr_t refuse(Place place, std::string reason) {
     FileError error;
     error.kind = FileError::Kind::Malformed;
     error.path = path_;
-    error.line = static_cast<std::int64_t>(XML_GetCurrentLineNumber(parser_.get()));
-    error.column = static_cast<std::int64_t>(XML_GetCurrentColumnNumber(parser_.get())) + 1;
-    error.reason = reason;
+    error.line = place.line;
+    error.column = place.column;
+    error.reason = std::move(reason);
     set_file_error(std::move(error));
+    stop();
+    return nullptr;
+  }
+
+  [[gnu::cold]] void refuse_here(const char* reason) { refuse(here(), reason); }
+
+  // The entity for which expat has stopped, when its name is plain enough to be read whatever the encoding; else empty.
+  std::string_view undeclared_at_error() {
+    int offset = 0;
+    int size = 0;
+    const char* const bytes = XML_GetInputContext(parser_.get(), &offset, &size);
+    if (bytes == nullptr) return {};
+    const std::string_view name = entities_.undeclared_in(
+        std::string_view(bytes, static_cast<std::size_t>(size)).substr(static_cast<std::size_t>(offset)));
+    return std::all_of(name.begin(), name.end(), [](char c) { return c > ' ' && c < 0x7F; }) ? name : "";
   }
 
   // Refuses what expat has refused.
   std::nullptr_t stop_with_parser_error() {
     const XML_Error error = XML_GetErrorCode(parser_.get());
-    if (error != XML_ERROR_NO_MEMORY) {
-      set_error_here(reason_of(error, builder_.depth()));
-    } else if (fed_ - reached_ > longest_part) {
-      set_error_here("what starts here is too large");
-    } else {
-      throw std::bad_alloc();
+    const Place place = here();
+    if (error == XML_ERROR_UNDEFINED_ENTITY) {
+      return refuse(place, about_entity(undeclared_at_error(), not_declared));
     }
-    return nullptr;
+    if (error != XML_ERROR_NO_MEMORY) return refuse(place, reason_of(error, builder_.depth()));
+    if (fed_ - reached_ > longest_part) return refuse(place, "what starts here is too large");
+    throw std::bad_alloc();
   }
 
   StringView path_;
@@ -223,6 +369,13 @@ class Reader {
   std::uint64_t defaults_ = 0;  // bytes that default attributes took
   Effort effort_;
   EntityGraph entities_;
+  AttributeLists attribute_lists_;
+  Place token_{};                                               // what `attribute_lists_` is in
+  std::map<std::string, std::uint64_t, std::less<>> declared_;  // attributes of each element
+  bool in_subset_ = false;
+  bool may_skip_ = false;
+  bool ignores_declarations_ = false;
+  std::string event_;
   bool stopped_ = false;
   std::exception_ptr thrown_;  // in a step
 };
