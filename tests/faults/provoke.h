@@ -9,7 +9,7 @@
 
 #include "hedro34/model/clsHEDROTest.h"
 #include "hedro34/platform/platform.h"
-#include "hedro34/platform/xml_document.h"
+#include "hedro34/xml/xml_document.h"
 #include "tests/support.h"
 
 namespace hedro34::testing {
