@@ -93,7 +93,7 @@ std::int16_t RaiseError(std::int32_t lLine, Variant vNumber, std::int32_t lExtra
 
 // What the body itself held is released on the way into the handler, so before the report and not behind it.
 void run_trapped(const Location& where, void (*body)(void*), void* context) noexcept {
-  const ActiveTrap here;
+  const ActiveTrap here(true);
   try {
     body(context);
     here.leave();
@@ -108,7 +108,7 @@ void run_trapped(const Location& where, void (*body)(void*), void* context) noex
 }
 
 bool run_quietly(void (*body)(void*), void* context) noexcept {
-  const ActiveTrap here;
+  const ActiveTrap here(false);
   try {
     body(context);
     here.leave();
@@ -121,7 +121,7 @@ bool run_quietly(void (*body)(void*), void* context) noexcept {
 }
 
 std::optional<Failure> run_caught(void (*body)(void*), void* context) noexcept {
-  const ActiveTrap here;
+  const ActiveTrap here(false);
   try {
     body(context);
     here.leave();

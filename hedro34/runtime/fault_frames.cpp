@@ -4,17 +4,20 @@
 
 #include <unwind.h>
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 #include <utility>
 
+#include "hedro34/runtime/fault_thread.h"
 #include "hedro34/runtime/fault_trap.h"
 
 namespace hedro34 {
 namespace {
 
-constexpr std::uintptr_t room_wanted = 64 * 1024;
-constexpr std::uintptr_t room_needed = 24 * 1024;  // when the outermost trap leaves no more
+// What a failure and its report are left of a stack that has run full: a quarter of it within these bounds.
+constexpr std::uintptr_t least_left = 24 * 1024;
+constexpr std::uintptr_t most_left = 64 * 1024;
 
 // What happens to a failure that comes out of a frame at its present instruction.
 enum class Passage {
@@ -63,8 +66,8 @@ Passage passage(_Unwind_Context* frame) {
   const std::uintptr_t return_address = _Unwind_GetIPInfo(frame, &at_instruction);
   const std::uintptr_t offset = return_address - (at_instruction == 0 ? 1 : 0) - _Unwind_GetRegionStart(frame);
   Table table(data);
-  if (table.byte() != Table::omitted)
-    return Passage::Free;  // a start of its own for handlers: no table of these compilers
+  // A start of its own for handlers: no table of these compilers.
+  if (table.byte() != Table::omitted) return Passage::Free;
   if (table.byte() != Table::omitted) table.leb128();
   const std::uint8_t encoding = table.byte();
   if (encoding != Table::encoding_leb128 && encoding != Table::encoding_four_bytes) return Passage::Free;
@@ -98,22 +101,23 @@ std::uintptr_t address_of(const ActiveTrap* trap) { return reinterpret_cast<std:
 class Search {
  public:
   Search(std::uintptr_t instruction, std::uintptr_t stack_pointer, bool stack_overflow)
-      : fault_instruction_(instruction),
-        fault_stack_(stack_pointer),
-        wanted_(stack_overflow ? stack_pointer + room_wanted : stack_pointer) {
-    for (const ActiveTrap* trap = faults_of_thread.innermost; trap != nullptr; trap = trap->outer()) {
-      outermost_ = address_of(trap);
-      if (catching_ == 0 && outermost_ > wanted_) catching_ = outermost_;
+      : fault_instruction_(instruction), fault_stack_(stack_pointer), wanted_(stack_pointer), needed_(stack_pointer) {
+    if (stack_overflow) {
+      const Stack stack = stack_of_this_thread();
+      const std::uintptr_t end = std::max(stack_pointer, stack.low);  // a large frame reaches out beyond the end
+      wanted_ = end + std::clamp((stack.high - stack.low) / 4, least_left, most_left);
+      needed_ = end + least_left;
     }
-    if (catching_ == 0) catching_ = outermost_;
-    if (wanted_ >= catching_) needed_ = stack_pointer + room_needed;
+    catching_ = catching_trap();
+    if (catching_ < wanted_) wanted_ = needed_;
   }
 
   void run() {
+    if (catching_ == 0) return;
     _Unwind_Backtrace([](_Unwind_Context* frame, void* search) { return static_cast<Search*>(search)->step(frame); },
                       this);
     if (!found_) found_ = last_;
-    if (!reached_ || found_.stack_pointer < needed_) found_ = {};
+    if (!reached_) found_ = {};
   }
 
   const Frame& found() const { return found_; }
@@ -122,6 +126,19 @@ class Search {
   }
 
  private:
+  // The innermost trap with the space that is wanted. One inside it that has what is needed is better where the former
+  // would report nothing, and is all there is where no trap has more.
+  std::uintptr_t catching_trap() const {
+    std::uintptr_t second = 0;
+    for (const ActiveTrap* trap = faults_of_thread.innermost; trap != nullptr; trap = trap->outer()) {
+      const std::uintptr_t at = address_of(trap);
+      if (at < needed_) continue;
+      if (second == 0 || trap->reports()) second = at;
+      if (at >= wanted_) break;
+    }
+    return second;
+  }
+
   _Unwind_Reason_Code step(_Unwind_Context* frame) {
     int at_instruction = 0;
     const std::uintptr_t instruction = _Unwind_GetIPInfo(frame, &at_instruction);
@@ -151,10 +168,9 @@ class Search {
 
   std::uintptr_t fault_instruction_;
   std::uintptr_t fault_stack_;
-  std::uintptr_t wanted_;      // the stack pointer of a frame with room enough
-  std::uintptr_t needed_ = 0;  // when none has it
+  std::uintptr_t wanted_;  // what the stack pointers of trap and frame should be at least
+  std::uintptr_t needed_;  // and have to be
   std::uintptr_t catching_ = 0;
-  std::uintptr_t outermost_ = 0;
   bool begun_ = false;  // beyond the frames of the handler
   bool may_be_caught_ = false;
   bool reached_ = false;

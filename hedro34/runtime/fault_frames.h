@@ -18,10 +18,11 @@ enum class Departure {
 };
 
 // Looks for the innermost frame from which a failure reaches an active trap, and changes the context of the fault so that the
-// frames inside it are left, without their destructors. Left are
-//   frames that would end the process, as they admit no failure: noexcept ones, and such as were compiled without the flags
-//   when they fault themselves;
-//   after a stack overflow those of the deepest 64 KiB, for without room nobody can work.
+// frames inside it are skipped. Skipped, without their destructors:
+// (a) frames that would end the process, as they admit no failure: noexcept ones, and such as were compiled without the flags
+//     when they fault themselves;
+// (b) after a stack overflow those at its end, where no space is left to work: 64 KiB, less on a small stack, never below
+//     24 KiB. Traps in there are skipped as well. A trap that reports is preferred to one around it that does not.
 // A call to where there is no code is taken back first: the fault is then at that call.
 // With `AtCall`, returning to the context enters `thrower` with the two arguments, as if that frame had called it.
 Departure depart(ucontext_t& context, bool stack_overflow, void (*thrower)(std::uint32_t, void*)) noexcept;

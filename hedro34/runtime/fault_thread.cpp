@@ -99,6 +99,8 @@ class Preparation {
 
 void prepare_thread_for_faults() noexcept { static thread_local const Preparation preparation; }
 
+Stack stack_of_this_thread() noexcept { return {bounds.low + page, bounds.high}; }
+
 bool is_stack_overflow(std::uintptr_t address, std::uintptr_t stack_pointer) noexcept {
   const auto [low, high, grows] = bounds;
   const bool on_this_stack = stack_pointer < high && stack_pointer + reach > low;

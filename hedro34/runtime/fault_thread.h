@@ -17,6 +17,13 @@ inline constexpr std::uint32_t code_stack_overflow = 0xC00000FD;
 // comes back at the end of the thread when it is not. Without memory for one the thread goes on without.
 void prepare_thread_for_faults() noexcept;
 
+// The stack of the calling thread: what can be used of it. Nothing when the thread was not prepared.
+struct Stack {
+  std::uintptr_t low = 0;
+  std::uintptr_t high = 0;
+};
+Stack stack_of_this_thread() noexcept;
+
 // Whether an invalid address, with the stack pointer of that moment, means that the thread's stack has run full.
 bool is_stack_overflow(std::uintptr_t address, std::uintptr_t stack_pointer) noexcept;
 

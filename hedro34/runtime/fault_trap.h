@@ -14,15 +14,17 @@ namespace hedro34 {
 // so the trap that catches takes them off the list with its own.
 class ActiveTrap {
  public:
-  ActiveTrap() noexcept;
+  explicit ActiveTrap(bool reports) noexcept;
   ActiveTrap(const ActiveTrap&) = delete;
   ActiveTrap& operator=(const ActiveTrap&) = delete;
 
   void leave() const noexcept;
   const ActiveTrap* outer() const noexcept { return outer_; }
+  bool reports() const noexcept { return reports_; }  // what it catches
 
  private:
   const ActiveTrap* outer_;
+  bool reports_;
 };
 
 struct ThreadFaults {
@@ -42,7 +44,9 @@ struct ThreadFaults {
 #endif
 extern constinit thread_local ThreadFaults faults_of_thread;
 
-inline ActiveTrap::ActiveTrap() noexcept : outer_(faults_of_thread.innermost) { faults_of_thread.innermost = this; }
+inline ActiveTrap::ActiveTrap(bool reports) noexcept : outer_(faults_of_thread.innermost), reports_(reports) {
+  faults_of_thread.innermost = this;
+}
 inline void ActiveTrap::leave() const noexcept { faults_of_thread.innermost = outer_; }
 
 // Makes the thread's prepared failure; allocates.

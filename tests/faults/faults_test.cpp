@@ -110,31 +110,87 @@ TEST(Faults, AnOverflowThroughOperationsEndsTheInnermostWithRoom) {
   EXPECT_LT(ended, depth);
 }
 
-// Goes down until little room is left, and runs the deed there.
-[[gnu::noinline]] void deep_down(std::uintptr_t low, const std::function<void()>& deed) {
-  volatile char room[1000];
-  room[0] = 0;
-  if (reinterpret_cast<std::uintptr_t>(&room) - low > 48 * 1024) {
-    deep_down(low, deed);
+// Runs the deed on a thread with such a stack.
+void on_thread(std::size_t stack_size, void (*deed)()) {
+  pthread_attr_t attributes;
+  pthread_attr_init(&attributes);
+  ASSERT_EQ(pthread_attr_setstacksize(&attributes, stack_size), 0);
+  const auto start = [](void* body) -> void* {
+    Main();
+    reinterpret_cast<void (*)()>(body)();
+    return nullptr;
+  };
+  pthread_t thread;
+  ASSERT_EQ(pthread_create(&thread, &attributes, start, reinterpret_cast<void*>(deed)), 0);
+  pthread_join(thread, nullptr);
+  pthread_attr_destroy(&attributes);
+}
+
+// A template of a host that never comes to an end of its fields.
+class EndlessTemplate : public TIBTemplate {
+ public:
+  Ref<TIBPages> Pages() override { return {}; }
+  std::int16_t PageCount() override { return 1; }
+  std::int16_t QuestionCount() override { return static_cast<std::int16_t>(recurse_for_ever(0)); }
+  std::int16_t GradedQuestionCount() override { return 1; }
+  void Clear() override {}
+  Variant QuestionNames(std::int16_t, std::int16_t, bool, const String&, bool) override { return {}; }
+  Ref<TIBTemplate> Copy(bool) override { return {}; }
+};
+
+TEST(Faults, AnOverflowIsReportedByItsOperationOnASmallStackToo) {
+  for (const std::size_t kilobytes : {64, 128, 256}) {
+    SCOPED_TRACE(kilobytes);
+    on_thread(kilobytes * 1024, [] {
+      Recorder recorder;
+      clsHEDRO merge;
+      merge.Tests->Add(make<clsHEDROTest>());
+      merge.TemplateIn = make<EndlessTemplate>();
+      bool answer = true;
+      EXPECT_FALSE(caught([&] { answer = merge.Merge(); }));  // as a call by name does, which reports nothing itself
+      EXPECT_FALSE(answer);
+      EXPECT_EQ(recorder.take(), Lines{"10237 Stack Overflow: HEDRO34 - clsHEDRO.Merge"});
+    });
+  }
+}
+
+std::uintptr_t end_of_this_stack() {
+  pthread_attr_t attributes;
+  pthread_getattr_np(pthread_self(), &attributes);
+  void* low = nullptr;
+  std::size_t size = 0;
+  pthread_attr_getstack(&attributes, &low, &size);
+  pthread_attr_destroy(&attributes);
+  return reinterpret_cast<std::uintptr_t>(low);
+}
+
+// Goes down until so much is left before the address, and runs the deed there.
+[[gnu::noinline]] void deep_down(std::uintptr_t end, std::uintptr_t left, const std::function<void()>& deed) {
+  volatile char frame[500];
+  frame[0] = 0;
+  if (reinterpret_cast<std::uintptr_t>(&frame) - end > left) {
+    deep_down(end, left, deed);
   } else {
     deed();
   }
-  room[1] = 0;
+  frame[1] = 0;
 }
 
 TEST(Faults, AnOverflowOfAnOperationAtTheEndOfTheStackIsReported) {
-  std::thread([] {
-    Main();
-    pthread_attr_t attributes;
-    pthread_getattr_np(pthread_self(), &attributes);
-    void* low = nullptr;
-    std::size_t size = 0;
-    pthread_attr_getstack(&attributes, &low, &size);
-    pthread_attr_destroy(&attributes);
+  on_thread(1024 * 1024, [] {
     Recorder recorder;
-    deep_down(reinterpret_cast<std::uintptr_t>(low), [] { trap({u"a", u"B"}, [] { recurse_for_ever(0); }); });
-    EXPECT_EQ(recorder.take(), Lines{"10237 Stack Overflow: HEDRO34 - a.B"});
-  }).join();
+    const Location inner{u"a", u"B"};
+    for (std::uintptr_t left = 32; left < 80; ++left) {
+      SCOPED_TRACE(left);
+      deep_down(end_of_this_stack(), left * 1024,
+                [&] { EXPECT_FALSE(caught([&] { trap(inner, [] { recurse_for_ever(0); }); })); });
+      EXPECT_EQ(recorder.take(), Lines{"10237 Stack Overflow: HEDRO34 - a.B"});
+    }
+    // A large frame beyond the end leaves no more space than there is.
+    trap({u"outer", u"C"},
+         [&] { deep_down(end_of_this_stack(), 4 * 1024, [&] { trap(inner, touch_the_next_100_kb); }); });
+    EXPECT_EQ(recorder.take(), Lines{"10237 Stack Overflow: HEDRO34 - outer.C"});
+  });
 }
 
 class FaultingObject : public Object {
