@@ -10,6 +10,7 @@
 #include <tuple>
 
 #include "hedro34/merge/clsHEDRO.h"
+#include "tests/failing_allocation.h"
 #include "tests/support.h"
 
 namespace hedro34 {
@@ -200,6 +201,29 @@ TEST(Trap, ReportsEachKindOfFailureOnce) {
     testing::Recorder recorder;
     trap({u"clsAny", u"Operation"}, body);
     EXPECT_EQ(recorder.take(), line == nullptr ? Lines() : Lines{line});
+  }
+}
+
+TEST(Trap, ReportsOnceWhicheverAllocationFails) {
+  constexpr const char16_t* words = u"The host has its own words for this";
+  std::set<std::string> reports;
+  bool came = true;
+  for (int number = 1; came; ++number) {
+    testing::Recorder recorder;
+    {
+      const testing::FailingAllocation failing(number);
+      trap({u"clsAny", u"Operation"}, [&] { throw Failure(1234, words); });
+      came = testing::FailingAllocation::came();
+    }
+    EXPECT_EQ(recorder.lines.size(), 1U) << number;
+    for (const std::string& line : recorder.take()) reports.insert(line);
+  }
+  const std::string undelivered_report = box + "Application error: (#7) Out of memory";
+  for (const std::string& line : {"1234 " + to_utf8(words) + ": HEDRO34 - clsAny.Operation",
+                                  std::string("7 Out of memory: HEDRO34 - clsAny.Operation"),
+                                  undelivered_report + " occurred while trying to display:\r\n\r\nError# 1234: " +
+                                      to_utf8(words) + ", Location: HEDRO34 - clsAny.Operation"}) {
+    EXPECT_EQ(reports.count(line), 1U) << line << ::testing::PrintToString(reports);
   }
 }
 

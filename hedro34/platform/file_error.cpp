@@ -2,16 +2,27 @@
 
 #include <utility>
 
+#include "hedro34/base/thread_value.h"
+
 namespace hedro34 {
 namespace {
 
-thread_local FileError last;
+using Last = ThreadValue<FileError>;
+
+const FileError none;
 
 }  // namespace
 
-const FileError& last_file_error() noexcept { return last; }
+void prepare_thread_for_file_errors() noexcept { Last::make(); }
 
-void set_file_error(FileError error) noexcept { last = std::move(error); }
+const FileError& last_file_error() noexcept {
+  const FileError* const last = Last::get();
+  return last != nullptr ? *last : none;
+}
+
+void set_file_error(FileError error) noexcept {
+  if (FileError* const last = Last::make()) *last = std::move(error);
+}
 
 void set_file_error(FileError::Kind kind, StringView path, std::string_view reason) noexcept {
   FileError error;
@@ -26,7 +37,9 @@ void set_file_error(FileError::Kind kind, StringView path, std::string_view reas
   set_file_error(std::move(error));
 }
 
-void clear_file_error() noexcept { last = FileError(); }
+void clear_file_error() noexcept {
+  if (FileError* const last = Last::get()) *last = FileError();
+}
 
 std::string to_line(const FileError& error) {
   if (error.kind == FileError::Kind::None) return {};

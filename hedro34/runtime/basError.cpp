@@ -4,6 +4,7 @@
 #include <new>
 #include <stdexcept>
 
+#include "hedro34/base/thread_value.h"
 #include "hedro34/platform/message_box.h"
 #include "hedro34/platform/platform.h"
 #include "hedro34/runtime/fault_trap.h"
@@ -11,7 +12,14 @@
 namespace hedro34 {
 namespace {
 
-thread_local Ref<Object> moErr;
+struct OfThread {
+  Ref<Object> moErr;
+};
+
+Ref<Object> error_object() noexcept {
+  const OfThread* const of_thread = ThreadValue<OfThread>::get();
+  return of_thread != nullptr ? of_thread->moErr : nullptr;
+}
 
 // The failure that is being handled, in the library's terms. Foreign exceptions of the standard library keep their words.
 Failure current_failure() {
@@ -30,6 +38,13 @@ Failure current_failure() {
   }
 }
 
+// The same where memory may be gone: failure 7 when its words cannot be had, itself without words if need be.
+Failure failure_to_report() noexcept {
+  Failure result(7, {});
+  if (!quietly([&] { result = current_failure(); })) quietly([&] { result.description = failure_text(7); });
+  return result;
+}
+
 void remove_all(String& text, StringView removed) {
   for (auto at = text.find(removed); at != String::npos; at = text.find(removed, at)) text.erase(at, removed.size());
 }
@@ -46,7 +61,7 @@ void restock() {
   faults_of_thread.making = false;
 }
 
-void show(const String& text) { platform().message_box->Show(text, box_exclamation, u"Application Error"); }
+void show(StringView text) { platform().message_box->Show(text, box_exclamation, u"Application Error"); }
 
 }  // namespace
 
@@ -56,38 +71,57 @@ String Location::text() const {
 }
 
 bool set_error_object(const Ref<Object>& oErr) {
-  moErr = oErr;
+  OfThread* const of_thread = oErr ? ThreadValue<OfThread>::make() : ThreadValue<OfThread>::get();
+  if (of_thread == nullptr && oErr) throw std::bad_alloc();
+  if (of_thread != nullptr) of_thread->moErr = oErr;
   return static_cast<bool>(oErr);
 }
+
+void prepare_thread_for_reports() noexcept { ThreadValue<OfThread>::make(); }
 
 std::int16_t RaiseError(std::int32_t lLine, Variant vNumber, std::int32_t lExtra1, String sDescription,
                         String sLocation, String sExtra1, String sExtra2, String sExtra3, String sExtra4,
                         std::int32_t lExtra2, String sExtra5, String sExtra6, String sExtra7, bool bExtra) noexcept {
   std::int16_t result = 0;
-  Failure inner(0, {});
-  const auto attempt = [&] {
-    try {
-      platform().screen->SetMousePointer(0);
-      remove_all(sLocation, u" - HEDRO34");
-      if (lLine > 0) sLocation += u"; Line: " + decimal(lLine);
-      if (!moErr) return show(report_text(vNumber, sDescription, sLocation));
-      const Ref<Object> target = moErr;  // lives through the call, whatever the host does with `SetError` in it
-      std::array<Variant, 13> arguments = {vNumber, lExtra1, sDescription, sLocation, sExtra1, sExtra2, sExtra3,
-                                           sExtra4, lExtra2, sExtra5,      sExtra6,   sExtra7, bExtra};
-      result = to_int16(target->Call(u"RaiseError", arguments));
-    } catch (...) {
-      inner = current_failure();
-      throw;
-    }
-  };
-  if (quietly(attempt)) return result;
-  quietly([&] {
-    String words;
-    const bool has_words = quietly([&] { words = platform().error_texts->text(inner.number); });
-    if (!has_words) words = failure_text(inner.number);
-    show(u"Application error: (#" + decimal(inner.number) + u") " + words +
-         u" occurred while trying to display:\r\n\r\n" + report_text(vNumber, sDescription, sLocation));
+  const std::optional<Failure> inner = caught([&] {
+    platform().screen->SetMousePointer(0);
+    remove_all(sLocation, u" - HEDRO34");
+    if (lLine > 0) sLocation += u"; Line: " + decimal(lLine);
+    const Ref<Object> target = error_object();  // lives through the call, whatever the host does with `SetError` in it
+    if (!target) return show(report_text(vNumber, sDescription, sLocation));
+    // The host gets the words themselves, as it may change them. Copies stay for the box as far as there is memory.
+    String description, location;
+    quietly([&] {
+      description = sDescription;
+      location = sLocation;
+    });
+    description.swap(sDescription);
+    location.swap(sLocation);
+    std::array<Variant, 13> arguments = {vNumber,
+                                         lExtra1,
+                                         std::move(description),
+                                         std::move(location),
+                                         std::move(sExtra1),
+                                         std::move(sExtra2),
+                                         std::move(sExtra3),
+                                         std::move(sExtra4),
+                                         lExtra2,
+                                         std::move(sExtra5),
+                                         std::move(sExtra6),
+                                         std::move(sExtra7),
+                                         bExtra};
+    result = to_int16(target->Call(u"RaiseError", arguments));
   });
+  if (!inner) return result;
+  String text;
+  const bool has_text = quietly([&] {
+    String words;
+    const bool has_words = quietly([&] { words = platform().error_texts->text(inner->number); });
+    if (!has_words) words = failure_text(inner->number);
+    text = u"Application error: (#" + decimal(inner->number) + u") " + words +
+           u" occurred while trying to display:\r\n\r\n" + report_text(vNumber, sDescription, sLocation);
+  });
+  quietly([&] { show(has_text ? StringView(text) : u"Application error: (#7) Out of memory"); });
   return 0;
 }
 
@@ -100,9 +134,13 @@ void run_trapped(const Location& where, void (*body)(void*), void* context) noex
   } catch (...) {
     here.leave();
     restock();
+    Failure failure = failure_to_report();
+    String location;
+    const auto make_location = [&] { location = where.text(); };
+    if (!quietly(make_location)) quietly(make_location);
     quietly([&] {
-      const Failure failure = current_failure();
-      RaiseError(0, failure.number, 0, failure.description, where.text(), {}, {}, {}, {}, 1, {}, {}, {}, false);
+      RaiseError(0, failure.number, 0, std::move(failure.description), std::move(location), {}, {}, {}, {}, 1, {}, {},
+                 {}, false);
     });
   }
 }
@@ -129,9 +167,7 @@ std::optional<Failure> run_caught(void (*body)(void*), void* context) noexcept {
   } catch (...) {
     here.leave();
     restock();
-    std::optional<Failure> result;
-    if (!quietly([&] { result = current_failure(); })) result.emplace(7, StringView());
-    return result;
+    return failure_to_report();
   }
 }
 

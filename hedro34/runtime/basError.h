@@ -8,7 +8,8 @@
 
 #include "hedro34/base/variant.h"
 
-// A function that the optimiser must not look into: whatever its body looks like, a native fault may leave it as a failure.
+// A function that the optimiser must not look into: it would conclude from a body that cannot throw that none of its calls
+// does, but the handler of a native fault throws out of any instruction.
 #if defined(__GNUC__) && !defined(__clang__)
 #define HEDRO34_OPAQUE [[gnu::noipa]]
 #else
@@ -27,19 +28,24 @@ struct Location {
 };
 
 // Stores the host's error object for the calling thread, in place of the one before; an empty reference takes it away. Gives
-// whether the reference is not empty. The object is held until the thread ends.
+// whether the reference is not empty. The object is held until the thread ends. Failure 7 when memory is gone.
 bool set_error_object(const Ref<Object>& oErr);
+
+// Makes the place of the thread's error object, which the first one makes otherwise.
+void prepare_thread_for_reports() noexcept;
 
 // Reports a failure. The mouse pointer goes back to its default shape; a line number above 0 is appended to the location as
 // "; Line: " and the number; then the error object's method "RaiseError" is called by name with all arguments but `lLine`,
 // each by reference, and its result as a 16-bit integer returned. Without an error object, and when the call or the
-// conversion fails, a message box shows the report and the result is 0. Never throws.
+// conversion fails, a message box shows the report and the result is 0. Never throws, and allocates nothing on the way to the
+// error object unless there is a line number. Where memory is gone the box says no more than that.
 std::int16_t RaiseError(std::int32_t lLine, Variant vNumber, std::int32_t lExtra1, String sDescription,
                         String sLocation, String sExtra1, String sExtra2, String sExtra3, String sExtra4,
                         std::int32_t lExtra2, String sExtra5, String sExtra6, String sExtra7, bool bExtra) noexcept;
 
-// Runs `body(context)`. A failure in it is reported with the location, error line 0, and goes no further. A native fault is
-// a failure where the thread was started (modStartup.h).
+// Runs `body(context)`. A failure in it is reported with the location, error line 0, and goes no further; as failure 7 when
+// the memory for its words is gone, and without what cannot be made of the words of that. A native fault is a failure where
+// the thread was started (modStartup.h).
 HEDRO34_OPAQUE void run_trapped(const Location& where, void (*body)(void*), void* context) noexcept;
 
 // As `run_trapped`, for the few operations that answer with a neutral value and report nothing. Gives whether the body came

@@ -7,8 +7,7 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-#include <exception>
-
+#include "hedro34/base/thread_value.h"
 #include "hedro34/runtime/fault_trap.h"
 
 namespace hedro34 {
@@ -76,8 +75,6 @@ class Preparation {
  public:
   Preparation() noexcept {
     bounds = bounds_of_this_thread();
-    static_cast<void>(
-        std::uncaught_exceptions());  // the runtime's own data of the thread come into being, not in a fault
     faults_of_thread.started = true;
     try {
       make_fault_failure();
@@ -97,7 +94,7 @@ class Preparation {
 
 }  // namespace
 
-void prepare_thread_for_faults() noexcept { static thread_local const Preparation preparation; }
+void prepare_thread_for_faults() noexcept { ThreadValue<Preparation>::make(); }
 
 Stack stack_of_this_thread() noexcept { return {bounds.low + page, bounds.high}; }
 

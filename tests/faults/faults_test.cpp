@@ -7,6 +7,7 @@
 #include <cfenv>
 #include <thread>
 
+#include "hedro34/documents/form_template.h"
 #include "hedro34/merge/clsHEDRO.h"
 #include "hedro34/runtime/modStartup.h"
 #include "hedro34/runtime/modvbCodeShieldSupport.h"
@@ -257,6 +258,91 @@ TEST(Faults, OnAThreadThatWasNotStartedAreTranslatedAsWell) {
     clsHEDROTest test;
     for (int i = 0; i < 3; ++i) EXPECT_EQ(load(test, read_null), Lines{std::string(violation) + in_load});
   }).join();
+}
+
+// Hears reports and boxes without any memory of its own.
+struct Witness : MessageBox {
+  struct Errors : Object {
+    explicit Errors(int& count) : heard(count) {}
+    Variant Call(StringView, std::span<Variant>) override {
+      ++heard;
+      return std::int16_t{0};
+    }
+    int& heard;
+  };
+
+  std::int32_t Show(StringView, std::int32_t, StringView) override {
+    ++heard;
+    return answer_ok;
+  }
+  int heard = 0;
+  Ref<Object> errors = make<Errors>(heard);
+};
+
+// What a host does, with so many allocations before memory is gone for good. Gives whether they were enough.
+bool load_and_merge(int allocations, const String& path, Witness& witness) {
+  clsHEDRO merge;
+  const auto form = make<FormTemplate>();
+  const Ref<FormRegion> region = form->pages().add()->regions().add();
+  region->questions().add()->SetGraded(true);
+  merge.TemplateIn = form;
+  merge.TemplateOut = make<FormTemplate>();
+  const auto test = make<clsHEDROTest>();
+  merge.Tests->Add(test);
+  witness.heard = 0;
+
+  allocations_left = allocations;
+  const bool loaded = test->LoadXML(path);
+  const int heard_in_load = std::exchange(witness.heard, 0);
+  const bool merged = merge.Merge();
+  const int heard_in_merge = std::exchange(witness.heard, 0);
+  const bool enough = std::exchange(allocations_left, -1) > 0;
+
+  EXPECT_TRUE(loaded || heard_in_load > 0) << allocations;
+  EXPECT_TRUE(merged || heard_in_merge > 0) << allocations;
+  EXPECT_TRUE(!enough || (loaded && merged && heard_in_load + heard_in_merge == 0));
+  EXPECT_TRUE(test->LoadXML(path)) << "with memory again, after " << allocations;
+  EXPECT_EQ(test->Questions->Count(), 1) << allocations;
+  return enough;
+}
+
+TEST(MemoryGoneForGood, EndsEachOperationWithAReportAndNothingElse) {
+  const Folder folder;
+  const String path = folder.write("t.xml",
+                                   "<examview><question type='essay' question-id='1'><text>Why?</text>"
+                                   "</question></examview>");
+  Witness witness;
+  const auto former = std::exchange(platform().message_box, &witness);
+  for (const bool started : {true, false}) {
+    for (const bool with_object : {true, false}) {
+      int allocations = 0;
+      for (bool enough = false; !enough && !HasFailure(); ++allocations) {
+        std::thread([&] {
+          if (started) Main();
+          if (with_object) set_error_object(witness.errors);
+          enough = load_and_merge(allocations, path, witness);
+        }).join();
+      }
+      EXPECT_GT(allocations, 100);
+    }
+  }
+  // The first use of each value of a thread, when there is nothing to keep it in.
+  for (const bool starts : {false, true}) {
+    std::thread([&] {
+      clsHEDRO merge;
+      clsHEDROTest test;
+      witness.heard = 0;
+      allocations_left = 0;
+      if (starts) Main();
+      const bool taken = merge.SetError(witness.errors);
+      const bool loaded = test.LoadXML(path);
+      allocations_left = -1;
+      EXPECT_FALSE(taken || loaded);
+      EXPECT_EQ(witness.heard, 2);
+      EXPECT_TRUE(merge.SetError(witness.errors)) << "with memory again";
+    }).join();
+  }
+  platform().message_box = former;
 }
 
 TEST(FormerHandlers, GetTheFaultsOutsideOperationsAndTheSignalsThatAreSent) {

@@ -8,16 +8,37 @@
 #include <limits>
 
 extern "C" void* __libc_malloc(std::size_t size);
+extern "C" void* __libc_calloc(std::size_t count, std::size_t size);
+extern "C" void* __libc_realloc(void* memory, std::size_t size);
+
+namespace {
+
+bool is_memory_gone() {
+  using hedro34::testing::allocations_left;
+  if (allocations_left > 0) return --allocations_left < 0;
+  return allocations_left == 0;
+}
+
+}  // namespace
 
 // The allocation of the whole program.
 extern "C" void* malloc(std::size_t size) {
   if (hedro34::testing::malloc_faults) hedro34::testing::read_null();
-  return __libc_malloc(size);
+  return is_memory_gone() ? nullptr : __libc_malloc(size);
+}
+
+extern "C" void* calloc(std::size_t count, std::size_t size) {
+  return is_memory_gone() ? nullptr : __libc_calloc(count, size);
+}
+
+extern "C" void* realloc(void* memory, std::size_t size) {
+  return is_memory_gone() ? nullptr : __libc_realloc(memory, size);
 }
 
 namespace hedro34::testing {
 
 thread_local bool malloc_faults = false;
+thread_local int allocations_left = -1;
 thread_local int Counted::ended = 0;
 std::string former_handler;
 sigjmp_buf way_back;

@@ -27,6 +27,9 @@ int recurse_for_ever(int depth);         // each level holds a `Counted`
 void fault_without_the_flags();          // compiled like a host's code, with a destructor in the faulting frame
 extern thread_local bool malloc_faults;  // every allocation of the thread does
 
+// So many allocations of the thread succeed, and none after them; below 0 memory does not end.
+extern thread_local int allocations_left;
+
 // Counts its destructors, those of the frames that a fault leaves.
 struct Counted {
   ~Counted() { ++ended; }
