@@ -39,7 +39,7 @@ void set_file_error(FileError error) noexcept;
 void set_file_error(FileError::Kind kind, StringView path, std::string_view reason) noexcept;
 void clear_file_error() noexcept;
 
-// Makes what holds the calling thread's errors, which the first of them makes otherwise.
+// Makes the storage of the calling thread's errors, which the first of them makes otherwise.
 void prepare_thread_for_file_errors() noexcept;
 
 // Runs a step of a load or save and gives its answer. Memory that runs out in it becomes a file error of that kind, and the

@@ -31,7 +31,7 @@ struct Location {
 // whether the reference is not empty. The object is held until the thread ends. Failure 7 when memory is gone.
 bool set_error_object(const Ref<Object>& oErr);
 
-// Makes the place of the thread's error object, which the first one makes otherwise.
+// Makes the storage of the thread's error object, which the first one makes otherwise.
 void prepare_thread_for_reports() noexcept;
 
 // Reports a failure. The mouse pointer goes back to its default shape; a line number above 0 is appended to the location as

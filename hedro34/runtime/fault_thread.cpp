@@ -43,24 +43,25 @@ class AlternateStack {
   AlternateStack() noexcept {
     if (sigaltstack(nullptr, &former_) != 0) return;
     if ((former_.ss_flags & SS_DISABLE) == 0 && former_.ss_size >= alternate_size) return;
-    void* const room = mmap(nullptr, page + alternate_size, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_STACK, -1, 0);
-    if (room == MAP_FAILED) return;
+    void* const mapping =
+        mmap(nullptr, page + alternate_size, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_STACK, -1, 0);
+    if (mapping == MAP_FAILED) return;
     stack_t ours = {};
-    ours.ss_sp = static_cast<char*>(room) + page;
+    ours.ss_sp = static_cast<char*>(mapping) + page;
     ours.ss_size = alternate_size;
     if (mprotect(ours.ss_sp, alternate_size, PROT_READ | PROT_WRITE) != 0 || sigaltstack(&ours, nullptr) != 0) {
-      munmap(room, page + alternate_size);
+      munmap(mapping, page + alternate_size);
       return;
     }
-    room_ = room;
+    mapping_ = mapping;
   }
 
   // A stack that the host has put in place of ours since may lead it back to ours: then it stays.
   ~AlternateStack() {
     stack_t present = {};
-    if (room_ == nullptr || sigaltstack(nullptr, &present) != 0) return;
-    if (present.ss_sp != static_cast<char*>(room_) + page) return;
-    if (sigaltstack(&former_, nullptr) == 0) munmap(room_, page + alternate_size);
+    if (mapping_ == nullptr || sigaltstack(nullptr, &present) != 0) return;
+    if (present.ss_sp != static_cast<char*>(mapping_) + page) return;
+    if (sigaltstack(&former_, nullptr) == 0) munmap(mapping_, page + alternate_size);
   }
 
   AlternateStack(const AlternateStack&) = delete;
@@ -68,7 +69,7 @@ class AlternateStack {
 
  private:
   stack_t former_ = {};
-  void* room_ = nullptr;
+  void* mapping_ = nullptr;
 };
 
 class Preparation {

@@ -29,7 +29,7 @@ class ActiveTrap {
 
 struct ThreadFaults {
   const ActiveTrap* innermost;
-  Failure* prepared;  // storage of an exception that has not been thrown yet, with room for the longest description
+  Failure* prepared;  // an exception that has not been thrown yet, with capacity for the longest description
   bool started;       // keeps a prepared failure
   bool making;        // one is being made in ordinary context
   bool raising;       // one is being made by a fault that found none: a second fault in there has no way out
@@ -37,8 +37,8 @@ struct ThreadFaults {
   bool needs_failure() const noexcept { return started && prepared == nullptr && !making; }
 };
 
-// A library that is loaded later gets its initial-exec data from the room that the loader keeps for it; in return a handler
-// reaches the data without a call that could allocate.
+// Initial-exec, so that a handler reads it without a call that may allocate. A library that is loaded later gets such data
+// from the space that the loader keeps for it.
 #if defined(__GNUC__)
 [[gnu::tls_model("initial-exec")]]
 #endif

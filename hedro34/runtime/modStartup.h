@@ -5,7 +5,7 @@
 //     hedro34::Main();
 //     ...
 //
-// It makes what the library keeps for each thread: the places of the error object and of the last file error, and what the
+// It makes what the library keeps for each thread: storage for the error object and the last file error, and what the
 // handlers of faults need. On a thread without it the first use of each makes it, or goes without where memory is gone by
 // then. Until some thread was started, a native fault ends the process; afterwards a thread that was not has its faults translated
 // too, but for a stack overflow.

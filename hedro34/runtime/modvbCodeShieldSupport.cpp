@@ -39,7 +39,7 @@ constexpr Named names[] = {
     {0xC000013A, u"Control-C Exit"},
 };
 
-// The name of a code in a room of its own, as the filter must not allocate.
+// The name of a code in storage of its own, as the filter must not allocate.
 class ExceptionName {
  public:
   explicit ExceptionName(std::uint32_t code) {

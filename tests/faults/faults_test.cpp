@@ -88,9 +88,9 @@ TEST(Faults, AHundredInARow) {
 
 // Here the stack runs full, and not in an allocation, which would keep its lock.
 [[gnu::noinline]] void touch_the_next_100_kb() {
-  volatile char room[100 * 1024];
-  room[0] = 1;
-  static_cast<void>(room[0]);
+  volatile char frame[100 * 1024];
+  frame[0] = 1;
+  static_cast<void>(frame[0]);
 }
 
 TEST(Faults, AnOverflowThroughOperationsEndsTheInnermostWithRoom) {
@@ -385,7 +385,7 @@ TEST(StartUp, ASecondOneInstallsNothing) {
 TEST(StartUp, AnAlternateStackOfTheHostStaysOrComesBack) {
   static stack_t at_end;
   for (const std::size_t size : {std::size_t{16 * 1024}, std::size_t{128 * 1024}}) {
-    std::vector<char> room(size);
+    std::vector<char> stack(size);
     std::thread([&] {
       struct AtEnd {  // made first, so it ends last
         bool made = true;
@@ -394,7 +394,7 @@ TEST(StartUp, AnAlternateStackOfTheHostStaysOrComesBack) {
       static thread_local AtEnd last;
       EXPECT_TRUE(last.made);
       stack_t hosts = {};
-      hosts.ss_sp = room.data();
+      hosts.ss_sp = stack.data();
       hosts.ss_size = size;
       sigaltstack(&hosts, nullptr);
       Main();
@@ -405,7 +405,7 @@ TEST(StartUp, AnAlternateStackOfTheHostStaysOrComesBack) {
       clsHEDROTest test;
       EXPECT_EQ(load(test, [] { recurse_for_ever(0); }).size(), 1U);
     }).join();
-    EXPECT_EQ(at_end.ss_sp, room.data());
+    EXPECT_EQ(at_end.ss_sp, stack.data());
     EXPECT_EQ(at_end.ss_size, size);
   }
 }

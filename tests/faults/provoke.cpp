@@ -73,12 +73,12 @@ void read_beyond_file() {
   unlink(name.c_str());
   EXPECT_EQ(ftruncate(file, 4096), 0);
   struct Mapping {
-    void* room;
-    ~Mapping() { munmap(room, 4096); }
+    void* memory;
+    ~Mapping() { munmap(memory, 4096); }
   } const mapping{mmap(nullptr, 4096, PROT_READ, MAP_SHARED, file, 0)};
   EXPECT_EQ(ftruncate(file, 0), 0);
   close(file);
-  sink = *static_cast<volatile char*>(mapping.room);
+  sink = *static_cast<volatile char*>(mapping.memory);
 }
 
 }  // namespace
@@ -89,9 +89,9 @@ void read_null() { sink = *null; }
 #pragma GCC diagnostic ignored "-Winfinite-recursion"
 [[gnu::noinline]] int recurse_for_ever(int depth) {
   const Counted counted;
-  volatile char room[200];
-  room[depth % 200] = 1;
-  return recurse_for_ever(depth + 1) + room[0];
+  volatile char frame[200];
+  frame[depth % 200] = 1;
+  return recurse_for_ever(depth + 1) + frame[0];
 }
 #pragma GCC diagnostic pop
 
@@ -157,7 +157,7 @@ std::vector<Provocation> provocations() {
            Broken() { malloc_faults = true; }
            ~Broken() { malloc_faults = false; }
          } const broken;
-         const std::vector<int> room(1000);
+         const std::vector<int> numbers(1000);
        },
        "10005 Access Violation"},
       {"without the flags", fault_without_the_flags, "10005 Access Violation"},
