@@ -1,5 +1,5 @@
-// Why a file could last not be read or written on this thread: what a program prints after a load or save that answered False, without
-// reading the file twice.
+// Why a file could last not be read or written on this thread: what a program prints after a load or save that answered
+// False, without reading the file twice.
 #pragma once
 
 #include <cstdint>
