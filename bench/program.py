@@ -2,7 +2,7 @@
 """CPU time of `hedro34 merge` on 10,000 questions against a Python that parses the same file with xml.etree.ElementTree and
 does nothing else.
 
-usage: bench/program.py [BUILD]     the folder with hedro34 and hedro34_bench, build/release unless named
+usage: bench/program.py [BUILD]     the folder with hedro34 and hedro34_bench, build/bench unless named
 """
 import pathlib
 import resource
@@ -23,7 +23,7 @@ def cpu_seconds(command):
 
 def main():
     root = pathlib.Path(__file__).resolve().parent.parent
-    build = sys.argv[1] if len(sys.argv) > 1 else str(root / "build/release")
+    build = sys.argv[1] if len(sys.argv) > 1 else str(root / "build/bench")
     program = f"{build}/hedro34"
     with tempfile.TemporaryDirectory() as folder:
         test, form = f"{folder}/test.xml", f"{folder}/form.json"
