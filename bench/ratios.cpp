@@ -22,8 +22,8 @@
 
 #include "hedro34/hedro34.h"
 #include "by_name.h"
-#include "forwarding_host.h"
 #include "generate.h"
+#include "tests/forwarding_host.h"
 #include "versions.h"
 
 namespace hedro34::bench {

@@ -13,8 +13,10 @@ if(test_sources)
   hedro34_warnings(hedro34_test_component)
 
   add_executable(hedro34_tests ${test_sources})
-  target_compile_definitions(hedro34_tests PRIVATE
-    HEDRO34_SOURCE_DIR="${PROJECT_SOURCE_DIR}" HEDRO34_TEST_COMPONENT="$<TARGET_FILE:hedro34_test_component>")
+  # Paths go to the sources that use them, so that the others compile alike in every folder.
+  set_source_files_properties(tests/support.cpp PROPERTIES COMPILE_DEFINITIONS HEDRO34_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
+  set_source_files_properties(tests/class_registry_test.cpp PROPERTIES
+    COMPILE_DEFINITIONS HEDRO34_TEST_COMPONENT="$<TARGET_FILE:hedro34_test_component>")
   set_source_files_properties(tests/component_binary_test.cpp PROPERTIES
     COMPILE_DEFINITIONS HEDRO34_COMPONENT="$<TARGET_FILE:hedro34_component>")
   add_dependencies(hedro34_tests hedro34_component hedro34_test_component)
@@ -37,6 +39,11 @@ set(script_environment HEDRO34_SOURCE_DIR=${PROJECT_SOURCE_DIR} PYTHONDONTWRITEB
 if(TARGET hedro34)
   list(APPEND script_environment HEDRO34_PROGRAM=$<TARGET_FILE:hedro34> HEDRO34_FAILING=$<TARGET_FILE:hedro34_failing>)
 endif()
+
+# What it takes to build a program elsewhere as this one is built.
+string(TOUPPER "${CMAKE_BUILD_TYPE}" build_type)
+list(APPEND script_environment HEDRO34_CMAKE=${CMAKE_COMMAND} HEDRO34_BUILD=${PROJECT_BINARY_DIR}
+     HEDRO34_COMPILER=${CMAKE_CXX_COMPILER} "HEDRO34_FLAGS=${CMAKE_CXX_FLAGS} ${CMAKE_CXX_FLAGS_${build_type}}")
 
 function(hedro34_script_tests pattern interpreter)
   hedro34_sources(scripts ${pattern})

@@ -6,13 +6,13 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <nlohmann/json.hpp>
 #include <optional>
 
 #include "hedro34/component/create_object.h"
 #include "hedro34/component/identifier.h"
 #include "hedro34/platform/files.h"
 #include "tests/failing_allocation.h"
+#include "tests/json.h"
 #include "tests/support.h"
 
 namespace hedro34::testing {
@@ -53,8 +53,8 @@ struct ClassRegistry : ::testing::Test {
   // Names, each with the number of its identifier, in order.
   std::string entries() const {
     std::string list;
-    const auto file = nlohmann::json::parse(content());
-    for (const auto& entry : file["classes"]) list += entry.value("name", "") + entry.value("class", "")[8] + ' ';
+    const Json file = Json::parse(content());
+    for (const Json& entry : file["classes"]) list += entry["name"].text() + entry["class"].text()[8] + ' ';
     return list;
   }
 

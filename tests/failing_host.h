@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "bench/forwarding_host.h"
+#include "tests/forwarding_host.h"
 
 namespace hedro34::testing {
 

@@ -5,6 +5,7 @@
 #include <array>
 #include <optional>
 #include <tuple>
+#include <filesystem>
 
 #include "hedro34/import/BuildTestFromKTD.h"
 #include "tests/failing_host.h"

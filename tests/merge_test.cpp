@@ -1,6 +1,7 @@
 // Merges of small tests and forms: what is written, what is refused, and what a refusal or a failure leaves.
 #include <gtest/gtest.h>
 
+#include "hedro34/platform/files.h"
 #include "tests/merge_support.h"
 
 namespace hedro34::testing {
@@ -256,23 +257,21 @@ TEST(Merge, MeetsOddAnswersOfATemplate) {
 
 // --- the worked case `subjective` of tests/whole, from its description to its files ---
 
-nlohmann::json read(const std::string& name) {
-  std::ifstream file(HEDRO34_SOURCE_DIR "/tests/whole/" + name);
-  return nlohmann::json::parse(file);
-}
+Json read(const Json& name) { return Json::parse(read_file(source_path("tests/whole/" + name.text())).value()); }
 
-String text_of(const nlohmann::json& value) { return from_utf8(value.get<std::string>()); }
+String text_of(const Json& value) { return from_utf8(value.text()); }
 
-Ref<clsHEDROTestQuestion> question_of(const nlohmann::json& described) {
+Ref<clsHEDROTestQuestion> question_of(const Json& described) {
   auto question = make<clsHEDROTestQuestion>();
   question->ID = text_of(described["id"]);
-  question->QuestionType = static_cast<HEDROTestQuestionType>(described["questionType"].get<std::int32_t>());
+  question->QuestionType = static_cast<HEDROTestQuestionType>(described["questionType"].integer());
   question->QuestionText = text_of(described["questionText"]);
   for (const auto& answer : described["answers"]) question->Answers->Add(text_of(answer));
-  for (const auto& number : described["correctAnswers"]) question->CorrectAnswers->Add(number.get<std::int16_t>());
-  described["correctAnd"].get_to(question->CorrectAnd);
-  described["correctPoints"].get_to(question->CorrectPoints);
-  described["subjectivePoints"].get_to(question->SubjectivePoints);
+  for (const auto& number : described["correctAnswers"])
+    question->CorrectAnswers->Add(static_cast<std::int16_t>(number.integer()));
+  question->CorrectAnd = described["correctAnd"].truth();
+  question->CorrectPoints = static_cast<float>(described["correctPoints"].number());
+  question->SubjectivePoints = static_cast<float>(described["subjectivePoints"].number());
   question->Difficulty = text_of(described["difficulty"]);
   question->Reference = text_of(described["reference"]);
   question->Topic = text_of(described["topic"]);
@@ -285,8 +284,8 @@ Ref<clsHEDROTestQuestion> question_of(const nlohmann::json& described) {
 }
 
 TEST(Merge, OfTheWorkedCaseWithSubjectiveQuestions) {
-  const nlohmann::json described = read("subjective.json");
-  const nlohmann::json& expected = described["expected"];
+  const Json described = read("subjective.json");
+  const Json& expected = described["expected"];
   const auto test = test_of({}, text_of(described["version"]));
   test->MultipleChoiceOddScale->RemoveAll();
   test->MultipleChoiceEvenScale->RemoveAll();
@@ -296,13 +295,13 @@ TEST(Merge, OfTheWorkedCaseWithSubjectiveQuestions) {
   add_sequences(*test, static_cast<int>(described["sequences"].size()));  // no more than their number counts
   Merging m("", {test});
   ASSERT_TRUE(m.form->read(read(described["form"]).dump()));
-  described["sequenceQuestion"].get_to(m.merge->SequenceQuestion);
+  m.merge->SequenceQuestion = static_cast<std::int32_t>(described["sequenceQuestion"].integer());
 
   EXPECT_TRUE(m.merge->Merge());
   EXPECT_EQ(m.recorder.lines, Lines());
-  EXPECT_EQ(m.merge->SequenceQuestion, expected["sequenceQuestion"].get<std::int32_t>());
-  const auto difference = [&](const nlohmann::json& name, const std::string& found) {
-    return nlohmann::json::diff(read(name), nlohmann::json::parse(found)).dump();
+  EXPECT_EQ(m.merge->SequenceQuestion, expected["sequenceQuestion"].integer());
+  const auto difference = [&](const Json& name, const std::string& found) {
+    return Json::diff(read(name), Json::parse(found)).dump();
   };
   EXPECT_EQ(difference(expected["formOut"], m.form_out().to_json().value()), "[]");
   EXPECT_EQ(difference(expected["document"], m.document().to_json().value()), "[]");

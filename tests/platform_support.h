@@ -11,16 +11,10 @@
 
 namespace hedro34::testing {
 
-inline std::string repeat(std::string_view text, std::size_t times) {
-  std::string result;
-  for (std::size_t i = 0; i < times; ++i) result += text;
-  return result;
-}
+std::string repeat(std::string_view text, std::size_t times);
 
 // A file of tests/files: `full` has a value of its own in every member, `new` has the defaults.
-inline std::string file_text(const std::string& name) {
-  return read_file(from_utf8(HEDRO34_SOURCE_DIR "/tests/files/" + name)).value_or("");
-}
+std::string file_text(const std::string& name);
 
 template <class Target>
 Ref<Target> read_of(std::string_view file) {
@@ -35,14 +29,7 @@ std::string written(Target& target) {
 }
 
 // The number of the failure that the statement throws, 0 when it throws none.
-inline std::int32_t failure_of(const std::function<void()>& statement) {
-  try {
-    statement();
-  } catch (const Failure& failure) {
-    return failure.number;
-  }
-  return 0;
-}
+std::int32_t failure_of(const std::function<void()>& statement);
 
 struct ErrorRow {
   std::string file;

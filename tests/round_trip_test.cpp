@@ -42,7 +42,7 @@ Lines differences(clsHEDRO& first, const Ref<FormTemplate>& form) {
   const Json after = Json::parse(dynamic_cast<DataDocument&>(*second->WENKTD).to_json().value());
   Lines lines;
   for (const Json& change : Json::diff(before, after)) {
-    lines.push_back(change["path"].get<std::string>().substr(1));
+    lines.push_back(change["path"].text().substr(1));
     if (change.contains("value")) lines.back() += ": " + change["value"].dump();
   }
   return lines;
@@ -92,8 +92,6 @@ const Sample samples[] = {
       "questions/8/correctAnswerCount: 0", R"(questions/8/answerKey/0: "")", R"(questions/8/numericAnswerKey/0: "")",
       R"(questions/9/choiceLabels/3: "")", R"(questions/9/choiceLabels/4: "")", R"(questions/9/answerKey/0: "")"}},
 };
-
-String source_path(const std::string& name) { return from_utf8(HEDRO34_SOURCE_DIR "/" + name); }
 
 TEST(RoundTrip, GivesTheSameDocumentOfEverySampleAgain) {
   for (const Sample& sample : samples) {
@@ -205,8 +203,8 @@ class Shuffle {
     ASSERT_EQ(written["versions"]["orders"].size(), versions);
     for (std::size_t n = 0; n < versions; ++n) {
       const auto version = merge_->Tests->Item(static_cast<std::int32_t>(n) + 1);
-      EXPECT_EQ(written["versions"]["versionAnswers"][n], to_utf8(version->Version));
-      compare(*version, written["versions"]["orders"][n], written["questions"], *loaded);
+      EXPECT_EQ(written["versions"]["versionAnswers"].at(n), to_utf8(version->Version));
+      compare(*version, written["versions"]["orders"].at(n), written["questions"], *loaded);
     }
     EXPECT_EQ(recorder.take(), Lines());
   }
@@ -266,14 +264,15 @@ class Shuffle {
     ASSERT_EQ(order.size(), questions.size());
     const auto sequence = loaded.Sequences->Item(version.Version.str());
     ASSERT_TRUE(sequence);
-    std::vector<std::size_t> positions = order;
+    std::vector<std::size_t> positions;
+    for (const Json& entry : order) positions.push_back(static_cast<std::size_t>(entry.integer()));
     std::int32_t rank = 0;
     std::int32_t place = 0;
     for (std::size_t p = 0; p < positions.size(); ++p) {
       const std::size_t entry = positions[p];
       const Json& question = questions.at(entry - 1);
       const String id = decimal(static_cast<std::int64_t>(entry));
-      if (questions[p]["graded"] == true) {
+      if (questions.at(p)["graded"] == true) {
         const auto asked = version.Questions->Item(++rank);
         EXPECT_EQ(question["questionText"], to_utf8(asked->QuestionText));
         EXPECT_EQ(question["numericAnswerKey"], Json::array({key_of(*asked)}));
@@ -281,7 +280,7 @@ class Shuffle {
       } else {
         EXPECT_EQ(entry, p + 1);
       }
-      if (questions[p]["graded"] == true || questions[p]["subjective"] == true) {
+      if (questions.at(p)["graded"] == true || questions.at(p)["subjective"] == true) {
         EXPECT_EQ(sequence->Order->Item(id), ++place);
       }
     }

@@ -1,0 +1,65 @@
+#include "tests/support.h"
+
+#include <stdlib.h>
+
+#include <filesystem>
+#include <fstream>
+#include <ostream>
+
+namespace hedro34 {
+
+void PrintTo(const String& text, std::ostream* out) { *out << '"' << to_utf8(text) << '"'; }
+
+namespace testing {
+namespace {
+
+class Errors : public Object {
+ public:
+  explicit Errors(Recorder& recorder) : recorder_(recorder) {}
+  Variant Call(StringView name, std::span<Variant> arguments) override {
+    if (name != u"RaiseError" || arguments.size() != 13) fail(FailureNumber::NoSuchMember);
+    recorder_.lines.push_back(
+        to_utf8(to_text(arguments[0]) + u" " + to_text(arguments[2]) + u": " + to_text(arguments[3])));
+    return std::int16_t{0};
+  }
+
+ private:
+  Recorder& recorder_;
+};
+
+}  // namespace
+
+Recorder::Recorder() : former_(platform().message_box) {
+  platform().message_box = this;
+  set_error_object(make<Errors>(*this));
+}
+
+Recorder::~Recorder() {
+  platform().message_box = former_;
+  set_error_object(nullptr);
+}
+
+std::int32_t Recorder::Show(StringView text, std::int32_t flags, StringView title) {
+  lines.push_back("box " + std::to_string(flags) + " \"" + to_utf8(title) + "\": " + to_utf8(text));
+  return answer;
+}
+
+std::vector<std::string> Recorder::take() { return std::exchange(lines, {}); }
+
+Folder::Folder() : path_((std::filesystem::temp_directory_path() / "hedro34-XXXXXX").string()) {
+  if (::mkdtemp(path_.data()) == nullptr) throw std::runtime_error("no folder for a test: " + path_);
+}
+
+Folder::~Folder() { std::filesystem::remove_all(path_); }
+
+String Folder::path(const std::string& name) const { return from_utf8(path_ + "/" + name); }
+
+String Folder::write(const std::string& name, std::string_view bytes) const {
+  std::ofstream(path_ + "/" + name, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  return path(name);
+}
+
+String source_path(const std::string& name) { return from_utf8(HEDRO34_SOURCE_DIR "/" + name); }
+
+}  // namespace testing
+}  // namespace hedro34
