@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""The include lines of the library agree with the order of its rooms: no folder reaches back."""
+"""The include lines of the library agree with the order of its rooms, no folder reaches back, and with what is installed."""
 
 import pathlib
 import re
@@ -58,8 +58,34 @@ def check(root):
     return faults, lines
 
 
+def reached(root, umbrellas):
+    """The headers of the library that these headers include, themselves included."""
+    found, left = set(), list(umbrellas)
+    while left:
+        name = left.pop()
+        if name in found or name == "hedro34/version.h":
+            continue
+        found.add(name)
+        file = root / name
+        for match in INCLUDE.finditer(file.read_text(encoding="utf-8")):
+            target = target_of(file, match[1], match[2], root.resolve())
+            if target is not None and target.startswith("hedro34/"):
+                left.append(target)
+    return found
+
+
+def check_public_headers(root):
+    """What differs between the headers that are installed and those that a program's include lines need."""
+    listed = set(re.findall(r"^  (hedro34/\S+\.h)$", (root / "cmake/public_headers.cmake").read_text(), re.MULTILINE))
+    needed = reached(root, ("hedro34/hedro34.h", "hedro34/component.h"))
+    return [f"{name}: is reached by a public header and not in cmake/public_headers.cmake" for name in sorted(needed - listed)] + [
+        f"{name}: stands in cmake/public_headers.cmake and no public header reaches it" for name in sorted(listed - needed)
+    ]
+
+
 MADE_UP = {
     "hedro34/hedro34.h": "#include <hedro34/base/text.h>\n#include <hedro34/component/exports.h>\n",
+    "hedro34/component.h": "#include <hedro34/component/exports.h>\n",
     "hedro34/stray.h": "#include <string>\n",
     "hedro34/attic/old.h": "#include <string>\n",
     "hedro34/base/text.h": "#pragma once\n#include <string>\n#include <hedro34/version.h>\n",
@@ -88,6 +114,13 @@ EXPECTED = [
 ]
 
 
+PUBLIC_EXPECTED = [
+    "hedro34/component/exports.h: is reached by a public header and not in cmake/public_headers.cmake",
+    "hedro34/merge/merge.h: is reached by a public header and not in cmake/public_headers.cmake",
+    "hedro34/stray.h: stands in cmake/public_headers.cmake and no public header reaches it",
+]
+
+
 def check_the_check():
     with tempfile.TemporaryDirectory() as folder:
         root = pathlib.Path(folder)
@@ -95,12 +128,19 @@ def check_the_check():
             (root / name).parent.mkdir(parents=True, exist_ok=True)
             (root / name).write_text(text, encoding="utf-8")
         faults, _ = check(root)
+        (root / "cmake").mkdir()
+        (root / "cmake/public_headers.cmake").write_text(
+            "set(public_headers\n  hedro34/hedro34.h\n  hedro34/component.h\n  hedro34/base/text.h\n  hedro34/stray.h\n)\n"
+        )
+        assert check_public_headers(root) == PUBLIC_EXPECTED, check_public_headers(root)
     assert faults == EXPECTED, "the check itself is at fault; it found\n  " + "\n  ".join(faults)
 
 
 def main():
     check_the_check()
-    faults, lines = check(pathlib.Path(__file__).resolve().parent.parent)
+    root = pathlib.Path(__file__).resolve().parent.parent
+    faults, lines = check(root)
+    faults += check_public_headers(root)
     assert lines > 0, "no include line found in hedro34/"
     for fault in faults:
         print(fault)

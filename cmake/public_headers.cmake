@@ -1,0 +1,54 @@
+# What a program may include: <hedro34/hedro34.h>, <hedro34/component.h> and all that these two reach. Nothing else is
+# installed; tests/rooms_test.py holds the list against the include lines.
+
+set(public_headers
+  hedro34/component.h
+  hedro34/hedro34.h
+  hedro34/base/array.h
+  hedro34/base/case_map.h
+  hedro34/base/failure.h
+  hedro34/base/keyed_list.h
+  hedro34/base/ref.h
+  hedro34/base/text.h
+  hedro34/base/variant.h
+  hedro34/platform/file_error.h
+  hedro34/platform/files.h
+  hedro34/platform/message_box.h
+  hedro34/platform/platform.h
+  hedro34/xml/expat_document.h
+  hedro34/xml/xml_document.h
+  hedro34/xml/xml_tree.h
+  hedro34/documents/TIBTemplate.h
+  hedro34/documents/WENKtdDocument.h
+  hedro34/documents/data_document.h
+  hedro34/documents/data_question.h
+  hedro34/documents/form_field.h
+  hedro34/documents/form_template.h
+  hedro34/runtime/basError.h
+  hedro34/runtime/fault_trap.h
+  hedro34/runtime/modStartup.h
+  hedro34/model/clsHEDROTest.h
+  hedro34/model/clsHEDROTestCorrect.h
+  hedro34/model/clsHEDROTestQuestion.h
+  hedro34/model/clsHEDROTestQuestions.h
+  hedro34/model/clsHEDROTestSequence.h
+  hedro34/model/clsHEDROTestSequenceOrder.h
+  hedro34/model/clsHEDROTestSequences.h
+  hedro34/model/clsHEDROTestStrings.h
+  hedro34/model/clsHEDROTests.h
+  hedro34/model/collection.h
+  hedro34/model/enumerations.h
+  hedro34/model/question_id.h
+  hedro34/import/BuildTestFromKTD.h
+  hedro34/merge/clsHEDRO.h
+  hedro34/component/binary.h
+  hedro34/component/class_registry.h
+  hedro34/component/conversion.h
+  hedro34/component/create_object.h
+  hedro34/component/held.h
+  hedro34/component/host_object.h
+  hedro34/component/identity.h
+  hedro34/component/services.h
+  hedro34/component/type_names.h
+  hedro34/component/values.h
+)

@@ -1,0 +1,31 @@
+#!/usr/bin/env python3
+"""The library as it is installed: a program elsewhere finds it, builds with it and runs; each public header stands alone."""
+
+import os
+import pathlib
+import subprocess
+import tempfile
+
+from program import SOURCES
+
+CMAKE, BUILD, COMPILER, FLAGS = (os.environ["HEDRO34_" + name] for name in ("CMAKE", "BUILD", "COMPILER", "FLAGS"))
+
+
+def run(*command, cwd):
+    done = subprocess.run(command, cwd=cwd, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, check=False)
+    assert done.returncode == 0, f"{' '.join(map(str, command))}\n{done.stdout}"
+    return done.stdout
+
+
+with tempfile.TemporaryDirectory() as name:
+    folder = pathlib.Path(name)
+    prefix, build = folder / "in stalled", folder / "build"
+    run(CMAKE, "--install", BUILD, "--prefix", prefix, cwd=folder)
+    run(CMAKE, "-S", SOURCES / "tests/installed", "-B", build, "-G", "Ninja", f"-DCMAKE_PREFIX_PATH={prefix}",
+        f"-DEXAMPLE={SOURCES}/examples/merge.cpp", f"-DCMAKE_CXX_COMPILER={COMPILER}", f"-DCMAKE_CXX_FLAGS={FLAGS}",
+        cwd=folder)
+    run(CMAKE, "--build", build, cwd=folder)
+    (folder / "examples").symlink_to(SOURCES / "examples")
+    lines = run(build / "example", cwd=folder).splitlines()
+    assert lines and lines[0].startswith("1. "), lines
+    assert (folder / "biology.ktd").is_file()
