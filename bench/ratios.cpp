@@ -247,6 +247,7 @@ int run(int argc, char** argv) {
                                       "--benchmark_repetitions=9", "--benchmark_min_time=0.02"};
   options.insert(options.end(), argv + 1, argv + argc);
   std::vector<char*> arguments;
+  arguments.reserve(options.size());
   for (std::string& option : options) arguments.push_back(option.data());
   int count = static_cast<int>(arguments.size());
   benchmark::Initialize(&count, arguments.data());

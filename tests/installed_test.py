@@ -22,7 +22,7 @@ with tempfile.TemporaryDirectory() as name:
     prefix, build = folder / "in stalled", folder / "build"
     run(CMAKE, "--install", BUILD, "--prefix", prefix, cwd=folder)
     run(CMAKE, "-S", SOURCES / "tests/installed", "-B", build, "-G", "Ninja", f"-DCMAKE_PREFIX_PATH={prefix}",
-        f"-DEXAMPLE={SOURCES}/examples/merge.cpp", f"-DCMAKE_CXX_COMPILER={COMPILER}", f"-DCMAKE_CXX_FLAGS={FLAGS}",
+        f"-DSOURCES={SOURCES}", f"-DCMAKE_CXX_COMPILER={COMPILER}", f"-DCMAKE_CXX_FLAGS={FLAGS}",
         cwd=folder)
     run(CMAKE, "--build", build, cwd=folder)
     (folder / "examples").symlink_to(SOURCES / "examples")
