@@ -1,5 +1,7 @@
 #include <gmock/gmock.h>
 
+#include <filesystem>
+
 #include "hedro34/xml/expat_document.h"
 #include "tests/platform_support.h"
 
