@@ -14,6 +14,7 @@ set(public_headers
   hedro34/platform/file_error.h
   hedro34/platform/files.h
   hedro34/platform/message_box.h
+  hedro34/platform/pending_file.h
   hedro34/platform/platform.h
   hedro34/xml/expat_document.h
   hedro34/xml/xml_document.h
@@ -43,12 +44,7 @@ set(public_headers
   hedro34/merge/clsHEDRO.h
   hedro34/component/binary.h
   hedro34/component/class_registry.h
-  hedro34/component/conversion.h
   hedro34/component/create_object.h
   hedro34/component/held.h
-  hedro34/component/host_object.h
   hedro34/component/identity.h
-  hedro34/component/services.h
-  hedro34/component/type_names.h
-  hedro34/component/values.h
 )

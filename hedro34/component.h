@@ -6,4 +6,3 @@
 #include "hedro34/component/class_registry.h"
 #include "hedro34/component/create_object.h"
 #include "hedro34/component/identity.h"
-#include "hedro34/component/services.h"

@@ -1,7 +1,6 @@
 #include "host/merge.h"
 
-#include <memory>
-
+#include "hedro34/base/immortal.h"
 #include "hedro34/documents/data_document.h"
 #include "hedro34/documents/form_template.h"
 #include "hedro34/merge/clsHEDRO.h"
@@ -135,8 +134,8 @@ class MergeRoad {
 
 void merge(const MergeCommand& command, Messages& messages) {
   // It lives until the process ends: releasing a large test object by object takes as long as merging it.
-  static MergeRoad* const road = std::make_unique<MergeRoad>(command, messages).release();
-  road->run();
+  static MergeRoad& road = hedro34::immortal<MergeRoad>(command, messages);
+  road.run();
 }
 
 }  // namespace host

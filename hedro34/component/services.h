@@ -34,7 +34,7 @@ class PlatformObject final : public Object {
   Ref<Object> MessageBox();
   void SetMessageBox(const Ref<Object>& value);
 
-  // Why the last load or save of this thread was refused: "path: line 3, column 14: reason"; empty when it went well.
+  // Why the last load or save of this thread failed: "path: line 3, column 14: reason"; empty when it went well.
   String LastFileError();
 
   // Whether native faults inside the host's objects are failures of the operations that called them; True at the start. An

@@ -40,13 +40,13 @@ class clsHEDROTest final : public Object {
   // Stores the error object for all failures on this thread; an empty reference takes it away. Gives whether there is one.
   bool SetError(const Ref<Object>& oErr);
 
-  // Fills the test from a data document. True when there is a question in it. A file that the document refuses leaves the test
+  // Fills the test from a data document. True when there is a question in it. A file that cannot be read leaves the test
   // as it was; `last_file_error()` says why. The title is the file's name between the last "\" and the last "."; a path without
   // "\" gives none, and a last "." before the last "\" is a failure.
   bool LoadKTD(const String& sKTDFile);
 
   // Fills the test from an ExamView XML file. True when there is a question in it. False otherwise, silently; why a file was
-  // refused is in `last_file_error()`. `bOddDistractorsOnly`: even questions take the letters of odd ones.
+  // not taken is in `last_file_error()`. `bOddDistractorsOnly`: even questions take the letters of odd ones.
   // When questions allow partial credit and `bVerbose` is True, the user is asked once; Cancel empties the test, sets
   // `bUserCancelled` where one is given (it is never set to False) and gives False.
   // The multiple-choice scales start from what they are: a test that is loaded a second time keeps the first file's, and

@@ -174,7 +174,7 @@ class Reader {
     try {
       const char* reason = (reader.*Step)(arguments...);
       if (reason == nullptr) return;
-      reader.refuse_here(reason);
+      reader.reject_here(reason);
     } catch (...) {
       reader.thrown_ = std::current_exception();
       reader.stop();
@@ -241,7 +241,7 @@ class Reader {
       // Expat looks for the attribute among those that the element has already.
       if (!effort_.spend(++declared_[attribute_lists_.element()])) return blown_up_by_attributes;
       const std::string_view missing = entities_.undeclared_in(attribute_lists_.value());
-      if (!missing.empty()) return refuse(token_, about_entity(missing, not_declared));
+      if (!missing.empty()) return reject(token_, about_entity(missing, not_declared));
     }
     return nullptr;
   }
@@ -252,12 +252,12 @@ class Reader {
     return found == declared_.end() || effort_.spend(found->second * (static_cast<std::uint64_t>(specified) / 2 + 1));
   }
 
-  // Refuses a tag with a reference to an entity that is not declared: in the value of an attribute expat skips it silently.
+  // Rejects a tag with a reference to an entity that is not declared: in the value of an attribute expat skips it silently.
   bool has_undeclared() {
-    const Place tag = here();
+    const Position tag = here();
     const std::string_view missing = entities_.undeclared_in(event_text());
     if (missing.empty()) return false;
-    refuse(tag, about_entity(missing, not_declared));
+    reject(tag, about_entity(missing, not_declared));
     return true;
   }
 
@@ -286,12 +286,12 @@ class Reader {
   }
 
   const char* skipped_entity(const XML_Char* name, int is_parameter) {
-    return is_parameter != 0 ? nullptr : refuse(here(), about_entity(name, not_declared));
+    return is_parameter != 0 ? nullptr : reject(here(), about_entity(name, not_declared));
   }
   const char* external_entity() {
-    const Place reference = here();
+    const Position reference = here();
     const std::string_view text = event_text();  // "&name;"
-    return refuse(reference, about_entity(text.substr(1, text.size() - 2), outside));
+    return reject(reference, about_entity(text.substr(1, text.size() - 2), outside));
   }
 
   // The markup that expat is at, in UTF-8; valid until the next call. Expat then takes another place for the current one.
@@ -308,11 +308,11 @@ class Reader {
     return nullptr;
   }
 
-  struct Place {
+  struct Position {
     std::int64_t line;
     std::int64_t column;
   };
-  Place here() {
+  Position here() {
     return {static_cast<std::int64_t>(XML_GetCurrentLineNumber(parser_.get())),
             static_cast<std::int64_t>(XML_GetCurrentColumnNumber(parser_.get())) + 1};
   }
@@ -323,19 +323,19 @@ class Reader {
   }
 
   // Stops with a file error, and gives nothing, which a step can give on.
-  std::nullptr_t refuse(Place place, std::string reason) {
+  std::nullptr_t reject(Position position, std::string reason) {
     FileError error;
     error.kind = FileError::Kind::Malformed;
     error.path = path_;
-    error.line = place.line;
-    error.column = place.column;
+    error.line = position.line;
+    error.column = position.column;
     error.reason = std::move(reason);
     set_file_error(std::move(error));
     stop();
     return nullptr;
   }
 
-  [[gnu::cold]] void refuse_here(const char* reason) { refuse(here(), reason); }
+  [[gnu::cold]] void reject_here(const char* reason) { reject(here(), reason); }
 
   // The entity for which expat has stopped, when its name is plain enough to be read whatever the encoding; else empty.
   std::string_view undeclared_at_error() {
@@ -348,15 +348,15 @@ class Reader {
     return std::all_of(name.begin(), name.end(), [](char c) { return c > ' ' && c < 0x7F; }) ? name : "";
   }
 
-  // Refuses what expat has refused.
+  // Rejects what expat has rejected.
   std::nullptr_t stop_with_parser_error() {
     const XML_Error error = XML_GetErrorCode(parser_.get());
-    const Place place = here();
+    const Position position = here();
     if (error == XML_ERROR_UNDEFINED_ENTITY) {
-      return refuse(place, about_entity(undeclared_at_error(), not_declared));
+      return reject(position, about_entity(undeclared_at_error(), not_declared));
     }
-    if (error != XML_ERROR_NO_MEMORY) return refuse(place, reason_of(error, builder_.depth()));
-    if (fed_ - reached_ > longest_part) return refuse(place, "what starts here is too large");
+    if (error != XML_ERROR_NO_MEMORY) return reject(position, reason_of(error, builder_.depth()));
+    if (fed_ - reached_ > longest_part) return reject(position, "what starts here is too large");
     throw std::bad_alloc();
   }
 
@@ -370,7 +370,7 @@ class Reader {
   Effort effort_;
   EntityGraph entities_;
   AttributeLists attribute_lists_;
-  Place token_{};                                               // what `attribute_lists_` is in
+  Position token_{};                                            // what `attribute_lists_` is in
   std::map<std::string, std::uint64_t, std::less<>> declared_;  // attributes of each element
   bool in_subset_ = false;
   bool may_skip_ = false;
