@@ -1,7 +1,6 @@
 #include "tests/support.h"
 
-#include <stdlib.h>
-
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <ostream>
