@@ -19,6 +19,7 @@ Ref<FormQuestion> add_field(FormPage& page, const String& name, const std::vecto
 
 std::vector<String> letters(std::int32_t count) {
   std::vector<String> result;
+  result.reserve(static_cast<std::size_t>(count));
   for (std::int32_t i = 0; i < count; ++i) result.emplace_back(1, static_cast<char16_t>(u'A' + i));
   return result;
 }

@@ -53,7 +53,8 @@ void load_ktd(clsHEDROTest& test, const Input& input, const String& path, const 
   }
   clear_file_error();
   if (test.LoadKTD(library_path)) return;
-  if (last_file_error().kind != FileError::Kind::None) cannot_read(input);
+  const FileError::Kind kind = last_file_error().kind;
+  if (kind != FileError::Kind::None && kind != FileError::Kind::NoMemory) cannot_read(input);
   if (messages.failures() == failures)
     answered_false("LoadKTD", path, "there is no graded or subjective question in it");
   const auto separator = library_path.rfind(u'\\');
@@ -89,7 +90,7 @@ String ktd_path(String path) {
 
 Ref<clsHEDROTest> load_test(const String& path, const ImportOptions& options, const Messages& messages) {
   const Input input("test", path);
-  const auto test = make<clsHEDROTest>();
+  auto test = make<clsHEDROTest>();
   test->ImportObjectives = options.objectives;
   test->StateAbbreviation = options.state;
   if (is_ktd(input.path())) {

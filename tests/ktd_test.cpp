@@ -3,9 +3,9 @@
 
 #include <algorithm>
 #include <array>
+#include <filesystem>
 #include <optional>
 #include <tuple>
-#include <filesystem>
 
 #include "hedro34/import/BuildTestFromKTD.h"
 #include "tests/failing_host.h"

@@ -1,6 +1,7 @@
 // What the tests of forms, data documents and XML share. A `Target` is a form template or a data document.
 #pragma once
 
+#include <filesystem>
 #include <functional>
 #include <span>
 
@@ -86,8 +87,8 @@ void expect_no_throw_without_memory(const std::string& full) {
   const String out = folder.write("a file whose name needs memory", "old");
   const auto target = read_of<Target>(full);
   const std::pair<std::function<bool()>, FileError::Kind> rows[] = {
-      {[&] { return target->Load(path); }, FileError::Kind::Unreadable},
-      {[&] { return target->read(full, path); }, FileError::Kind::Unreadable},
+      {[&] { return target->Load(path); }, FileError::Kind::NoMemory},
+      {[&] { return target->read(full, path); }, FileError::Kind::NoMemory},
       {[&] { return target->to_json(out).has_value(); }, FileError::Kind::Unwritable},
       {[&] { return target->prepare(out).has_value(); }, FileError::Kind::Unwritable},
       {[&] { return target->Save(out); }, FileError::Kind::Unwritable},

@@ -15,17 +15,17 @@ bool is_left_out(const binary::VARIANT& value) noexcept;
 
 // Into the library. Currency and date are numbers. Arrays have one dimension; those of variants are arrays of text. An array
 // without elements has no bounds.
-Variant variant_of(const binary::VARIANT& value);
+Variant variant_of(const binary::VARIANT& given);
 bool boolean_of(const binary::VARIANT& value);
 std::int16_t int16_of(const binary::VARIANT& value);
 std::int32_t int32_of(const binary::VARIANT& value);
 double double_of(const binary::VARIANT& value);
 String text_of(const binary::VARIANT& value);
-Array<String> texts_of(const binary::VARIANT& value);
-Array<std::int32_t> numbers_of(const binary::VARIANT& value);
+Array<String> texts_of(const binary::VARIANT& given);
+Array<std::int32_t> numbers_of(const binary::VARIANT& given);
 
 // The interface that a value holds, not counted; null for the empty reference.
-binary::IDispatch* dispatch_of(const binary::VARIANT& value, Held<binary::IDispatch>& keeper);
+binary::IDispatch* dispatch_of(const binary::VARIANT& given, Held<binary::IDispatch>& keeper);
 
 // Out of the library; the caller owns what is made.
 binary::BSTR bstr_of(StringView text);

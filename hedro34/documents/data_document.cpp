@@ -123,7 +123,7 @@ void DataDocument::PrepareDefaults() {
 }
 
 bool DataDocument::read(std::string_view bytes, StringView path) {
-  return unless_out_of_memory(FileError::Kind::Unreadable, path, [&] {
+  return unless_out_of_memory(FileError::Kind::NoMemory, path, [&] {
     const auto loaded = make<DataDocument>();
     if (!read_json(json, *loaded, bytes, path)) return false;
     swap(*loaded);
@@ -133,7 +133,7 @@ bool DataDocument::read(std::string_view bytes, StringView path) {
 
 bool DataDocument::Load(const String& path) {
   clear_file_error();
-  return unless_out_of_memory(FileError::Kind::Unreadable, path, [&] {
+  return unless_out_of_memory(FileError::Kind::NoMemory, path, [&] {
     const auto bytes = read_file(path);
     return bytes && read(*bytes, path);
   });

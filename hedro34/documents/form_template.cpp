@@ -113,7 +113,7 @@ Variant FormTemplate::QuestionNames(std::int16_t iFirst, std::int16_t iLast, boo
   const std::int16_t count = QuestionCount();
   if (iFirst < 1 || iLast > count) fail(FailureNumber::SubscriptOutOfRange);
   std::vector<String> names;
-  if (iFirst <= iLast) names.reserve(static_cast<std::size_t>(iLast - iFirst + 1));
+  if (iFirst <= iLast) names.reserve(static_cast<std::size_t>(iLast - iFirst) + 1);
   const auto starts_behind = [](std::int32_t wanted, const FormRegion* region) { return wanted < region->start_; };
   auto region = std::upper_bound(walk_.begin(), walk_.end(), std::int32_t{iFirst}, starts_behind);
   std::int32_t number = iFirst;
@@ -196,7 +196,7 @@ void FormTemplate::graded_changed(const FormRegion& region, bool graded) noexcep
 }
 
 bool FormTemplate::read(std::string_view bytes, StringView path) {
-  return unless_out_of_memory(FileError::Kind::Unreadable, path, [&] {
+  return unless_out_of_memory(FileError::Kind::NoMemory, path, [&] {
     auto loaded = make<FormTemplate>();
     if (!read_json(json, *loaded, bytes, path)) return false;
     Clear();
@@ -208,7 +208,7 @@ bool FormTemplate::read(std::string_view bytes, StringView path) {
 
 bool FormTemplate::Load(const String& path) {
   clear_file_error();
-  return unless_out_of_memory(FileError::Kind::Unreadable, path, [&] {
+  return unless_out_of_memory(FileError::Kind::NoMemory, path, [&] {
     const auto bytes = read_file(path);
     return bytes && read(*bytes, path);
   });

@@ -23,7 +23,10 @@ bool clsHEDROTest::LoadKTD(const String& sKTDFile) {
     clear_file_error();
     const String path = sKTDFile;  // it may be a text of this test, which `Clear` empties
     const Ref<WENKtdDocument> document = platform().document_objects->document();
-    if (!document->Load(path)) return;
+    if (!document->Load(path)) {
+      if (last_file_error().kind == FileError::Kind::NoMemory) fail(FailureNumber::OutOfMemory);
+      return;
+    }
     Clear();
     if (!BuildTestFromKTD(this, document.get())) return;
     if (const StringView title = title_of(path); !title.empty()) Title = title;

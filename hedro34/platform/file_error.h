@@ -19,6 +19,7 @@ struct FileError {
     Malformed,   // the file is not what its format asks for
     WrongKind,   // well-formed, but another kind of document
     Unwritable,  // the file could not be written
+    NoMemory,    // memory ran out while it was read; the file is not at fault
   };
 
   Kind kind = Kind::None;

@@ -145,14 +145,14 @@ void install() noexcept {
 
 }  // namespace
 
-void set_fault_filter(FaultFilter filter) noexcept {
-  prepare_thread_for_faults();
+bool set_fault_filter(FaultFilter filter) noexcept {
+  const bool prepared = prepare_thread_for_faults();
   static const bool installed = [filter] {
     filter_of_process = filter;
     install();
     return true;
   }();
-  static_cast<void>(installed);
+  return installed && prepared;
 }
 
 bool fault_signals_supported() noexcept { return true; }
@@ -163,7 +163,7 @@ bool fault_signals_supported() noexcept { return true; }
 
 namespace hedro34 {
 
-void set_fault_filter(FaultFilter) noexcept {}
+bool set_fault_filter(FaultFilter) noexcept { return true; }
 
 bool fault_signals_supported() noexcept { return false; }
 

@@ -11,8 +11,9 @@ namespace hedro34 {
 using FaultFilter = void (*)(const EXCEPTION_POINTERS&);
 
 // The filter of the process, which the first call decides, and the calling thread's own preparations: an alternate stack for
-// its handlers, the bounds of its stack, a failure in reserve. A thread calls it once.
-void set_fault_filter(FaultFilter filter) noexcept;
+// its handlers, the bounds of its stack, a failure in reserve. A thread calls it once; False when
+// memory was gone and another call is wanted.
+bool set_fault_filter(FaultFilter filter) noexcept;
 
 // Whether `set_fault_filter` installs anything in this build.
 bool fault_signals_supported() noexcept;

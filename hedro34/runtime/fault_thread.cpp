@@ -95,7 +95,7 @@ class Preparation {
 
 }  // namespace
 
-void prepare_thread_for_faults() noexcept { ThreadValue<Preparation>::make(); }
+bool prepare_thread_for_faults() noexcept { return ThreadValue<Preparation>::make() != nullptr; }
 
 Stack stack_of_this_thread() noexcept { return {bounds.low + page, bounds.high}; }
 

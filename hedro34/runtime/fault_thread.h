@@ -15,7 +15,8 @@ inline constexpr std::uint32_t code_stack_overflow = 0xC00000FD;
 
 // Prepares the calling thread, until it ends. An alternate stack that it has already stays when it is large enough, and
 // comes back at the end of the thread when it is not. Without memory for one the thread goes on without.
-void prepare_thread_for_faults() noexcept;
+// False when memory was gone before anything was prepared.
+bool prepare_thread_for_faults() noexcept;
 
 // The stack of the calling thread: what can be used of it. Nothing when the thread was not prepared.
 struct Stack {

@@ -6,9 +6,9 @@
 //     ...
 //
 // It makes what the library keeps for each thread: storage for the error object and the last file error, and what the
-// handlers of faults need. On a thread without it the first use of each makes it, or goes without where memory is gone by
-// then. Until some thread was started, a native fault ends the process; afterwards a thread that was not has its faults translated
-// too, but for a stack overflow.
+// handlers of faults need. On a thread without it the first use of the storage makes it, or goes without where memory is
+// gone by then. A call that found no memory may be made again. Until some thread was started, a native fault ends the process;
+// afterwards a thread that was not has its faults translated too, but for a stack overflow.
 #pragma once
 
 namespace hedro34 {

@@ -68,8 +68,7 @@ class ExceptionName {
 
 void InstallExceptionFilter() noexcept {
   if (mbFilterInstalled) return;
-  set_fault_filter(vbcsExceptionFilter);
-  mbFilterInstalled = true;
+  mbFilterInstalled = set_fault_filter(vbcsExceptionFilter);
 }
 
 void vbcsExceptionFilter(const EXCEPTION_POINTERS& pointers) {

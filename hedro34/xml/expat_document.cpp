@@ -42,6 +42,9 @@ constexpr const char* blown_up = "entities blow the document up beyond reason";
 constexpr const char* blown_up_by_attributes = "declared attributes blow the document up beyond reason";
 constexpr const char* circular = "the entity refers to itself";
 
+// So many declared attributes that expat compares count as one step of the effort.
+constexpr std::uint64_t compared_at_a_step = 16;
+
 constexpr std::size_t longest_name = 60;  // of an entity, in a reason
 
 // Reads up to a number of bytes; less at the end, nothing at a failure.
@@ -103,6 +106,7 @@ std::string about_entity(std::string_view name, std::string_view what) {
 }
 
 constexpr std::string_view not_declared = "is not declared";
+constexpr std::string_view not_read = "is not declared, or behind a parameter entity, where declarations are not read";
 constexpr std::string_view outside = "stands for another file, which is not read";
 
 // One run of the parser over one document.
@@ -239,9 +243,9 @@ class Reader {
     for (const char c : std::string_view(text, static_cast<std::size_t>(size))) {
       if (!attribute_lists_.next(c)) continue;
       // Expat looks for the attribute among those that the element has already.
-      if (!effort_.spend(++declared_[attribute_lists_.element()])) return blown_up_by_attributes;
+      if (!effort_.spend(++declared_[attribute_lists_.element()] / compared_at_a_step)) return blown_up_by_attributes;
       const std::string_view missing = entities_.undeclared_in(attribute_lists_.value());
-      if (!missing.empty()) return reject(token_, about_entity(missing, not_declared));
+      if (!missing.empty()) return reject(token_, about_entity(missing, undeclared()));
     }
     return nullptr;
   }
@@ -249,7 +253,8 @@ class Reader {
   // For each specified attribute expat may go through those that are declared, and it does so once for all the others.
   bool effort_for_attributes(std::string_view element, int specified) {
     const auto found = declared_.find(element);
-    return found == declared_.end() || effort_.spend(found->second * (static_cast<std::uint64_t>(specified) / 2 + 1));
+    return found == declared_.end() ||
+           effort_.spend(found->second * (static_cast<std::uint64_t>(specified) / 2 + 1) / compared_at_a_step);
   }
 
   // Rejects a tag with a reference to an entity that is not declared: in the value of an attribute expat skips it silently.
@@ -257,7 +262,7 @@ class Reader {
     const Position tag = here();
     const std::string_view missing = entities_.undeclared_in(event_text());
     if (missing.empty()) return false;
-    reject(tag, about_entity(missing, not_declared));
+    reject(tag, about_entity(missing, undeclared()));
     return true;
   }
 
@@ -285,8 +290,10 @@ class Reader {
     return nullptr;
   }
 
+  std::string_view undeclared() const noexcept { return ignores_declarations_ ? not_read : not_declared; }
+
   const char* skipped_entity(const XML_Char* name, int is_parameter) {
-    return is_parameter != 0 ? nullptr : reject(here(), about_entity(name, not_declared));
+    return is_parameter != 0 ? nullptr : reject(here(), about_entity(name, undeclared()));
   }
   const char* external_entity() {
     const Position reference = here();
