@@ -22,7 +22,7 @@ def target_of(file, quote, name, root):
     return name if name.startswith(ours) else None
 
 
-def fault_of(file, quote, name, root):
+def error_of(file, quote, name, root):
     """What is wrong with one include line, or None."""
     path = file.relative_to(root / "hedro34")
     room = path.parts[0]
@@ -39,23 +39,23 @@ def fault_of(file, quote, name, root):
 
 
 def check(root):
-    """All faults of the tree, in the order of the files, and the number of include lines read."""
+    """All errors of the tree, in the order of the files, and the number of include lines read."""
     root = root.resolve()
-    faults, lines = [], 0
+    errors, lines = [], 0
     for file in sorted((root / "hedro34").rglob("*")):
         if file.suffix not in (".h", ".cpp", ".inc", ".in"):
             continue
         path = file.relative_to(root)
         if path.parts[1] not in ROOMS and path.parts[1:] not in (("hedro34.h",), ("component.h",), ("version.h.in",)):
-            faults.append(f"{path}: stands in no room")
+            errors.append(f"{path}: stands in no room")
             continue
         for match in INCLUDE.finditer(file.read_text(encoding="utf-8")):
             lines += 1
-            fault = fault_of(file, match[1], match[2], root)
-            if fault:
+            error = error_of(file, match[1], match[2], root)
+            if error:
                 number = file.read_text(encoding="utf-8").count("\n", 0, match.start(2)) + 1
-                faults.append(f"{path}:{number}: {match[2]}: {fault}")
-    return faults, lines
+                errors.append(f"{path}:{number}: {match[2]}: {error}")
+    return errors, lines
 
 
 def reached(root, umbrellas):
@@ -127,25 +127,25 @@ def check_the_check():
         for name, text in MADE_UP.items():
             (root / name).parent.mkdir(parents=True, exist_ok=True)
             (root / name).write_text(text, encoding="utf-8")
-        faults, _ = check(root)
+        errors, _ = check(root)
         (root / "cmake").mkdir()
         (root / "cmake/public_headers.cmake").write_text(
             "set(public_headers\n  hedro34/hedro34.h\n  hedro34/component.h\n  hedro34/base/text.h\n  hedro34/stray.h\n)\n"
         )
         assert check_public_headers(root) == PUBLIC_EXPECTED, check_public_headers(root)
-    assert faults == EXPECTED, "the check itself is at fault; it found\n  " + "\n  ".join(faults)
+    assert errors == EXPECTED, "the check itself is wrong; it found\n  " + "\n  ".join(errors)
 
 
 def main():
     check_the_check()
     root = pathlib.Path(__file__).resolve().parent.parent
-    faults, lines = check(root)
-    faults += check_public_headers(root)
+    errors, lines = check(root)
+    errors += check_public_headers(root)
     assert lines > 0, "no include line found in hedro34/"
-    for fault in faults:
-        print(fault)
-    print(f"{lines} include lines, {len(faults)} faults")
-    return 1 if faults else 0
+    for error in errors:
+        print(error)
+    print(f"{lines} include lines, {len(errors)} errors")
+    return 1 if errors else 0
 
 
 if __name__ == "__main__":

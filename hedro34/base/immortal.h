@@ -1,4 +1,5 @@
-// An object that is never destroyed: what must still be there when a thread or the process ends, in whatever order its parts go.
+// An object that is never destroyed: what must still be there when a thread or the process ends, in whatever order
+// its parts go.
 //
 //   Given& given() {
 //     static Given& it = immortal<Given>();

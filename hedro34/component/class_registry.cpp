@@ -182,20 +182,20 @@ bool put(Registry& registry, std::span<const RegisteredClass> classes) {
 
   for (const RegisteredClass& added : classes) {
     auto entry = make<Entry>(added);
-    std::size_t place = entries.size();
-    const auto take_place_of = [&](const auto& found, const auto& end) {
+    std::size_t position = entries.size();
+    const auto replace = [&](const auto& found, const auto& end) {
       if (found == end) return;
       const std::size_t at = found->second;
       const Ref<Entry> old = std::exchange(entries[at], nullptr);
       names.erase(old->name);
       ids.erase(old->id);
-      place = std::min(place, at);
+      position = std::min(position, at);
     };
-    take_place_of(names.find(entry->name), names.end());
-    take_place_of(ids.find(entry->id), ids.end());
-    if (place == entries.size()) entries.emplace_back();
-    entries[place] = std::move(entry);
-    index(place);
+    replace(names.find(entry->name), names.end());
+    replace(ids.find(entry->id), ids.end());
+    if (position == entries.size()) entries.emplace_back();
+    entries[position] = std::move(entry);
+    index(position);
   }
   std::erase(entries, nullptr);
   return !std::equal(entries.begin(), entries.end(), before.begin(), before.end(),

@@ -3,8 +3,8 @@
 // a change is made under a lock that ends with its process, and the file is replaced whole or not at all. A system that has a
 // class registry of its own is meant to use that.
 //
-// No exception leaves; E_OUTOFMEMORY leaves the file as it was or as it was to be. Where the file is at fault, `last_file_error()`
-// says why; a success leaves none there.
+// No exception leaves; E_OUTOFMEMORY leaves the file as it was or as it was to be. Where the file is in error,
+// `last_file_error()` says why; a success leaves none there.
 #pragma once
 
 #include <span>

@@ -71,7 +71,8 @@ bool is_for_the_result(const Member& member, std::uint16_t flags, const DISPPARA
          (member.kinds & DISPATCH_PROPERTYGET) != 0 && (flags & (DISPATCH_PROPERTYGET | puts)) != 0;
 }
 
-// Finds out which argument of the member each argument of a call is. `bad` is the index in `parameters` of one that does not fit, or `none`.
+// Finds out which argument of the member each argument of a call is. `bad` is the index in `parameters` of one that does
+// not fit, or `none`.
 HRESULT assign(const Member& member, const DISPPARAMS& parameters, bool writes, CallArguments& arguments,
                std::uint32_t& bad) {
   const std::uint32_t all = parameters.cArgs;

@@ -167,8 +167,8 @@ class DataDocument final : public WENKtdDocument {
   DataObjectives& objectives() { return *objectives_; }
 
   // Replaces the content by that of a file, or of the bytes of one. False when it cannot be used: `last_file_error()` says why,
-  // with `path` for the file, and the document keeps what it had. The first objective becomes the default one, whatever its name;
-  // the others stand under their names as keys.
+  // with `path` for the file, and the document keeps what it had. The first objective becomes the default one, whatever its
+  // name; the others stand under their names as keys.
   bool Load(const String& path) override;
   bool read(std::string_view bytes, StringView path = {});
 

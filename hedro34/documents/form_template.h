@@ -163,8 +163,8 @@ class FormTemplate final : public TIBTemplate {
   bool read(std::string_view bytes, StringView path = {});
 
   // The text of a file with this content. Nothing when it could not be read back: a number is not finite, the lists of a
-  // field's choices differ in length, or there are too many fields or pages; `last_file_error()` says which, with `path` for the
-  // file.
+  // field's choices differ in length, or there are too many fields or pages; `last_file_error()` says which, with `path` for
+  // the file.
   std::optional<std::string> to_json(StringView path = {});
 
   // Writes that text to a file beside its target, ready to take its place. Nothing: `last_file_error()` says why.

@@ -1,5 +1,6 @@
 // The tables by which forms and documents are read and written: one for each kind of JSON object, with its members in the
-// order of the file, the name of each and the member that holds its value in the live object. Reader and writer go by the same table:
+// order of the file, the name of each and the member that holds its value in the live object. Reader and writer go by
+// the same table:
 //
 //   constexpr JsonRow rows[] = {json_row<&DataVersions::sequence_question_>("sequenceQuestion"), ...};
 //   constinit const JsonTable DataVersions::json{rows};

@@ -33,7 +33,8 @@ class PendingFile {
   static std::optional<PendingFile> write(StringView path, std::string_view bytes);
 
   // The same with bytes that come in parts: `produce` hands them to the writer that it is given and stops when that answers
-  // False, which is when the system does not take them. When `produce` answers False by itself, the file error that it set stands.
+  // False, which is when the system does not take them. When `produce` answers False by itself, the file error that it set
+  // stands.
   using Writer = std::function<bool(std::string_view bytes)>;
   static std::optional<PendingFile> write(StringView path, const std::function<bool(const Writer&)>& produce);
 
