@@ -11,7 +11,8 @@ if(HEDRO34_FAULTS AND fault_test_sources)
   target_link_libraries(hedro34_fault_host PRIVATE HEDRO34::hedro34 GTest::gtest)
   hedro34_warnings(hedro34_fault_host)
 
-  add_executable(hedro34_fault_tests ${fault_test_sources} $<TARGET_OBJECTS:hedro34_fault_host>)
+  add_executable(hedro34_fault_tests
+    ${fault_test_sources} tests/support.cpp $<TARGET_OBJECTS:hedro34_fault_host>)
   target_link_libraries(hedro34_fault_tests PRIVATE HEDRO34::hedro34 GTest::gtest)
   hedro34_warnings(hedro34_fault_tests)
   hedro34_fault_flags(hedro34_fault_tests)
