@@ -26,6 +26,10 @@ if(test_sources)
   target_link_libraries(hedro34_tests PRIVATE
     HEDRO34::hedro34 EXPAT::EXPAT nlohmann_json::nlohmann_json GTest::gmock_main)
   hedro34_warnings(hedro34_tests)
+  if(CMAKE_CXX_FLAGS_DEBUG MATCHES "-fsanitize=")
+    # The library is what a sanitizer is to see as it runs; the tests compile in half the time without optimisation.
+    target_compile_options(hedro34_tests PRIVATE $<$<CONFIG:Debug>:-O0$<SEMICOLON>-g1>)
+  endif()
   gtest_discover_tests(hedro34_tests DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60)
 
   # The program, with memory that runs out on cue.
