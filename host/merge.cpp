@@ -28,12 +28,9 @@ class MergeRoad {
     if (!asked([&] { return merge_->Merge(); })) {
       answered_false("Merge", to_utf8(command_.tests.front()) + " with " + to_utf8(command_.form));
     }
+    stop_after_failures();
     const std::string summary = summarize();
-    if (messages_.failures() > 0 && !command_.keep_going) {
-      throw Stop(
-          ExitCode::FailuresReported,
-          std::string(failures_reported) + "; nothing is written: mend what they name, or write with --keep-going");
-    }
+    stop_after_failures();  // of the summary
     write();
     if (!writes_standard_output(command_)) print(summary);
   }
@@ -91,6 +88,12 @@ class MergeRoad {
       reason = "run it without --quiet to see why";
     }
     throw Stop(ExitCode::AnsweredFalse, operation + " answered False: " + where + ": " + reason);
+  }
+
+  void stop_after_failures() const {
+    if (messages_.failures() == 0 || command_.keep_going) return;
+    throw Stop(ExitCode::FailuresReported, std::string(failures_reported) +
+                                               "; nothing is written: mend what they name, or write with --keep-going");
   }
 
   // The test at which the removal stopped: no test was without questions before.
