@@ -32,7 +32,7 @@ Input::Input(const char* what, const hedro34::String& path)
 
 void Input::cannot_read(const char* way_out) const {
   hedro34::FileError error = hedro34::last_file_error();
-  error.path = is_standard_stream(path_) ? u"standard input" : path_;
+  error.path = input_name(path_);
   throw Stop(ExitCode::BadInput, std::string("cannot read the ") + what_ + ": " + to_line(error) + way_out);
 }
 

@@ -11,6 +11,11 @@ namespace host {
 // Whether a path stands for standard input or standard output: "-".
 inline bool is_standard_stream(hedro34::StringView path) { return path == u"-"; }
 
+// An input's path as a message shows it: "standard input" for "-".
+inline hedro34::String input_name(hedro34::StringView path) {
+  return hedro34::String(is_standard_stream(path) ? u"standard input" : path);
+}
+
 // An input that the library can read more than once, which a pipe or a device cannot be; standard input is kept on the disk
 // for as long as this lives. Throws a `Stop` with `BadInput` that names it as "the WHAT".
 class Input {

@@ -39,7 +39,7 @@ bool is_ktd(const String& path) {
 }
 
 [[noreturn]] void answered_false(const std::string& operation, const String& path, const std::string& why) {
-  throw Stop(ExitCode::AnsweredFalse, operation + " answered False: " + to_utf8(path) + ": " + why);
+  throw Stop(ExitCode::AnsweredFalse, operation + " answered False: " + to_utf8(input_name(path)) + ": " + why);
 }
 
 void load_ktd(clsHEDROTest& test, const Input& input, const String& path, const Messages& messages) {

@@ -14,6 +14,8 @@ namespace {
 
 using namespace hedro34;
 
+std::string shown(const String& path) { return to_utf8(input_name(path)); }
+
 class MergeRoad {
  public:
   MergeRoad(const MergeCommand& command, Messages& messages) : command_(command), messages_(messages) {}
@@ -26,7 +28,7 @@ class MergeRoad {
     if (command_.tests.size() > 1) compare_versions();
     merge_->SequenceQuestion = command_.sequence_question;
     if (!asked([&] { return merge_->Merge(); })) {
-      answered_false("Merge", to_utf8(command_.tests.front()) + " with " + to_utf8(command_.form));
+      answered_false("Merge", shown(command_.tests.front()) + " with " + shown(command_.form));
     }
     stop_after_failures();
     const std::string summary = summarize();
@@ -50,14 +52,14 @@ class MergeRoad {
       const auto test = load_test(path, command_.import, messages_);
       const std::int32_t before = merge_->Tests->Count();
       if (!asked([&] { return merge_->Tests->Add(test), merge_->Tests->Count() > before; })) {
-        answered_false("Tests.Add", to_utf8(path));
+        answered_false("Tests.Add", shown(path));
       }
     }
   }
 
   void compare_versions() {
     const auto first = merge_->Tests->Item(1);
-    const std::string first_path = to_utf8(command_.tests.front());
+    const std::string first_path = shown(command_.tests.front());
     if (!asked([&] { return merge_->ValidTestVersions(); })) {
       answered_false("ValidTestVersions", "the versions of " + first_path);
     }
@@ -68,7 +70,7 @@ class MergeRoad {
     for (std::size_t i = 1; i < command_.tests.size(); ++i) {
       const auto version = merge_->Tests->Item(static_cast<std::int32_t>(i + 1));
       if (!asked([&] { return first->AddSequence(version); })) {
-        answered_false("AddSequence", to_utf8(command_.tests[i]) + " as a version of " + first_path);
+        answered_false("AddSequence", shown(command_.tests[i]) + " as a version of " + first_path);
       }
     }
   }
@@ -100,9 +102,9 @@ class MergeRoad {
   std::string emptied_test() const {
     for (std::size_t i = 0; i < command_.tests.size(); ++i) {
       const auto test = merge_->Tests->Item(static_cast<std::int32_t>(i + 1));
-      if (test->Questions->Count() == 0) return to_utf8(command_.tests[i]);
+      if (test->Questions->Count() == 0) return shown(command_.tests[i]);
     }
-    return to_utf8(command_.tests.front());
+    return shown(command_.tests.front());
   }
 
   std::string summarize() const {

@@ -168,13 +168,22 @@ class Show(ProgramTest):
     def test_standard_streams(self):
         """`-` is standard input; a reader of what is shown that goes away has seen enough."""
         long = examview(question("1", "tf", "T", text="long " * 50_000), title="Long")
-        for content, expected in [(long, "Long\n"), (json.dumps(UNIT), "Test without a title\n"), ("<a/>", ""), ("", "")]:
-            with self.subTest(expected):
+        self.run_program("form", "--questions", "1", "--out", "f")
+        merge = "merge --quiet --form f --form-out g --document-out d -"
+        cannot_read, said_no = "hedro34: cannot read the test: standard input: ", "hedro34: {} answered False: standard input: "
+        for command, content, code, expected in [
+            ("show -", long, 0, "Long\n"),
+            ("show -", json.dumps(UNIT), 0, "Test without a title\n"),
+            ("show -", "<a/>", 3, cannot_read),
+            ("show -", "", 3, cannot_read),
+            ("show -", "<examview/>", 1, said_no.format("LoadXML") + "there is no question in it"),
+            (merge, examview(question("e", "es")), 1, said_no.format("RemoveInvalid")),
+        ]:
+            with self.subTest(command, expected=expected):
                 self.file("in", content)
                 with open(self.folder / "in", "rb") as given:
-                    outcome = self.run_program("show", "-", code=3 * (not expected), stdin=given)
-                self.assertTrue(outcome.out.startswith(expected), outcome)
-                self.assertTrue(expected or outcome.line.startswith("hedro34: cannot read the test: standard input: "), outcome)
+                    outcome = self.run_program(*command.split(), code=code, stdin=given)
+                self.assertTrue((outcome.line or outcome.out).startswith(expected), outcome)
         self.file("t.xml", TWICE)
         for command, code in [(["show", "t.xml"], 5), (["--help"], 0), (["form", "--questions", "9", "--out", "-"], 4)]:
             reading, writing = os.pipe()
