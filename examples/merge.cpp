@@ -12,7 +12,19 @@ int stop(const char* otherwise) {
   return 1;
 }
 
+// Prints and counts the failures that the library reports.
+struct Errors : Object {
+  int count = 0;
+  Variant Call(StringView, std::span<Variant> report) override {
+    ++count;
+    std::cerr << "failure " << to_utf8(to_text(report[0])) << ": " << to_utf8(to_text(report[2])) << '\n';
+    return std::int16_t{0};
+  }
+};
+
 int main() {
+  auto errors = make<Errors>();
+  set_error_object(errors);
   auto test = make<clsHEDROTest>();
   test->ImportObjectives = HEDROTestImportObjectivesLearning;
   if (!test->LoadXML(u"examples/biology.xml")) return stop("the file gives no question, or the user chose Cancel");
@@ -25,7 +37,8 @@ int main() {
   merge->TemplateOut = make<FormTemplate>();
   merge->WENKTD = document;
   merge->Tests->Add(test);
-  if (!merge->RemoveInvalid() || !merge->Merge()) return 1;  // a message box has said why
+  if (!merge->RemoveInvalid() || !merge->Merge()) return 1;  // a message box or a failure has said why
+  if (errors->count > 0) return stop("nothing is saved: a question may be missing and the keys behind it moved up");
 
   for (std::int32_t i = 1; i <= test->Questions->Count(); ++i) {
     const auto question = test->Questions->Item(i);
