@@ -30,9 +30,12 @@ class Boxes:
 
 
 class Errors:
-    """Receives the failures that the library reports."""
+    """Receives the failures that the library reports, and counts them."""
+
+    count = 0
 
     def RaiseError(self, number: object, extra: int, description: str, location: str, *others: object) -> None:
+        self.count += 1
         print(f"failure {number}: {description} ({location})", file=sys.stderr)
 
 
@@ -40,13 +43,14 @@ def load(path: Path) -> hedro34.types.clsHEDROTest:
     test = hedro34.create("HEDRO34.clsHEDROTest")
     test.ImportObjectives = hedro34.HEDROTestImportObjectives.Learning
     if not test.LoadXML(path):
-        sys.exit(f"cannot read the test: {hedro34.last_file_error() or path}")
+        sys.exit(hedro34.last_file_error() or f"{path}: no question was loaded")
     return test
 
 
 def merge(form: Path, tests: list[Path], out: Path, sequence_question: int) -> None:
     engine = hedro34.create("HEDRO34.clsHEDRO")
-    engine.SetError(Errors())
+    errors = Errors()
+    engine.SetError(errors)
     try:
         template = hedro34.create("HEDRO34.FormTemplate")
         if not template.Load(form):
@@ -70,6 +74,8 @@ def merge(form: Path, tests: list[Path], out: Path, sequence_question: int) -> N
                     sys.exit("a version is refused")
         if not engine.Merge():
             sys.exit("the test and the form do not go together")
+        if errors.count:
+            sys.exit("nothing is saved: a question may be missing and the keys behind it moved up")
 
         stem = tests[0].stem
         for saved, name in ((engine.TemplateOut, f"{stem}.form.json"), (engine.WENKTD, f"{stem}.ktd")):

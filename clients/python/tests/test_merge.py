@@ -6,6 +6,7 @@ import contextlib
 import io
 import json
 import os
+import re
 import signal
 import tempfile
 import unittest
@@ -74,6 +75,18 @@ class Road(LibraryTest):
         self.assertEqual((done.returncode, done.stderr), (0, ""))
         self.assertEqual([line.split()[1] for line in done.stdout.splitlines()], KEYS)
         self.assertEqual(sorted(os.listdir(self.folder)), ["biology.form.json", "biology.ktd"])
+        biology, out = BIOLOGY.read_text(), self.folder / "out"
+        out.mkdir()
+        for content, said in (
+            ("<examview/>", "^{}: no question was loaded\n$"),
+            ("<examview>\n<a", "^{}: line 2, column "),
+            (biology.replace("question-id='7'", "question-id='3'"), "(?s)^failure 457: .*\nnothing is saved: "),
+        ):
+            test = self.folder / "test.xml"
+            test.write_text(content)
+            done = run_python(script, "--library", LIBRARY, "--out", out, test)
+            self.assertRegex(done.stderr, said.format(re.escape(str(test))))
+            self.assertEqual((done.returncode, done.stdout, os.listdir(out)), (1, "", []))
 
 
 class Leaving(Boxes, Errors):
