@@ -262,20 +262,20 @@ bool commit_together(std::span<PendingFile> files) {
 
   std::size_t done = 0;
   while (done < files.size() && files[done].replace()) ++done;
+  const int error = errno;
+  const PendingFile* stuck = nullptr;
   if (done < files.size()) {
-    const int error = errno;
-    const PendingFile* stuck = nullptr;
     for (std::size_t i = done; i-- > 0;) {
       const bool is_back = formers[i] ? formers[i]->replace() : ::unlink(files[i].target_.c_str()) == 0;
       if (!is_back) stuck = &files[i];
     }
-    std::string reason = system_reason(error);
-    if (stuck != nullptr) reason += "; what is new could not be taken back: " + to_utf8(stuck->path_);
-    set_file_error(FileError::Kind::Unwritable, files[done].path_, reason);
-    return false;
   }
   for (const Folder& folder : folders) folder.flush_names();
-  return true;
+  if (done == files.size()) return true;
+  std::string reason = system_reason(error);
+  if (stuck != nullptr) reason += "; what is new could not be taken back: " + to_utf8(stuck->path_);
+  set_file_error(FileError::Kind::Unwritable, files[done].path_, reason);
+  return false;
 }
 
 void remove_abandoned_files(StringView path) noexcept {
