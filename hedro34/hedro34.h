@@ -12,7 +12,7 @@
 //
 // Objects are made by `make<T>()` and shared as `Ref<T>`; text is `String`, 16-bit units, with `to_utf8` and `from_utf8` at the
 // edges; an index is a `Variant`, a position from 1 or a key. No operation of a test or a merge throws, and no load or save of
-// a form or document; their other calls throw a `Failure`. Whoever shows objects to other languages includes
+// a form or document; another call of theirs that fails throws a `Failure`. Whoever shows objects to other languages includes
 // <hedro34/component.h> as well.
 #pragma once
 
