@@ -319,7 +319,9 @@ TEST(Xml, RefusesDocumentsThatBlowUp) {
   const std::string one = "<!DOCTYPE a [<!ATTLIST b x CDATA '" + text + "'>]><a>";
   std::string defaults = "<!DOCTYPE a [";
   std::string implied = defaults;
+  std::string some_implied = defaults;
   std::string list = defaults + "<!ATTLIST b";
+  std::string some_listed;
   std::string tag = "<b";
   std::string laughs = defaults + "<!ENTITY e0 'ha'>";
   std::string fan = defaults;
@@ -327,6 +329,8 @@ TEST(Xml, RefusesDocumentsThatBlowUp) {
     const std::string n = std::to_string(i);
     if (i < 40) laughs += "<!ENTITY e" + n + " '" + repeat("&e" + std::to_string(i - 1) + ";", 10) + "'>";
     if (i < 1000) defaults += "<!ATTLIST b x" + n + " CDATA ''>";
+    if (i < 1000) some_implied += "<!ATTLIST b x" + n + " NMTOKEN #IMPLIED>";
+    if (i == 20'000) some_listed = list;
     if (i < 9000) implied += "<!ATTLIST b x" + n + " NMTOKEN #IMPLIED>";
     if (i < 9000) tag += " x" + n + "=' '";
     list += " x" + n + (i % 2 == 0 ? " CDATA ''" : " (a|b) #IMPLIED");
@@ -338,14 +342,17 @@ TEST(Xml, RefusesDocumentsThatBlowUp) {
       "<!DOCTYPE a [<!ENTITY e '" + text + "'>]><a>" + repeat("&e;", 9000) + "</a>",
       one + repeat("<b/>", 9000) + "</a>",
       defaults + "]><a>" + repeat("<b/>", 9000) + "</a>",
-      implied + "]><a>" + repeat("<b/>", 9000) + "</a>",
-      implied + "]><a>" + tag + "/></a>",
+      implied + "]><a>" + repeat("<b/>", 70'000) + "</a>",
+      implied + "]><a>" + repeat(tag + "/>", 20) + "</a>",
       list + ">]><a/>",
       fan + chain(1000, true).substr(std::string_view("<!DOCTYPE a [").size()),
   };
   for (const std::string& xml : rows) EXPECT_THAT(shape_of(xml), ::testing::HasSubstr("blow the document up"));
   EXPECT_THAT(shape_of(one + repeat("<b/>", 20) + "</a>"), StartsWith("a(b[x=x"));
   EXPECT_THAT(shape_of(implied + "]><a>" + repeat("<b/>", 1000) + "<c/></a>"), StartsWith("a(b b b"));
+  const std::string wide = repeat("<b x6='' x7='' x8='' x9=''/>", 20'000);
+  EXPECT_THAT(shape_of(some_implied + "]><a>" + wide + "</a>"), StartsWith("a(b[x6= x7= x8= x9=] b["));
+  EXPECT_EQ(shape_of(some_listed + ">]><a/>"), "a");
 }
 
 TEST(Xml, ReadsLargePartsAndManyNodes) {

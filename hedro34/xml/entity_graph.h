@@ -15,7 +15,10 @@ namespace hedro34 {
 // What reading a document may cost beyond its bytes: steps that a few bytes can ask for many times over.
 class Effort {
  public:
-  void add_bytes(std::uint64_t count) noexcept { allowed_ += count * steps_a_byte; }
+  constexpr Effort(std::uint64_t steps, std::uint64_t steps_a_byte) noexcept
+      : allowed_(steps), steps_a_byte_(steps_a_byte) {}
+
+  void add_bytes(std::uint64_t count) noexcept { allowed_ += count * steps_a_byte_; }
   bool spend(std::uint64_t steps) noexcept {  // False when that is more than there may be
     if (steps > allowed_) return false;
     allowed_ -= steps;
@@ -23,8 +26,8 @@ class Effort {
   }
 
  private:
-  static constexpr std::uint64_t steps_a_byte = 32;
-  std::uint64_t allowed_ = 1 << 26;
+  std::uint64_t allowed_;
+  std::uint64_t steps_a_byte_;
 };
 
 class EntityGraph {

@@ -42,8 +42,9 @@ constexpr const char* blown_up = "entities blow the document up beyond reason";
 constexpr const char* blown_up_by_attributes = "declared attributes blow the document up beyond reason";
 constexpr const char* circular = "the entity refers to itself";
 
-// So many declared attributes that expat compares count as one step of the effort.
-constexpr std::uint64_t compared_at_a_step = 16;
+// Steps up chains of entities, and attributes that expat goes through: 2^30 of those take half a second.
+constexpr Effort for_entities(1 << 26, 32);
+constexpr Effort for_attributes(1 << 30, 128);
 
 constexpr std::size_t longest_name = 60;  // of an entity, in a reason
 
@@ -153,7 +154,8 @@ class Reader {
       more = *count == size;
       const std::size_t ready = utf16_.check(buffer, held + *count, !more);
       fed_ += ready;
-      effort_.add_bytes(ready);
+      entity_effort_.add_bytes(ready);
+      attribute_effort_.add_bytes(ready);
       const bool good = XML_ParseBuffer(parser_.get(), static_cast<int>(ready), !more) == XML_STATUS_OK;
       if (thrown_) std::rethrow_exception(thrown_);
       if (stopped_) return {};
@@ -189,7 +191,7 @@ class Reader {
     if (builder_.depth() == ExpatDocument::most_nested) return "elements are nested more than 1,000 deep";
     if (!builder_.start_element(name)) return too_large;
     const int specified = XML_GetSpecifiedAttributeCount(parser_.get());
-    if (!declared_.empty() && !effort_for_attributes(name, specified)) return blown_up_by_attributes;
+    if (!declared_.empty() && !spend_on_attributes(name, specified)) return blown_up_by_attributes;
     if (may_skip_ && specified > 0 && has_undeclared()) return nullptr;
     const XML_Char** const specified_end = attributes + specified;
     for (; *attributes != nullptr; attributes += 2) {
@@ -243,18 +245,19 @@ class Reader {
     for (const char c : std::string_view(text, static_cast<std::size_t>(size))) {
       if (!attribute_lists_.next(c)) continue;
       // Expat looks for the attribute among those that the element has already.
-      if (!effort_.spend(++declared_[attribute_lists_.element()] / compared_at_a_step)) return blown_up_by_attributes;
+      if (!attribute_effort_.spend(++declared_[attribute_lists_.element()])) return blown_up_by_attributes;
       const std::string_view missing = entities_.undeclared_in(attribute_lists_.value());
       if (!missing.empty()) return reject(token_, about_entity(missing, undeclared()));
     }
     return nullptr;
   }
 
-  // For each specified attribute expat may go through those that are declared, and it does so once for all the others.
-  bool effort_for_attributes(std::string_view element, int specified) {
+  // For each specified attribute expat may go through those that are declared, and it does so once for all the others,
+  // which takes twice as long.
+  bool spend_on_attributes(std::string_view element, int specified) {
     const auto found = declared_.find(element);
     return found == declared_.end() ||
-           effort_.spend(found->second * (static_cast<std::uint64_t>(specified) / 2 + 1) / compared_at_a_step);
+           attribute_effort_.spend(found->second * (static_cast<std::uint64_t>(specified) / 2 + 2));
   }
 
   // Rejects a tag with a reference to an entity that is not declared: in the value of an attribute expat skips it silently.
@@ -273,7 +276,7 @@ class Reader {
       entities_.declare_without_text(name);
       return nullptr;
     }
-    switch (entities_.declare(name, {value, static_cast<std::size_t>(size)}, effort_)) {
+    switch (entities_.declare(name, {value, static_cast<std::size_t>(size)}, entity_effort_)) {
       case EntityGraph::Fault::None: return nullptr;
       case EntityGraph::Fault::NestedTooDeep: return "entities are nested more than 1,000 deep";
       case EntityGraph::Fault::RefersToItself: return circular;
@@ -374,7 +377,8 @@ class Reader {
   std::uint64_t fed_ = 0;       // bytes given to the parser
   std::uint64_t reached_ = 0;   // where what it has not finished yet begins
   std::uint64_t defaults_ = 0;  // bytes that default attributes took
-  Effort effort_;
+  Effort entity_effort_ = for_entities;
+  Effort attribute_effort_ = for_attributes;
   EntityGraph entities_;
   AttributeLists attribute_lists_;
   Position token_{};                                            // what `attribute_lists_` is in
