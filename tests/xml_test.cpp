@@ -134,7 +134,7 @@ TEST(Xml, RefusesWhatIsMalformedAndSaysWhere) {
       {"<a>&nbsp;</a>", ": line 1, column 4: the entity nbsp is not declared"},
       {type + "<a>\n<b c='&u;'/></a>", ": line 3, column 1: the entity v is not declared"},
       {type + "<a>&e;</a>", ": line 2, column 4: the entity e stands for another file, which is not read"},
-      {type + "<a b='&e;'/>", ": line 2, column 7: reference to external entity"},
+      {type + "<a b='&e;'/>", ": line 2, column 7: the entity e stands for another file, which is not read"},
       {" <?xml version='1.0'?><a/>", ": line 1, column 2: the XML declaration is not at the start"},
       {"<?xml version='1.0' encoding='klingon'?><a/>", ": line 1, column 31: unknown encoding"},
       {"<?xml version='1.0' encoding='UTF-16'?><a/>", ": line 1, column 31: the file's encoding is not"},
@@ -230,6 +230,34 @@ TEST(Xml, RefusesReferencesThatAreNotResolved) {
        ": line 3, column 1: the entity s stands for another file"},
   };
   for (const auto& [xml, expected] : rows) EXPECT_THAT(shape_of(xml), StartsWith(expected)) << xml;
+
+  // Names in every encoding, with declared entities on the way.
+  const std::string type =
+      "<!DOCTYPE a [<!NOTATION n SYSTEM 'n'><!ENTITY \u00DF SYSTEM 'p' NDATA n><!ENTITY s\u00E9 SYSTEM 's'>"
+      "<!ENTITY \u00E9 'E&amp;'><!ENTITY x 'X&\u00E9;'><!ENTITY i '&x;&x;&s\u00E9;&\u00DF;'><!ENTITY u '&x;&\u00FC;'>";
+  const std::pair<std::string, std::string> named[] = {
+      {"]>\n<a>&deg;&u;</a>", "line 2, column 4: the entity deg is not declared"},
+      {"]>\n<a>\u00E9&\u00FC;</a>", "line 2, column 5: the entity \u00FC is not declared"},
+      {"]>\n<a b='\u00E9&\u00E9;&\u00FC;'/>", "line 2, column 1: the entity \u00FC is not declared"},
+      {"]>\n<a>&x;\n&u;</a>", "line 3, column 1: the entity \u00FC is not declared"},
+      {"]>\n<a b='&x;&u;'/>", "line 2, column 1: the entity \u00FC is not declared"},
+      {"]>\n<a b='&x;&s\u00E9;'/>", "line 2, column 10: the entity s\u00E9 stands for another file"},
+      {"]>\n<a b='&x;&i;&\u00DF;'/>", "line 2, column 1: the entity s\u00E9 stands for another file"},
+      {"<!ENTITY b '<b c=\"&i;\"/>'>]>\n<a>&b;</a>", "line 2, column 4: the entity s\u00E9 stands for another file"},
+      {"\n<!ATTLIST b c CDATA '&s\u00E9;'>]><a/>", "line 2, column 22: the entity s\u00E9 stands for another file"},
+      {"]>\n<a>&\u00DF;</a>", "line 2, column 4: the entity \u00DF stands for another file"},
+      {"]>\n<a b='&\u00DF;'/>", "line 2, column 7: the entity \u00DF stands for another file"},
+  };
+  for (const auto& [end_of_type, expected] : named) {
+    const String text = from_utf8(type + end_of_type);
+    std::string bytes;
+    for (const char16_t c : text) bytes += static_cast<char>(c);
+    for (const std::string& file : {type + end_of_type, utf16(text, false), utf16(text, true),
+                                    "<?xml version='1.0' encoding='ISO-8859-1'?>" + bytes,
+                                    "<?xml version='1.0' encoding='windows-1252'?>" + bytes}) {
+      EXPECT_THAT(shape_of(file), StartsWith(": " + expected)) << file;
+    }
+  }
 
   const std::pair<std::string, const char*> good[] = {
       {open + "<!--'&u;'--><?p &u;'?><!ELEMENT b (#PCDATA)><!NOTATION n SYSTEM '&u;'><!ENTITY d '&u;'>" + end +

@@ -65,6 +65,7 @@ EntityGraph::Fault EntityGraph::declare(std::string_view name, std::string_view 
 void EntityGraph::declare_without_text(std::string_view name) {
   const Id id = id_of(name);
   levels_[id].nesting = 1;
+  entities_[id].has_text = false;
   close_gaps(id);
 }
 
@@ -84,6 +85,30 @@ std::string_view EntityGraph::undeclared_in(std::string_view markup) const {
     }
     found = entities_[id].name;
     return false;
+  });
+  return found;
+}
+
+std::string_view EntityGraph::without_text_in(std::string_view markup) const {
+  std::string_view found;
+  std::vector<bool> seen(entities_.size());
+  std::vector<Id> open;
+  each_reference(markup, [&](std::string_view name) {
+    const auto entry = ids_.find(name);
+    if (entry != ids_.end()) open.push_back(entry->second);
+    while (!open.empty()) {
+      const Id id = open.back();
+      open.pop_back();
+      if (seen[id]) continue;
+      seen[id] = true;
+      const Entity& entity = entities_[id];
+      if (!entity.has_text) {
+        found = entity.name;
+        return false;
+      }
+      open.insert(open.end(), entity.uses.rbegin(), entity.uses.rend());  // the first one on top
+    }
+    return true;
   });
   return found;
 }

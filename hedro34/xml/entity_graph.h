@@ -45,6 +45,9 @@ class EntityGraph {
   // through others; empty when there is none. Valid as long as this object and the markup.
   std::string_view undeclared_in(std::string_view markup) const;
 
+  // As `undeclared_in`, but for the first entity without text. Goes through each entity once.
+  std::string_view without_text_in(std::string_view markup) const;
+
  private:
   using Id = std::uint32_t;
   struct Entity {
@@ -53,6 +56,7 @@ class EntityGraph {
     std::vector<Id> used_by{};
     std::uint32_t gaps = 0;  // those in `uses` that do not lead to declared entities only
     bool whole = false;      // declared, and without gaps
+    bool has_text = true;
   };
   // Of an entity, what `raise` goes through many times.
   struct Level {

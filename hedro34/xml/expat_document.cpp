@@ -56,15 +56,35 @@ bool equals_ignoring_case(std::string_view name, std::string_view expected) {
                     [](char a, char b) { return a == b || (a >= 'A' && a <= 'Z' && a - 'A' + 'a' == b); });
 }
 
-// Windows-1252 is ISO-8859-1 but for the 32 bytes from 0x80; five of these mean nothing.
-int XMLCALL windows_1252(void*, const XML_Char* name, XML_Encoding* encoding) {
-  static constexpr std::array<int, 32> from_80 = {0x20AC, -1,     0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
-                                                  0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, -1,     0x017D, -1,
-                                                  -1,     0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
-                                                  0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, -1,     0x017E, 0x0178};
-  if (!equals_ignoring_case(name, "windows-1252")) return XML_STATUS_ERROR;
-  for (int i = 0; i < 256; ++i) encoding->map[i] = i;
-  std::copy(from_80.begin(), from_80.end(), encoding->map + 0x80);
+// What the bytes of an encoding with one byte a character mean; -1 for those that mean nothing.
+using CharacterTable = std::array<int, 256>;
+constexpr CharacterTable iso_8859_1 = [] {
+  CharacterTable table{};
+  for (std::size_t i = 0; i < table.size(); ++i) table[i] = static_cast<int>(i);
+  return table;
+}();
+constexpr CharacterTable windows_1252 = [] {
+  constexpr std::array<int, 32> from_80 = {0x20AC, -1,     0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
+                                           0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, -1,     0x017D, -1,
+                                           -1,     0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
+                                           0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, -1,     0x017E, 0x0178};
+  CharacterTable table = iso_8859_1;
+  std::copy(from_80.begin(), from_80.end(), table.begin() + 0x80);
+  return table;
+}();
+
+// The table of an encoding by its name; null for all others, which of those that are read are UTF-8, UTF-16 and US-ASCII.
+const CharacterTable* table_of(std::string_view encoding) {
+  if (equals_ignoring_case(encoding, "iso-8859-1")) return &iso_8859_1;
+  if (equals_ignoring_case(encoding, "windows-1252")) return &windows_1252;
+  return nullptr;
+}
+
+// Expat asks for the encodings that it does not know itself.
+int XMLCALL unknown_encoding(void*, const XML_Char* name, XML_Encoding* encoding) {
+  const CharacterTable* const table = table_of(name);
+  if (table == nullptr) return XML_STATUS_ERROR;
+  std::copy(table->begin(), table->end(), encoding->map);
   encoding->data = nullptr;
   encoding->convert = nullptr;
   encoding->release = nullptr;
@@ -121,7 +141,7 @@ class Reader {
                           on<&Reader::end_element, const XML_Char*>);
     XML_SetCharacterDataHandler(parser, on<&Reader::text, const XML_Char*, int>);
     XML_SetCdataSectionHandler(parser, on<&Reader::start_cdata>, on<&Reader::end_cdata>);
-    XML_SetUnknownEncodingHandler(parser, windows_1252, nullptr);
+    XML_SetUnknownEncodingHandler(parser, unknown_encoding, nullptr);
     XML_SetXmlDeclHandler(parser, on<&Reader::xml_declaration, const XML_Char*, const XML_Char*, int>);
     XML_SetDoctypeDeclHandler(parser,
                               on<&Reader::start_doctype, const XML_Char*, const XML_Char*, const XML_Char*, int>,
@@ -212,7 +232,8 @@ class Reader {
   const char* start_cdata() { return builder_.start_cdata() ? nullptr : too_large; }
   const char* end_cdata() { return builder_.end_cdata() ? nullptr : too_large; }
 
-  const char* xml_declaration(const XML_Char* version, const XML_Char*, int) {
+  const char* xml_declaration(const XML_Char* version, const XML_Char* encoding, int) {
+    if (encoding != nullptr) table_ = table_of(encoding);
     const std::string_view number = version;
     const bool known = number.size() == 3 && number.starts_with("1.") && number[2] >= '0' && number[2] <= '9';
     return known ? nullptr : "the version of XML is not one of 1.0 to 1.9";
@@ -347,25 +368,38 @@ class Reader {
 
   [[gnu::cold]] void reject_here(const char* reason) { reject(here(), reason); }
 
-  // The entity for which expat has stopped, when its name is plain enough to be read whatever the encoding; else empty.
-  std::string_view undeclared_at_error() {
+  // The file from where expat has stopped, as far as it has been read, in UTF-8.
+  std::string text_at_error() {
     int offset = 0;
     int size = 0;
-    const char* const bytes = XML_GetInputContext(parser_.get(), &offset, &size);
-    if (bytes == nullptr) return {};
-    const std::string_view name = entities_.undeclared_in(
-        std::string_view(bytes, static_cast<std::size_t>(size)).substr(static_cast<std::size_t>(offset)));
-    return std::all_of(name.begin(), name.end(), [](char c) { return c > ' ' && c < 0x7F; }) ? name : "";
+    const char* const context = XML_GetInputContext(parser_.get(), &offset, &size);
+    if (context == nullptr) return {};
+    const auto bytes =
+        std::string_view(context, static_cast<std::size_t>(size)).substr(static_cast<std::size_t>(offset));
+    String text;
+    if (utf16_.is_utf16()) {
+      for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) text += utf16_.unit_at(bytes.data() + i);
+    } else if (table_ != nullptr) {
+      for (const char c : bytes) text += static_cast<char16_t>((*table_)[static_cast<unsigned char>(c)]);
+    } else {
+      return std::string(bytes);
+    }
+    return to_utf8(text);
   }
 
   // Rejects what expat has rejected.
   std::nullptr_t stop_with_parser_error() {
     const XML_Error error = XML_GetErrorCode(parser_.get());
     const Position position = here();
-    if (error == XML_ERROR_UNDEFINED_ENTITY) {
-      return reject(position, about_entity(undeclared_at_error(), not_declared));
+    switch (error) {
+      case XML_ERROR_UNDEFINED_ENTITY:
+        return reject(position, about_entity(entities_.undeclared_in(text_at_error()), not_declared));
+      case XML_ERROR_ATTRIBUTE_EXTERNAL_ENTITY_REF:
+      case XML_ERROR_BINARY_ENTITY_REF:
+        return reject(position, about_entity(entities_.without_text_in(text_at_error()), outside));
+      case XML_ERROR_NO_MEMORY: break;
+      default: return reject(position, reason_of(error, builder_.depth()));
     }
-    if (error != XML_ERROR_NO_MEMORY) return reject(position, reason_of(error, builder_.depth()));
     if (fed_ - reached_ > longest_part) return reject(position, "what starts here is too large");
     throw std::bad_alloc();
   }
@@ -374,9 +408,10 @@ class Reader {
   XmlTreeBuilder builder_;
   std::unique_ptr<XML_ParserStruct, Free> parser_;
   Utf16Input utf16_;
-  std::uint64_t fed_ = 0;       // bytes given to the parser
-  std::uint64_t reached_ = 0;   // where what it has not finished yet begins
-  std::uint64_t defaults_ = 0;  // bytes that default attributes took
+  const CharacterTable* table_ = nullptr;  // of the declared encoding
+  std::uint64_t fed_ = 0;                  // bytes given to the parser
+  std::uint64_t reached_ = 0;              // where what it has not finished yet begins
+  std::uint64_t defaults_ = 0;             // bytes that default attributes took
   Effort entity_effort_ = for_entities;
   Effort attribute_effort_ = for_attributes;
   EntityGraph entities_;

@@ -18,6 +18,13 @@ class Utf16Input {
     return held_count_;
   }
 
+  bool is_utf16() const noexcept { return is_utf16_; }
+  char16_t unit_at(const char* bytes) const noexcept {
+    const auto high = static_cast<unsigned char>(bytes[high_]);
+    const auto low = static_cast<unsigned char>(bytes[1 - high_]);
+    return static_cast<char16_t>(high << 8 | low);
+  }
+
   // Checks `size` bytes, the held ones included, and gives how many of them the parser may see now.
   std::size_t check(char* bytes, std::size_t size, bool last) noexcept {
     if (first_) find_encoding(bytes, size);
