@@ -106,7 +106,7 @@ TEST(Xml, ListsAndMapsAnswerNothingOutside) {
   for (const char16_t* name : {u"A", u"q", u""}) EXPECT_FALSE(document.selectSingleNode(name));
 }
 
-TEST(Xml, HandlesOutliveTheDocumentAndARefusedOneIsEmpty) {
+TEST(Xml, HandlesOutliveTheDocumentAndARejectedOneIsEmpty) {
   const auto document = make<ExpatDocument>();
   document->parse("<a><b x='1'>t</b></a>");
   const auto node = document->getElementsByTagName(u"b")->item(0);
@@ -118,7 +118,7 @@ TEST(Xml, HandlesOutliveTheDocumentAndARefusedOneIsEmpty) {
   EXPECT_EQ(shape(*node), "b[x=1]('t')");
 }
 
-TEST(Xml, RefusesWhatIsMalformedAndSaysWhere) {
+TEST(Xml, RejectsWhatIsMalformedAndSaysWhere) {
   const std::string type = "<!DOCTYPE a [<!ENTITY e SYSTEM 'e.xml'><!ENTITY u '&v;'>]>\n";
   const std::pair<std::string, const char*> rows[] = {
       {"", ": line 1, column 1: there is no element"},
@@ -172,7 +172,7 @@ TEST(Xml, ReadsEncodings) {
   }
 }
 
-TEST(Xml, RefusesHalvesOfSurrogatePairs) {
+TEST(Xml, RejectsHalvesOfSurrogatePairs) {
   const std::pair<const char16_t*, const char*> rows[] = {
       {u"<a>\n \xD83Dx</a>", "line 2, column 2"},
       {u"<a>\xD83D\xDE00\xD83D\xD83D\xDE00</a>", "line 1, column 5"},
@@ -204,7 +204,7 @@ TEST(Xml, RefusesHalvesOfSurrogatePairs) {
   }
 }
 
-TEST(Xml, RefusesReferencesThatAreNotResolved) {
+TEST(Xml, RejectsReferencesThatAreNotResolved) {
   const std::string open = "<!DOCTYPE a SYSTEM 'd' [<!ENTITY d 'D'><!ENTITY n '&d;&u;'>";
   const std::string behind = "<!DOCTYPE a [<!ENTITY d 'D'> %x; <!ENTITY u 'U'>";
   const std::string parameter = "<!DOCTYPE a [<!ENTITY % x \"<!ENTITY u 'U'>\"><!ENTITY d '<b c=\"&u;\"/>'> %x;";
@@ -342,7 +342,7 @@ TEST(Xml, BoundsTheDepthOfEntities) {
   EXPECT_EQ(shape_of("<!DOCTYPE a [<!ENTITY r 'R'><!ENTITY r '&r;'><!ENTITY % r '&r;'>]><a>&r;</a>"), "a('R')");
 }
 
-TEST(Xml, RefusesDocumentsThatBlowUp) {
+TEST(Xml, RejectsDocumentsThatBlowUp) {
   const std::string text(20'000, 'x');
   const std::string one = "<!DOCTYPE a [<!ATTLIST b x CDATA '" + text + "'>]><a>";
   std::string defaults = "<!DOCTYPE a [";

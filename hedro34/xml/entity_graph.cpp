@@ -43,7 +43,7 @@ void each_reference(std::string_view markup, Visit visit) {
 
 }  // namespace
 
-EntityGraph::Fault EntityGraph::declare(std::string_view name, std::string_view replacement, Effort& effort) {
+EntityGraph::Problem EntityGraph::declare(std::string_view name, std::string_view replacement, Effort& effort) {
   const Id id = id_of(name);
   std::uint16_t below = 0;
   each_reference(replacement, [&](std::string_view used_name) {
@@ -124,8 +124,8 @@ EntityGraph::Id EntityGraph::id_of(std::string_view name) {
 
 // Carries the nesting of an entity up to those that use it. Each can rise `most_nested` times at the most, and a way round
 // comes back to the entity itself.
-EntityGraph::Fault EntityGraph::raise(Id entity, Effort& effort) {
-  if (levels_[entity].nesting > most_nested) return Fault::NestedTooDeep;
+EntityGraph::Problem EntityGraph::raise(Id entity, Effort& effort) {
+  if (levels_[entity].nesting > most_nested) return Problem::NestedTooDeep;
   std::deque<Id> raised = {entity};
   while (!raised.empty()) {
     const Id below = raised.front();
@@ -133,17 +133,17 @@ EntityGraph::Fault EntityGraph::raise(Id entity, Effort& effort) {
     levels_[below].waits = false;
     const auto least = static_cast<std::uint16_t>(levels_[below].nesting + 1);
     const std::vector<Id>& used_by = entities_[below].used_by;
-    if (!effort.spend(used_by.size())) return Fault::TooMuchEffort;
+    if (!effort.spend(used_by.size())) return Problem::TooMuchEffort;
     for (const Id id : used_by) {
       Level& above = levels_[id];
       if (above.nesting >= least) continue;
-      if (id == entity) return Fault::RefersToItself;
-      if (least > most_nested) return Fault::NestedTooDeep;
+      if (id == entity) return Problem::RefersToItself;
+      if (least > most_nested) return Problem::NestedTooDeep;
       above.nesting = least;
       if (above.used && !std::exchange(above.waits, true)) raised.push_back(id);
     }
   }
-  return Fault::None;
+  return Problem::None;
 }
 
 void EntityGraph::close_gaps(Id entity) {

@@ -34,11 +34,11 @@ class EntityGraph {
  public:
   static constexpr std::uint32_t most_nested = 1000;  // entities inside each other, the outermost included
 
-  enum class Fault { None, NestedTooDeep, RefersToItself, TooMuchEffort };
+  enum class Problem { None, NestedTooDeep, RefersToItself, TooMuchEffort };
 
   // Takes the declaration of an entity with its replacement text, or of one that has none. Each name comes once, and nothing
-  // comes after a fault.
-  Fault declare(std::string_view name, std::string_view replacement, Effort& effort);
+  // comes after a problem.
+  Problem declare(std::string_view name, std::string_view replacement, Effort& effort);
   void declare_without_text(std::string_view name);
 
   // The name of the first entity that is not declared and to which a reference in this piece of markup leads, directly or
@@ -66,7 +66,7 @@ class EntityGraph {
   };
 
   Id id_of(std::string_view name);
-  Fault raise(Id entity, Effort& effort);
+  Problem raise(Id entity, Effort& effort);
   void close_gaps(Id entity);
 
   std::map<std::string, Id, std::less<>> ids_;

@@ -34,7 +34,7 @@ constexpr std::uint64_t free_defaults = 8 << 20;
 constexpr std::uint64_t most_amplified = 100;
 constexpr std::uint64_t default_cost = 8;  // of an attribute besides its value
 
-// Expat has to hold a whole tag or comment in memory. One longer than this that does not fit is the document's fault.
+// Expat has to hold a whole tag or comment in memory. One longer than this that does not fit makes the document malformed.
 constexpr std::uint64_t longest_part = 1 << 28;
 
 constexpr const char* too_large = "the document is too large";
@@ -298,10 +298,10 @@ class Reader {
       return nullptr;
     }
     switch (entities_.declare(name, {value, static_cast<std::size_t>(size)}, entity_effort_)) {
-      case EntityGraph::Fault::None: return nullptr;
-      case EntityGraph::Fault::NestedTooDeep: return "entities are nested more than 1,000 deep";
-      case EntityGraph::Fault::RefersToItself: return circular;
-      case EntityGraph::Fault::TooMuchEffort: break;
+      case EntityGraph::Problem::None: return nullptr;
+      case EntityGraph::Problem::NestedTooDeep: return "entities are nested more than 1,000 deep";
+      case EntityGraph::Problem::RefersToItself: return circular;
+      case EntityGraph::Problem::TooMuchEffort: break;
     }
     return blown_up;
   }
