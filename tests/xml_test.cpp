@@ -212,9 +212,11 @@ TEST(Xml, RejectsReferencesThatAreNotResolved) {
   const std::pair<std::string, std::string> rows[] = {
       {behind + end + "5&u;C</a>", ": line 3, column 2: the entity u is not declared"},
       {parameter + end + "&u;</a>",
-       ": line 3, column 1: the entity u is not declared, or behind a parameter entity, where declarations are not read"},
+       ": line 3, column 1: the entity u is not declared, or behind a parameter entity, where declarations are not "
+       "read"},
       {parameter + end + "1 &d;</a>",
-       ": line 3, column 3: the entity u is not declared, or behind a parameter entity, where declarations are not read"},
+       ": line 3, column 3: the entity u is not declared, or behind a parameter entity, where declarations are not "
+       "read"},
       {open + end + "&n;</a>", ": line 3, column 1: the entity u is not declared"},
       {open + end + "<b c='1 &d;&amp;&#60;&u;'/></a>", ": line 3, column 1: the entity u is not declared"},
       {open + end + "<b c='1'><e f='&n;'/></b></a>", ": line 3, column 10: the entity u is not declared"},

@@ -9,8 +9,8 @@ namespace hedro34 {
 
 class AttributeLists {
  public:
-  // True when this character ends the declaration of an attribute: `element` is then the element's name, and `value` the
-  // default as it was written, empty when there is none.
+  // True when this character ends the declaration of an attribute: `element` is then the element's name, and `value`
+  // the default as it was written, empty when there is none.
   bool next(char c) {
     if (quote_ != 0) {
       if (c != quote_) {

@@ -14,8 +14,8 @@ constexpr std::array<std::pair<std::string_view, std::string_view>, 3> sections 
 
 constexpr std::array<std::string_view, 5> predefined = {"amp", "apos", "gt", "lt", "quot"};
 
-// Gives the name in each reference to an entity that has to be declared, up to where the markup is malformed, until `visit`
-// answers False.
+// Gives the name in each reference to an entity that has to be declared, up to where the markup is malformed, until
+// `visit` answers False.
 template <class Visit>
 void each_reference(std::string_view markup, Visit visit) {
   std::size_t at = 0;
@@ -122,8 +122,8 @@ EntityGraph::Id EntityGraph::id_of(std::string_view name) {
   return entry->second;
 }
 
-// Carries the nesting of an entity up to those that use it. Each can rise `most_nested` times at the most, and a way round
-// comes back to the entity itself.
+// Carries the nesting of an entity up to those that use it. Each can rise `most_nested` times at the most, and a way
+// round comes back to the entity itself.
 EntityGraph::Problem EntityGraph::raise(Id entity, Effort& effort) {
   if (levels_[entity].nesting > most_nested) return Problem::NestedTooDeep;
   std::deque<Id> raised = {entity};

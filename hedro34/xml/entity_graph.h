@@ -1,6 +1,6 @@
-// The general entities that a document type declares, and which of them stand in the text of which: how deep they are nested,
-// and whether a reference leads to an entity that is not declared. Knows both at every declaration, before a parser expands
-// anything, in time and memory that grow with what is declared; nothing here recurses.
+// The general entities that a document type declares, and which of them stand in the text of which: how deep they are
+// nested, and whether a reference leads to an entity that is not declared. Knows both at every declaration, before a
+// parser expands anything, in time and memory that grow with what is declared; nothing here recurses.
 #pragma once
 
 #include <cstddef>
@@ -36,13 +36,13 @@ class EntityGraph {
 
   enum class Problem { None, NestedTooDeep, RefersToItself, TooMuchEffort };
 
-  // Takes the declaration of an entity with its replacement text, or of one that has none. Each name comes once, and nothing
-  // comes after a problem.
+  // Takes the declaration of an entity with its replacement text, or of one that has none. Each name comes once, and
+  // nothing comes after a problem.
   Problem declare(std::string_view name, std::string_view replacement, Effort& effort);
   void declare_without_text(std::string_view name);
 
-  // The name of the first entity that is not declared and to which a reference in this piece of markup leads, directly or
-  // through others; empty when there is none. Valid as long as this object and the markup.
+  // The name of the first entity that is not declared and to which a reference in this piece of markup leads, directly
+  // or through others; empty when there is none. Valid as long as this object and the markup.
   std::string_view undeclared_in(std::string_view markup) const;
 
   // As `undeclared_in`, but for the first entity without text. Goes through each entity once.

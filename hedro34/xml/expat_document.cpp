@@ -23,18 +23,19 @@
 namespace hedro34 {
 namespace {
 
-// What the parser is given at a time: more while one tag or comment goes on, since some versions start over at its beginning
-// each time.
+// What the parser is given at a time: more while one tag or comment goes on, since some versions start over at its
+// beginning each time.
 constexpr std::uint64_t chunk = 1 << 18;
 constexpr std::uint64_t most_at_a_time = 1 << 26;
 
-// What a document type adds to elements as attributes may take so many bytes, or so many times the bytes read: the bounds
-// that expat has for entities.
+// What a document type adds to elements as attributes may take so many bytes, or so many times the bytes read: the
+// bounds that expat has for entities.
 constexpr std::uint64_t free_defaults = 8 << 20;
 constexpr std::uint64_t most_amplified = 100;
 constexpr std::uint64_t default_cost = 8;  // of an attribute besides its value
 
-// Expat has to hold a whole tag or comment in memory. One longer than this that does not fit makes the document malformed.
+// Expat has to hold a whole tag or comment in memory. One longer than this that does not fit makes the document
+// malformed.
 constexpr std::uint64_t longest_part = 1 << 28;
 
 constexpr const char* too_large = "the document is too large";
@@ -73,7 +74,8 @@ constexpr CharacterTable windows_1252 = [] {
   return table;
 }();
 
-// The table of an encoding by its name; null for all others, which of those that are read are UTF-8, UTF-16 and US-ASCII.
+// The table of an encoding by its name; null for all others, which of those that are read are UTF-8, UTF-16 and
+// US-ASCII.
 const CharacterTable* table_of(std::string_view encoding) {
   if (equals_ignoring_case(encoding, "iso-8859-1")) return &iso_8859_1;
   if (equals_ignoring_case(encoding, "windows-1252")) return &windows_1252;
@@ -191,8 +193,8 @@ class Reader {
     void operator()(XML_Parser parser) const noexcept { XML_ParserFree(parser); }
   };
 
-  // Expat's way into a step of this class, which answers why the parser is to stop or with nothing. No exception may cross
-  // expat's frames, and expat may call once more after a stop.
+  // Expat's way into a step of this class, which answers why the parser is to stop or with nothing. No exception may
+  // cross expat's frames, and expat may call once more after a stop.
   template <auto Step, class... Arguments>
   static void XMLCALL on(void* self, Arguments... arguments) {
     Reader& reader = *static_cast<Reader*>(self);
@@ -281,7 +283,8 @@ class Reader {
            attribute_effort_.spend(found->second * (static_cast<std::uint64_t>(specified) / 2 + 2));
   }
 
-  // Rejects a tag with a reference to an entity that is not declared: in the value of an attribute expat skips it silently.
+  // Rejects a tag with a reference to an entity that is not declared: in the value of an attribute expat skips it
+  // silently.
   bool has_undeclared() {
     const Position tag = here();
     const std::string_view missing = entities_.undeclared_in(event_text());
@@ -325,7 +328,8 @@ class Reader {
     return reject(reference, about_entity(text.substr(1, text.size() - 2), outside));
   }
 
-  // The markup that expat is at, in UTF-8; valid until the next call. Expat then takes another place for the current one.
+  // The markup that expat is at, in UTF-8; valid until the next call. Expat then takes another place for the current
+  // one.
   std::string_view event_text() {
     event_.clear();
     const XML_Parser parser = parser_.get();

@@ -1,5 +1,6 @@
-// The default XML document object: parses with expat into an `XmlTree`. Comments and processing instructions leave no trace,
-// text of white space only makes no node, a CDATA section is a text node of its own. Nothing outside the file is fetched.
+// The default XML document object: parses with expat into an `XmlTree`. Comments and processing instructions leave no
+// trace, text of white space only makes no node, a CDATA section is a text node of its own. Nothing outside the file is
+// fetched.
 //
 //   auto document = make<ExpatDocument>();
 //   if (!document->load(u"unit.xml")) std::cerr << to_line(last_file_error());

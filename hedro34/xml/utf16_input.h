@@ -1,5 +1,6 @@
-// Guards a parser that takes any two bytes behind the first half of a surrogate pair for the second: in a document in UTF-16
-// each half that has no other becomes U+FFFF, which cannot stand anywhere in XML, so that the parser rejects it at its place.
+// Guards a parser that takes any two bytes behind the first half of a surrogate pair for the second: in a document in
+// UTF-16 each half that has no other becomes U+FFFF, which cannot stand anywhere in XML, so that the parser rejects it
+// at its place.
 #pragma once
 
 #include <array>

@@ -1,6 +1,6 @@
-// What the ExamView import needs of an XML document object, as interfaces with the names of the field. `ExpatDocument` is
-// the default; a host replaces it through `platform().xml_documents`.
-// A node without the thing asked for answers with an empty reference, an empty text or an empty variant.
+// What the ExamView import needs of an XML document object, as interfaces with the names of the field. `ExpatDocument`
+// is the default; a host replaces it through `platform().xml_documents`. A node without the thing asked for answers
+// with an empty reference, an empty text or an empty variant.
 #pragma once
 
 #include <cstdint>
@@ -42,8 +42,9 @@ class IXMLDOMDocument2 : public Object {
  public:
   virtual void set_async(bool value) = 0;  // False: `load` returns when parsing has ended
 
-  // Reads the file at the path that the variant holds. True when it was read and parsed. False when it could not be read or
-  // is malformed: the document is then empty, and `last_file_error()` says why. An earlier content is dropped either way.
+  // Reads the file at the path that the variant holds. True when it was read and parsed. False when it could not be
+  // read or is malformed: the document is then empty, and `last_file_error()` says why. An earlier content is dropped
+  // either way.
   virtual bool load(const Variant& path) = 0;
 
   virtual Ref<IXMLDOMElement> selectSingleNode(StringView name) = 0;  // the document element of that name, or empty

@@ -6,8 +6,8 @@ namespace {
 using Tree = Ref<const XmlTree>;
 using Id = XmlTree::Id;
 
-// Where a handle comes from: the last one that was given out is pointed at the next node when nobody else holds it any more,
-// so that a walk through the tree makes a handle for each level and not for each node.
+// Where a handle comes from: the last one that was given out is pointed at the next node when nobody else holds it any
+// more, so that a walk through the tree makes a handle for each level and not for each node.
 template <class Handle>
 class Recycled {
  public:

@@ -1,5 +1,5 @@
-// The handles through which a caller walks an `XmlTree`: nodes, lists and attribute maps, made on demand. Each holds the
-// tree, so it outlives the document it came from.
+// The handles through which a caller walks an `XmlTree`: nodes, lists and attribute maps, made on demand. Each holds
+// the tree, so it outlives the document it came from.
 #pragma once
 
 #include "hedro34/xml/xml_document.h"

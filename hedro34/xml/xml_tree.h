@@ -1,5 +1,6 @@
-// An XML document in flat storage: nodes in document order, text as UTF-8 in one buffer in which the text of each element is
-// one slice, each name kept once. A tree does not change once it is built; handles share it by counted reference.
+// An XML document in flat storage: nodes in document order, text as UTF-8 in one buffer in which the text of each
+// element is one slice, each name kept once. A tree does not change once it is built; handles share it by counted
+// reference.
 #pragma once
 
 #include <array>
@@ -91,8 +92,8 @@ class XmlTree final : public Object {
   Id size_ = 0;
 };
 
-// Builds a tree from the parts of a document in their order. Text of white space only makes no node. The operations that
-// answer with a Boolean answer False when the tree is full, which is when 32 bits cannot number what is in it.
+// Builds a tree from the parts of a document in their order. Text of white space only makes no node. The operations
+// that answer with a Boolean answer False when the tree is full, which is when 32 bits cannot number what is in it.
 class XmlTreeBuilder {
  public:
   // `expected` is about how many bytes of text there may be.
@@ -117,7 +118,8 @@ class XmlTreeBuilder {
   using Id = XmlTree::Id;
   static constexpr std::size_t most = 0xFFFFFFFF;
 
-  // A name is looked up in a table of the names seen lately, then in an ordered map, which no choice of names makes slow.
+  // A name is looked up in a table of the names seen lately, then in an ordered map, which no choice of names makes
+  // slow.
   using Names = std::map<std::string, Id, std::less<>>;
   Id name_id(std::string_view name);
   bool flush_text();     // makes a node of the text since the last node, unless it is blank
