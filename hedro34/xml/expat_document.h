@@ -1,6 +1,6 @@
 // The default XML document object: parses with expat into an `XmlTree`. Comments and processing instructions leave no
 // trace, text of white space only makes no node, a CDATA section is a text node of its own. Nothing outside the file is
-// fetched.
+// fetched. An older expat takes about 355 bytes of the thread's stack for each entity inside another, at most 355 KB.
 //
 //   auto document = make<ExpatDocument>();
 //   if (!document->load(u"unit.xml")) std::cerr << to_line(last_file_error());
