@@ -7,8 +7,15 @@ namespace hedro34 {
 bool clsHEDROTestQuestions::Add(const Ref<clsHEDROTestQuestion>& oQuestion, const Variant& Before,
                                 const Variant& After) {
   return trap<bool>(here(u"Add"), [&](auto& result) {
+    QuestionId& id = oQuestion->ID;
+    id.count_changes();
     first_positions_.clear();
-    items_.add(oQuestion, oQuestion->ID.str(), Before, After);
+    if (items_.count() == 0) {
+      ids_are_keys_ = true;
+      keys_as_of_ = QuestionId::changes();
+    }
+    items_.add(oQuestion, id.str(), Before, After);
+    if (id.empty()) ids_are_keys_ = false;
     result = true;
   });
 }
@@ -37,6 +44,7 @@ std::int32_t clsHEDROTestQuestions::TypeCount(HEDROTestQuestionType eQuestionTyp
 std::int32_t clsHEDROTestQuestions::first_position(const Variant& Index) const {
   const std::int32_t position = items_.find_position(Index);
   if (position == 0) return 0;
+  if (ids_are_keys_ && keys_as_of_ == QuestionId::changes()) return position;
   if (first_positions_.empty() || as_of_ != QuestionId::changes()) {
     const bool known = quietly([&] {
       std::unordered_map<StringView, std::int32_t> by_id;

@@ -23,12 +23,16 @@ class clsHEDROTestQuestions final : public Collection<clsHEDROTestQuestions, Ref
   std::int32_t TypeCount(HEDROTestQuestionType eQuestionType) const;  // how many questions have exactly this type
 
   // The position of the first question whose present `ID` is exactly that of the question at the index; 0 when there is
-  // nothing at the index. Constant time, but for a walk after any ID was written or this collection changed: a loop that
-  // renames and asks in turn pays a walk each time.
+  // nothing at the index. Constant time while each question has the ID, not an empty one, with which it was added; else but for
+  // a walk after any ID was written or this collection changed: a loop that renames and asks in turn pays a walk each time.
   std::int32_t first_position(const Variant& Index) const;
 
  private:
-  // For each position the first one with the same ID, as of a number of `QuestionId::changes()`; empty when it is not known.
+  // Whether, as of that number of `QuestionId::changes()`, each ID is the key of its question and no two are the same.
+  bool ids_are_keys_ = true;
+  std::uint64_t keys_as_of_ = 0;
+
+  // For each position the first one with the same ID, as of such a number as well; empty when it is not known.
   mutable std::vector<std::int32_t> first_positions_;
   mutable std::uint64_t as_of_ = 0;
 };

@@ -1,5 +1,5 @@
-// The `ID` of a question: a text of at most 50 units whose changes are counted, so that a collection knows when what it has
-// worked out from the IDs of its questions is out of date.
+// The `ID` of a question: a text of at most 50 units. Once a collection has taken the question, changes of it are counted, so
+// that the collection knows when what it has worked out from the IDs of its questions is out of date.
 #pragma once
 
 #include <cstdint>
@@ -14,7 +14,7 @@ class QuestionId {
   QuestionId(const QuestionId&) = delete;
   QuestionId& operator=(const QuestionId& other) { return *this = StringView(other); }
   QuestionId& operator=(StringView text) {
-    ++changes_;
+    if (counted_) ++changes_;
     text_ = text;
     return *this;
   }
@@ -27,11 +27,15 @@ class QuestionId {
 
   friend bool operator==(const QuestionId& a, StringView b) noexcept { return a.text_ == b; }
 
-  // How often an ID was written on this thread. A question stays on the thread that made it, so no change is missed.
+  // From here on every write counts.
+  void count_changes() noexcept { counted_ = true; }
+
+  // How often a counted ID was written on this thread. A question stays on the thread that made it, so no change is missed.
   static std::uint64_t changes() noexcept { return changes_; }
 
  private:
   Text<50> text_;
+  bool counted_ = false;
   static inline constinit thread_local std::uint64_t changes_ = 0;
 };
 
