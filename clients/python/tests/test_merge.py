@@ -12,7 +12,6 @@ import tempfile
 import unittest
 from collections.abc import Callable
 from pathlib import Path
-from types import SimpleNamespace
 from typing import Any
 
 import host_files
@@ -130,40 +129,6 @@ class Hosts(LibraryTest):
 
     def fail_once(self) -> None:
         self.assertFalse(hedro34.create("HEDRO34.clsHEDROTestStrings").AddArray([]))
-
-    def test_error_objects(self) -> None:
-        class Raises:
-            def RaiseError(self, *arguments: Any) -> None:
-                raise RuntimeError("no log")
-
-        class Text:
-            def RaiseError(self, *arguments: Any) -> str:
-                return "no number"
-
-        text = (
-            "(?s)^Application Error 48: Application error: .#{}.* occurred while trying to display:\r\n\r\n"
-            "Error# 9: Subscript out of range, Location: HEDRO34 - clsHEDROTestStrings.AddArray$"
-        )
-        cases = {Errors: "", SimpleNamespace: "438. Object doesn't support", Raises: "440.", Text: "13. Type mismatch"}
-        for kind, begin in cases.items():
-            with self.subTest(kind=kind.__name__), contextlib.redirect_stderr(io.StringIO()) as printed:
-                self.boxes.shown.clear()
-                self.assertTrue(self.engine.SetError(kind()))
-                self.fail_once()
-                shown = [f"{title} {flags}: {text}" for text, flags, title in self.boxes.shown]
-                self.assertRegex("".join(shown), text.format(begin) if begin else "^$")
-                self.assertEqual("RuntimeError: no log" in printed.getvalue(), kind is Raises)
-
-    def test_message_boxes(self) -> None:
-        self.assertIs(self.platform.MessageBox, self.boxes)
-        test = hedro34.create("HEDRO34.clsHEDROTest")
-        for answer, loaded in ((1, True), (2, False), ("1", True)):
-            self.boxes.answer = answer
-            self.assertIs(test.LoadXML(MIXED), loaded)
-        self.boxes.answer = "neither"
-        with contextlib.redirect_stderr(io.StringIO()):
-            test.LoadXML(MIXED)
-        self.assertTrue(test.LoadXML(BIOLOGY))  # the library goes on
 
     def test_that_goes_away_during_the_call(self) -> None:
         platform, engine = self.platform, self.engine
