@@ -34,7 +34,7 @@ namespace fs = std::filesystem;
 constexpr int objectives = 50;
 
 class Silent : public testing::CallListener {
-  void called(std::string_view) override {}
+  void called(std::string_view, std::string_view) override {}
 };
 
 // One size of test: its file, and its form.

@@ -11,7 +11,7 @@ namespace hedro34::testing {
 
 class FailingHost : private CallListener {
  public:
-  // The `nth` call of that name from here on fails, once.
+  // The `nth` call of that name, such as "TIBQuestion.SetGraded", from here on fails, once.
   void fail_at(std::string name, int nth) {
     name_ = std::move(name);
     left_ = nth;
@@ -27,13 +27,13 @@ class FailingHost : private CallListener {
     return objects_.wrap(object);
   }
 
-  // The names of all calls in order, the failed one too, until they are forgotten.
+  // All calls in order, the failed one too, until they are forgotten.
   std::vector<std::string> calls;
 
  private:
-  void called(std::string_view name) override {
-    calls.emplace_back(name);
-    if (left_ > 0 && (name_.empty() || name_ == name) && --left_ == 0) throw Failure(1234, u"The host refuses");
+  void called(std::string_view interface, std::string_view member) override {
+    calls.push_back(std::string(interface) + '.' + std::string(member));
+    if (left_ > 0 && (name_.empty() || name_ == calls.back()) && --left_ == 0) throw Failure(1234, u"The host refuses");
   }
 
   std::string name_;

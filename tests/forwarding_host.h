@@ -2,13 +2,14 @@
 // default the library's, tells a listener the name of every call and passes the call on. Objects that come back are
 // wrapped in turn; one that goes in is unwrapped, so that what stands behind meets only its own kind.
 //
-//   MyListener listener;                  // its called("TIBQuestion.SetGraded") runs before each call and may throw
+//   MyListener listener;                  // its called("TIBQuestion", "SetGraded") runs before each call and may throw
 //   ForwardingHost host(listener);        // what the library creates is wrapped from here on
 //   merge.TemplateIn = host.wrap(form);
 //
 // The listener outlives all of these objects.
 #pragma once
 
+#include <algorithm>
 #include <string_view>
 #include <utility>
 
@@ -18,12 +19,12 @@
 
 namespace hedro34::testing {
 
-// Hears each call before it is passed on, as interface, ".", member; the writing side of a property is its name behind
-// "Set". Creations are "TIBRegion.create" and so on. What it throws becomes the failure of the call.
+// Hears each call before it is passed on; the writing side of a property is its name behind "Set", and creations are calls
+// of "create". What it throws becomes the failure of the call.
 class CallListener {
  public:
   virtual ~CallListener() = default;
-  virtual void called(std::string_view name) = 0;
+  virtual void called(std::string_view interface, std::string_view member) = 0;
 
   // What a list of strings, a flag and the versions answer in place of what stands behind them.
   virtual std::int32_t strings_count(std::int32_t count) { return count; }
@@ -40,10 +41,6 @@ class Forwarding : public Interface {
 
  protected:
   CallListener& listener() const noexcept { return listener_; }
-  Interface& to(std::string_view name) {
-    listener_.called(name);
-    return *target_;
-  }
   // The object behind a forwarding one of its own; an empty reference stays empty.
   template <class Wrapper, class Held>
   Ref<Held> as(Ref<Held> object) {
@@ -56,6 +53,22 @@ class Forwarding : public Interface {
   Ref<Interface> target_;
 };
 
+template <std::size_t size>
+struct Name {
+  constexpr Name(const char (&its_letters)[size]) { std::copy_n(its_letters, size, letters); }
+  char letters[size];
+};
+
+// One of an interface whose calls are told under this name.
+template <Name name, class Interface>
+struct Named : Forwarding<Interface> {
+  using Forwarding<Interface>::Forwarding;
+  Interface& to(std::string_view member) {
+    this->listener().called(name.letters, member);
+    return *this->target();
+  }
+};
+
 // What stands behind a forwarding object; any other object as it is.
 template <class Interface>
 Ref<Interface> unwrapped(const Ref<Interface>& object) {
@@ -65,283 +78,230 @@ Ref<Interface> unwrapped(const Ref<Interface>& object) {
 
 // --- form template ---
 
-class ForwardingChoiceList final : public Forwarding<TIBChoiceList> {
- public:
-  using Forwarding::Forwarding;
-  std::int32_t Count() override { return to("TIBChoiceList.Count").Count(); }
-  void SetItem(const Variant& Index, const String& text) override { to("TIBChoiceList.SetItem").SetItem(Index, text); }
-  Array<String> AsArray(std::int32_t lower) override { return to("TIBChoiceList.AsArray").AsArray(lower); }
+struct ForwardingChoiceList final : Named<"TIBChoiceList", TIBChoiceList> {
+  using Named::Named;
+  std::int32_t Count() override { return to("Count").Count(); }
+  void SetItem(const Variant& Index, const String& text) override { to("SetItem").SetItem(Index, text); }
+  Array<String> AsArray(std::int32_t lower) override { return to("AsArray").AsArray(lower); }
 };
 
-class ForwardingField final : public Forwarding<TIBQuestion> {
- public:
-  using Forwarding::Forwarding;
-  String QuestionText() override { return to("TIBQuestion.QuestionText").QuestionText(); }
-  void SetQuestionText(const String& value) override { to("TIBQuestion.SetQuestionText").SetQuestionText(value); }
-  std::int16_t ItemOption() override { return to("TIBQuestion.ItemOption").ItemOption(); }
-  bool Graded() override { return to("TIBQuestion.Graded").Graded(); }
-  void SetGraded(bool value) override { to("TIBQuestion.SetGraded").SetGraded(value); }
-  double CorrectPoints() override { return to("TIBQuestion.CorrectPoints").CorrectPoints(); }
-  void SetCorrectPoints(double value) override { to("TIBQuestion.SetCorrectPoints").SetCorrectPoints(value); }
-  double IncorrectPoints() override { return to("TIBQuestion.IncorrectPoints").IncorrectPoints(); }
-  double NoResponsePoints() override { return to("TIBQuestion.NoResponsePoints").NoResponsePoints(); }
-  Ref<TIBChoiceList> ChoiceLabels() override {
-    return as<ForwardingChoiceList>(to("TIBQuestion.ChoiceLabels").ChoiceLabels());
-  }
+struct ForwardingField final : Named<"TIBQuestion", TIBQuestion> {
+  using Named::Named;
+  String QuestionText() override { return to("QuestionText").QuestionText(); }
+  void SetQuestionText(const String& value) override { to("SetQuestionText").SetQuestionText(value); }
+  std::int16_t ItemOption() override { return to("ItemOption").ItemOption(); }
+  bool Graded() override { return to("Graded").Graded(); }
+  void SetGraded(bool value) override { to("SetGraded").SetGraded(value); }
+  double CorrectPoints() override { return to("CorrectPoints").CorrectPoints(); }
+  void SetCorrectPoints(double value) override { to("SetCorrectPoints").SetCorrectPoints(value); }
+  double IncorrectPoints() override { return to("IncorrectPoints").IncorrectPoints(); }
+  double NoResponsePoints() override { return to("NoResponsePoints").NoResponsePoints(); }
+  Ref<TIBChoiceList> ChoiceLabels() override { return as<ForwardingChoiceList>(to("ChoiceLabels").ChoiceLabels()); }
   void SetChoiceLabels(const Ref<TIBChoiceList>& value) override {
-    to("TIBQuestion.SetChoiceLabels").SetChoiceLabels(unwrapped(value));
+    to("SetChoiceLabels").SetChoiceLabels(unwrapped(value));
   }
-  Ref<TIBChoiceList> ChoiceValues() override {
-    return as<ForwardingChoiceList>(to("TIBQuestion.ChoiceValues").ChoiceValues());
-  }
+  Ref<TIBChoiceList> ChoiceValues() override { return as<ForwardingChoiceList>(to("ChoiceValues").ChoiceValues()); }
   void SetChoiceValues(const Ref<TIBChoiceList>& value) override {
-    to("TIBQuestion.SetChoiceValues").SetChoiceValues(unwrapped(value));
+    to("SetChoiceValues").SetChoiceValues(unwrapped(value));
   }
-  std::int16_t ScaleOption() override { return to("TIBQuestion.ScaleOption").ScaleOption(); }
-  void SetSubjectiveQuestion(bool value) override {
-    to("TIBQuestion.SetSubjectiveQuestion").SetSubjectiveQuestion(value);
-  }
-  std::int16_t MultiplesAllowed() override { return to("TIBQuestion.MultiplesAllowed").MultiplesAllowed(); }
-  void SetMultiplesAllowed(std::int16_t value) override {
-    to("TIBQuestion.SetMultiplesAllowed").SetMultiplesAllowed(value);
-  }
-  std::int32_t FieldNumber(bool option) override { return to("TIBQuestion.FieldNumber").FieldNumber(option); }
+  std::int16_t ScaleOption() override { return to("ScaleOption").ScaleOption(); }
+  void SetSubjectiveQuestion(bool value) override { to("SetSubjectiveQuestion").SetSubjectiveQuestion(value); }
+  std::int16_t MultiplesAllowed() override { return to("MultiplesAllowed").MultiplesAllowed(); }
+  void SetMultiplesAllowed(std::int16_t value) override { to("SetMultiplesAllowed").SetMultiplesAllowed(value); }
+  std::int32_t FieldNumber(bool option) override { return to("FieldNumber").FieldNumber(option); }
 };
 
-class ForwardingFields final : public Forwarding<TIBQuestions> {
- public:
-  using Forwarding::Forwarding;
-  std::int32_t Count() override { return to("TIBQuestions.Count").Count(); }
-  Ref<TIBQuestion> Item(const Variant& Index) override {
-    return as<ForwardingField>(to("TIBQuestions.Item").Item(Index));
-  }
-  void Add() override { to("TIBQuestions.Add").Add(); }
+struct ForwardingFields final : Named<"TIBQuestions", TIBQuestions> {
+  using Named::Named;
+  std::int32_t Count() override { return to("Count").Count(); }
+  Ref<TIBQuestion> Item(const Variant& Index) override { return as<ForwardingField>(to("Item").Item(Index)); }
+  void Add() override { to("Add").Add(); }
 };
 
-class ForwardingRegion final : public Forwarding<TIBRegion> {
- public:
-  using Forwarding::Forwarding;
-  Ref<TIBQuestions> Questions() override { return as<ForwardingFields>(to("TIBRegion.Questions").Questions()); }
-  std::int32_t RegionKind() override { return to("TIBRegion.RegionKind").RegionKind(); }
-  void SetRegionKind(std::int32_t value) override { to("TIBRegion.SetRegionKind").SetRegionKind(value); }
-  std::int32_t ResponseKind() override { return to("TIBRegion.ResponseKind").ResponseKind(); }
-  void SetResponseKind(std::int32_t value) override { to("TIBRegion.SetResponseKind").SetResponseKind(value); }
-  std::int32_t ValueKind() override { return to("TIBRegion.ValueKind").ValueKind(); }
-  void SetValueKind(std::int32_t value) override { to("TIBRegion.SetValueKind").SetValueKind(value); }
-  std::int16_t QuestionCount() override { return to("TIBRegion.QuestionCount").QuestionCount(); }
-  String Name() override { return to("TIBRegion.Name").Name(); }
-  void SetName(const String& value) override { to("TIBRegion.SetName").SetName(value); }
-  std::int16_t GroupNumber() override { return to("TIBRegion.GroupNumber").GroupNumber(); }
-  void SetSubjectiveRegion(bool value) override { to("TIBRegion.SetSubjectiveRegion").SetSubjectiveRegion(value); }
+struct ForwardingRegion final : Named<"TIBRegion", TIBRegion> {
+  using Named::Named;
+  Ref<TIBQuestions> Questions() override { return as<ForwardingFields>(to("Questions").Questions()); }
+  std::int32_t RegionKind() override { return to("RegionKind").RegionKind(); }
+  void SetRegionKind(std::int32_t value) override { to("SetRegionKind").SetRegionKind(value); }
+  std::int32_t ResponseKind() override { return to("ResponseKind").ResponseKind(); }
+  void SetResponseKind(std::int32_t value) override { to("SetResponseKind").SetResponseKind(value); }
+  std::int32_t ValueKind() override { return to("ValueKind").ValueKind(); }
+  void SetValueKind(std::int32_t value) override { to("SetValueKind").SetValueKind(value); }
+  std::int16_t QuestionCount() override { return to("QuestionCount").QuestionCount(); }
+  String Name() override { return to("Name").Name(); }
+  void SetName(const String& value) override { to("SetName").SetName(value); }
+  std::int16_t GroupNumber() override { return to("GroupNumber").GroupNumber(); }
+  void SetSubjectiveRegion(bool value) override { to("SetSubjectiveRegion").SetSubjectiveRegion(value); }
 };
 
-class ForwardingRegions final : public Forwarding<TIBRegions> {
- public:
-  using Forwarding::Forwarding;
-  std::int32_t Count() override { return to("TIBRegions.Count").Count(); }
+struct ForwardingRegions final : Named<"TIBRegions", TIBRegions> {
+  using Named::Named;
+  std::int32_t Count() override { return to("Count").Count(); }
   std::int16_t Add(const Ref<TIBRegion>& region, const Variant& option1, const Variant& option2) override {
-    return to("TIBRegions.Add").Add(unwrapped(region), option1, option2);
+    return to("Add").Add(unwrapped(region), option1, option2);
   }
-  Ref<TIBRegion> Item(const Variant& Index) override { return as<ForwardingRegion>(to("TIBRegions.Item").Item(Index)); }
+  Ref<TIBRegion> Item(const Variant& Index) override { return as<ForwardingRegion>(to("Item").Item(Index)); }
 };
 
-class ForwardingPage final : public Forwarding<TIBPage> {
- public:
-  using Forwarding::Forwarding;
-  Ref<TIBRegions> Regions() override { return as<ForwardingRegions>(to("TIBPage.Regions").Regions()); }
+struct ForwardingPage final : Named<"TIBPage", TIBPage> {
+  using Named::Named;
+  Ref<TIBRegions> Regions() override { return as<ForwardingRegions>(to("Regions").Regions()); }
 };
 
-class ForwardingPages final : public Forwarding<TIBPages> {
- public:
-  using Forwarding::Forwarding;
-  std::int32_t Count() override { return to("TIBPages.Count").Count(); }
-  Ref<TIBPage> Item(const Variant& Index) override { return as<ForwardingPage>(to("TIBPages.Item").Item(Index)); }
+struct ForwardingPages final : Named<"TIBPages", TIBPages> {
+  using Named::Named;
+  std::int32_t Count() override { return to("Count").Count(); }
+  Ref<TIBPage> Item(const Variant& Index) override { return as<ForwardingPage>(to("Item").Item(Index)); }
 };
 
-class ForwardingTemplate : public Forwarding<TIBTemplate> {
- public:
-  using Forwarding::Forwarding;
-  Ref<TIBPages> Pages() override { return as<ForwardingPages>(to("TIBTemplate.Pages").Pages()); }
-  std::int16_t PageCount() override { return to("TIBTemplate.PageCount").PageCount(); }
-  std::int16_t QuestionCount() override { return to("TIBTemplate.QuestionCount").QuestionCount(); }
-  std::int16_t GradedQuestionCount() override { return to("TIBTemplate.GradedQuestionCount").GradedQuestionCount(); }
-  void Clear() override { to("TIBTemplate.Clear").Clear(); }
+struct ForwardingTemplate : Named<"TIBTemplate", TIBTemplate> {
+  using Named::Named;
+  Ref<TIBPages> Pages() override { return as<ForwardingPages>(to("Pages").Pages()); }
+  std::int16_t PageCount() override { return to("PageCount").PageCount(); }
+  std::int16_t QuestionCount() override { return to("QuestionCount").QuestionCount(); }
+  std::int16_t GradedQuestionCount() override { return to("GradedQuestionCount").GradedQuestionCount(); }
+  void Clear() override { to("Clear").Clear(); }
   Variant QuestionNames(std::int16_t first, std::int16_t last, bool option1, const String& delimiter,
                         bool option2) override {
-    return to("TIBTemplate.QuestionNames").QuestionNames(first, last, option1, delimiter, option2);
+    return to("QuestionNames").QuestionNames(first, last, option1, delimiter, option2);
   }
-  Ref<TIBTemplate> Copy(bool option) override { return as<ForwardingTemplate>(to("TIBTemplate.Copy").Copy(option)); }
+  Ref<TIBTemplate> Copy(bool option) override { return as<ForwardingTemplate>(to("Copy").Copy(option)); }
 };
 
 // --- data document ---
 
-class ForwardingStrings final : public Forwarding<WENKtdStrings> {
- public:
-  using Forwarding::Forwarding;
-  std::int32_t Count() override { return listener().strings_count(to("WENKtdStrings.Count").Count()); }
-  void Add(const String& text, const Variant& key) override { to("WENKtdStrings.Add").Add(text, key); }
-  void AddArray(const Array<String>& texts) override { to("WENKtdStrings.AddArray").AddArray(texts); }
-  String Item(const Variant& Index) override { return to("WENKtdStrings.Item").Item(Index); }
-  Array<String> AsArray() override { return to("WENKtdStrings.AsArray").AsArray(); }
+struct ForwardingStrings final : Named<"WENKtdStrings", WENKtdStrings> {
+  using Named::Named;
+  std::int32_t Count() override { return listener().strings_count(to("Count").Count()); }
+  void Add(const String& text, const Variant& key) override { to("Add").Add(text, key); }
+  void AddArray(const Array<String>& texts) override { to("AddArray").AddArray(texts); }
+  String Item(const Variant& Index) override { return to("Item").Item(Index); }
+  Array<String> AsArray() override { return to("AsArray").AsArray(); }
 };
 
-class ForwardingFlag final : public Forwarding<WENKtdObjectiveFlag> {
- public:
-  using Forwarding::Forwarding;
-  Variant Value() override { return listener().flag_value(to("WENKtdObjectiveFlag.Value").Value()); }
-  void SetValue(const Variant& value) override { to("WENKtdObjectiveFlag.SetValue").SetValue(value); }
+struct ForwardingFlag final : Named<"WENKtdObjectiveFlag", WENKtdObjectiveFlag> {
+  using Named::Named;
+  Variant Value() override { return listener().flag_value(to("Value").Value()); }
+  void SetValue(const Variant& value) override { to("SetValue").SetValue(value); }
 };
 
-class ForwardingFlags final : public Forwarding<WENKtdObjectiveFlags> {
- public:
-  using Forwarding::Forwarding;
-  void Add(const Variant& value) override { to("WENKtdObjectiveFlags.Add").Add(value); }
+struct ForwardingFlags final : Named<"WENKtdObjectiveFlags", WENKtdObjectiveFlags> {
+  using Named::Named;
+  void Add(const Variant& value) override { to("Add").Add(value); }
   Ref<WENKtdObjectiveFlag> Item(std::int32_t position) override {
-    return as<ForwardingFlag>(to("WENKtdObjectiveFlags.Item").Item(position));
+    return as<ForwardingFlag>(to("Item").Item(position));
   }
 };
 
-class ForwardingQuestion final : public Forwarding<WENKtdQuestion> {
- public:
-  using Forwarding::Forwarding;
-  Ref<WENKtdStrings> ChoiceLabels() override { return strings(to("WENKtdQuestion.ChoiceLabels").ChoiceLabels()); }
-  Ref<WENKtdStrings> ChoiceValues() override { return strings(to("WENKtdQuestion.ChoiceValues").ChoiceValues()); }
+struct ForwardingQuestion final : Named<"WENKtdQuestion", WENKtdQuestion> {
+  using Named::Named;
+  Ref<WENKtdStrings> ChoiceLabels() override { return strings(to("ChoiceLabels").ChoiceLabels()); }
+  Ref<WENKtdStrings> ChoiceValues() override { return strings(to("ChoiceValues").ChoiceValues()); }
   Ref<WENKtdObjectiveFlags> ObjectiveFlags() override {
-    return as<ForwardingFlags>(to("WENKtdQuestion.ObjectiveFlags").ObjectiveFlags());
+    return as<ForwardingFlags>(to("ObjectiveFlags").ObjectiveFlags());
   }
-  Ref<WENKtdStrings> AnswerKey() override { return strings(to("WENKtdQuestion.AnswerKey").AnswerKey()); }
-  Ref<WENKtdStrings> NumericAnswerKey() override {
-    return strings(to("WENKtdQuestion.NumericAnswerKey").NumericAnswerKey());
-  }
-  void SetName(const String& value) override { to("WENKtdQuestion.SetName").SetName(value); }
-  String QuestionText() override { return to("WENKtdQuestion.QuestionText").QuestionText(); }
-  void SetQuestionText(const String& value) override { to("WENKtdQuestion.SetQuestionText").SetQuestionText(value); }
-  bool Graded() override { return to("WENKtdQuestion.Graded").Graded(); }
-  void SetGraded(bool value) override { to("WENKtdQuestion.SetGraded").SetGraded(value); }
-  void SetItemOption(std::int16_t value) override { to("WENKtdQuestion.SetItemOption").SetItemOption(value); }
-  void SetValueKind(std::int32_t value) override { to("WENKtdQuestion.SetValueKind").SetValueKind(value); }
-  String TextValue() override { return to("WENKtdQuestion.TextValue").TextValue(); }
-  void SetTextValue(const String& value) override { to("WENKtdQuestion.SetTextValue").SetTextValue(value); }
-  double FloatValue() override { return to("WENKtdQuestion.FloatValue").FloatValue(); }
-  void SetFloatValue(double value) override { to("WENKtdQuestion.SetFloatValue").SetFloatValue(value); }
-  void SetMultiplesAllowed(std::int16_t value) override {
-    to("WENKtdQuestion.SetMultiplesAllowed").SetMultiplesAllowed(value);
-  }
-  void SetScaleOption(std::int16_t value) override { to("WENKtdQuestion.SetScaleOption").SetScaleOption(value); }
-  bool Subjective() override { return to("WENKtdQuestion.Subjective").Subjective(); }
-  void SetSubjective(bool value) override { to("WENKtdQuestion.SetSubjective").SetSubjective(value); }
-  void SetCorrectAnswerCount(std::int32_t value) override {
-    to("WENKtdQuestion.SetCorrectAnswerCount").SetCorrectAnswerCount(value);
-  }
-  bool CorrectAnd() override { return to("WENKtdQuestion.CorrectAnd").CorrectAnd(); }
-  void SetCorrectAnd(bool value) override { to("WENKtdQuestion.SetCorrectAnd").SetCorrectAnd(value); }
-  double CorrectPoints() override { return to("WENKtdQuestion.CorrectPoints").CorrectPoints(); }
-  void SetCorrectPoints(double value) override { to("WENKtdQuestion.SetCorrectPoints").SetCorrectPoints(value); }
-  double IncorrectPoints() override { return to("WENKtdQuestion.IncorrectPoints").IncorrectPoints(); }
-  void SetIncorrectPoints(double value) override { to("WENKtdQuestion.SetIncorrectPoints").SetIncorrectPoints(value); }
-  double NoResponsePoints() override { return to("WENKtdQuestion.NoResponsePoints").NoResponsePoints(); }
-  void SetNoResponsePoints(double value) override {
-    to("WENKtdQuestion.SetNoResponsePoints").SetNoResponsePoints(value);
-  }
-  double SubjectivePoints() override { return to("WENKtdQuestion.SubjectivePoints").SubjectivePoints(); }
-  String Difficulty() override { return to("WENKtdQuestion.Difficulty").Difficulty(); }
-  void SetDifficulty(const String& value) override { to("WENKtdQuestion.SetDifficulty").SetDifficulty(value); }
-  String Reference() override { return to("WENKtdQuestion.Reference").Reference(); }
-  void SetReference(const String& value) override { to("WENKtdQuestion.SetReference").SetReference(value); }
-  String Topic() override { return to("WENKtdQuestion.Topic").Topic(); }
-  void SetTopic(const String& value) override { to("WENKtdQuestion.SetTopic").SetTopic(value); }
-  String Keywords() override { return to("WENKtdQuestion.Keywords").Keywords(); }
-  void SetKeywords(const String& value) override { to("WENKtdQuestion.SetKeywords").SetKeywords(value); }
-  String Miscellaneous() override { return to("WENKtdQuestion.Miscellaneous").Miscellaneous(); }
-  void SetMiscellaneous(const String& value) override { to("WENKtdQuestion.SetMiscellaneous").SetMiscellaneous(value); }
-  String Notes() override { return to("WENKtdQuestion.Notes").Notes(); }
-  void SetNotes(const String& value) override { to("WENKtdQuestion.SetNotes").SetNotes(value); }
+  Ref<WENKtdStrings> AnswerKey() override { return strings(to("AnswerKey").AnswerKey()); }
+  Ref<WENKtdStrings> NumericAnswerKey() override { return strings(to("NumericAnswerKey").NumericAnswerKey()); }
+  void SetName(const String& value) override { to("SetName").SetName(value); }
+  String QuestionText() override { return to("QuestionText").QuestionText(); }
+  void SetQuestionText(const String& value) override { to("SetQuestionText").SetQuestionText(value); }
+  bool Graded() override { return to("Graded").Graded(); }
+  void SetGraded(bool value) override { to("SetGraded").SetGraded(value); }
+  void SetItemOption(std::int16_t value) override { to("SetItemOption").SetItemOption(value); }
+  void SetValueKind(std::int32_t value) override { to("SetValueKind").SetValueKind(value); }
+  String TextValue() override { return to("TextValue").TextValue(); }
+  void SetTextValue(const String& value) override { to("SetTextValue").SetTextValue(value); }
+  double FloatValue() override { return to("FloatValue").FloatValue(); }
+  void SetFloatValue(double value) override { to("SetFloatValue").SetFloatValue(value); }
+  void SetMultiplesAllowed(std::int16_t value) override { to("SetMultiplesAllowed").SetMultiplesAllowed(value); }
+  void SetScaleOption(std::int16_t value) override { to("SetScaleOption").SetScaleOption(value); }
+  bool Subjective() override { return to("Subjective").Subjective(); }
+  void SetSubjective(bool value) override { to("SetSubjective").SetSubjective(value); }
+  void SetCorrectAnswerCount(std::int32_t value) override { to("SetCorrectAnswerCount").SetCorrectAnswerCount(value); }
+  bool CorrectAnd() override { return to("CorrectAnd").CorrectAnd(); }
+  void SetCorrectAnd(bool value) override { to("SetCorrectAnd").SetCorrectAnd(value); }
+  double CorrectPoints() override { return to("CorrectPoints").CorrectPoints(); }
+  void SetCorrectPoints(double value) override { to("SetCorrectPoints").SetCorrectPoints(value); }
+  double IncorrectPoints() override { return to("IncorrectPoints").IncorrectPoints(); }
+  void SetIncorrectPoints(double value) override { to("SetIncorrectPoints").SetIncorrectPoints(value); }
+  double NoResponsePoints() override { return to("NoResponsePoints").NoResponsePoints(); }
+  void SetNoResponsePoints(double value) override { to("SetNoResponsePoints").SetNoResponsePoints(value); }
+  double SubjectivePoints() override { return to("SubjectivePoints").SubjectivePoints(); }
+  String Difficulty() override { return to("Difficulty").Difficulty(); }
+  void SetDifficulty(const String& value) override { to("SetDifficulty").SetDifficulty(value); }
+  String Reference() override { return to("Reference").Reference(); }
+  void SetReference(const String& value) override { to("SetReference").SetReference(value); }
+  String Topic() override { return to("Topic").Topic(); }
+  void SetTopic(const String& value) override { to("SetTopic").SetTopic(value); }
+  String Keywords() override { return to("Keywords").Keywords(); }
+  void SetKeywords(const String& value) override { to("SetKeywords").SetKeywords(value); }
+  String Miscellaneous() override { return to("Miscellaneous").Miscellaneous(); }
+  void SetMiscellaneous(const String& value) override { to("SetMiscellaneous").SetMiscellaneous(value); }
+  String Notes() override { return to("Notes").Notes(); }
+  void SetNotes(const String& value) override { to("SetNotes").SetNotes(value); }
 
  private:
   Ref<WENKtdStrings> strings(Ref<WENKtdStrings> list) { return as<ForwardingStrings>(std::move(list)); }
 };
 
-class ForwardingQuestions final : public Forwarding<WENKtdQuestions> {
- public:
-  using Forwarding::Forwarding;
-  std::int32_t Count() override { return to("WENKtdQuestions.Count").Count(); }
-  void Add(const Ref<WENKtdQuestion>& question) override { to("WENKtdQuestions.Add").Add(unwrapped(question)); }
-  Ref<WENKtdQuestion> Item(const Variant& Index) override {
-    return as<ForwardingQuestion>(to("WENKtdQuestions.Item").Item(Index));
-  }
+struct ForwardingQuestions final : Named<"WENKtdQuestions", WENKtdQuestions> {
+  using Named::Named;
+  std::int32_t Count() override { return to("Count").Count(); }
+  void Add(const Ref<WENKtdQuestion>& question) override { to("Add").Add(unwrapped(question)); }
+  Ref<WENKtdQuestion> Item(const Variant& Index) override { return as<ForwardingQuestion>(to("Item").Item(Index)); }
 };
 
-class ForwardingObjective final : public Forwarding<WENKtdObjective> {
- public:
-  using Forwarding::Forwarding;
-  String Name() override { return to("WENKtdObjective.Name").Name(); }
-  void SetName(const String& value) override { to("WENKtdObjective.SetName").SetName(value); }
+struct ForwardingObjective final : Named<"WENKtdObjective", WENKtdObjective> {
+  using Named::Named;
+  String Name() override { return to("Name").Name(); }
+  void SetName(const String& value) override { to("SetName").SetName(value); }
 };
 
-class ForwardingObjectives final : public Forwarding<WENKtdObjectives> {
- public:
-  using Forwarding::Forwarding;
-  std::int32_t Count() override { return to("WENKtdObjectives.Count").Count(); }
+struct ForwardingObjectives final : Named<"WENKtdObjectives", WENKtdObjectives> {
+  using Named::Named;
+  std::int32_t Count() override { return to("Count").Count(); }
   void Add(const Ref<WENKtdObjective>& objective, const Variant& key) override {
-    to("WENKtdObjectives.Add").Add(unwrapped(objective), key);
+    to("Add").Add(unwrapped(objective), key);
   }
-  Ref<WENKtdObjective> Item(const Variant& Index) override {
-    return as<ForwardingObjective>(to("WENKtdObjectives.Item").Item(Index));
-  }
-  bool Exists(const Variant& key) override { return to("WENKtdObjectives.Exists").Exists(key); }
+  Ref<WENKtdObjective> Item(const Variant& Index) override { return as<ForwardingObjective>(to("Item").Item(Index)); }
+  bool Exists(const Variant& key) override { return to("Exists").Exists(key); }
 };
 
-class ForwardingOrder final : public Forwarding<WENKtdOrder> {
- public:
-  using Forwarding::Forwarding;
-  std::int32_t Count() override { return to("WENKtdOrder.Count").Count(); }
-  std::int32_t Item(std::int32_t position) override { return to("WENKtdOrder.Item").Item(position); }
-  void FromArray(const Array<std::int32_t>& entries) override { to("WENKtdOrder.FromArray").FromArray(entries); }
+struct ForwardingOrder final : Named<"WENKtdOrder", WENKtdOrder> {
+  using Named::Named;
+  std::int32_t Count() override { return to("Count").Count(); }
+  std::int32_t Item(std::int32_t position) override { return to("Item").Item(position); }
+  void FromArray(const Array<std::int32_t>& entries) override { to("FromArray").FromArray(entries); }
 };
 
-class ForwardingOrders final : public Forwarding<WENKtdOrders> {
- public:
-  using Forwarding::Forwarding;
-  std::int32_t Count() override { return to("WENKtdOrders.Count").Count(); }
-  void Add(const Ref<WENKtdOrder>& order) override { to("WENKtdOrders.Add").Add(unwrapped(order)); }
-  void AddDefault(std::int32_t questions) override { to("WENKtdOrders.AddDefault").AddDefault(questions); }
-  Ref<WENKtdOrder> Item(const Variant& Index) override {
-    return as<ForwardingOrder>(to("WENKtdOrders.Item").Item(Index));
-  }
+struct ForwardingOrders final : Named<"WENKtdOrders", WENKtdOrders> {
+  using Named::Named;
+  std::int32_t Count() override { return to("Count").Count(); }
+  void Add(const Ref<WENKtdOrder>& order) override { to("Add").Add(unwrapped(order)); }
+  void AddDefault(std::int32_t questions) override { to("AddDefault").AddDefault(questions); }
+  Ref<WENKtdOrder> Item(const Variant& Index) override { return as<ForwardingOrder>(to("Item").Item(Index)); }
 };
 
-class ForwardingVersions final : public Forwarding<WENKtdVersions> {
- public:
-  using Forwarding::Forwarding;
-  Ref<WENKtdOrders> Orders() override { return as<ForwardingOrders>(to("WENKtdVersions.Orders").Orders()); }
-  Ref<WENKtdStrings> VersionAnswers() override {
-    return as<ForwardingStrings>(to("WENKtdVersions.VersionAnswers").VersionAnswers());
-  }
-  void SetSequenceQuestion(std::int32_t value) override {
-    to("WENKtdVersions.SetSequenceQuestion").SetSequenceQuestion(value);
-  }
-  std::int32_t VersionMode() override {
-    return listener().version_mode(to("WENKtdVersions.VersionMode").VersionMode());
-  }
+struct ForwardingVersions final : Named<"WENKtdVersions", WENKtdVersions> {
+  using Named::Named;
+  Ref<WENKtdOrders> Orders() override { return as<ForwardingOrders>(to("Orders").Orders()); }
+  Ref<WENKtdStrings> VersionAnswers() override { return as<ForwardingStrings>(to("VersionAnswers").VersionAnswers()); }
+  void SetSequenceQuestion(std::int32_t value) override { to("SetSequenceQuestion").SetSequenceQuestion(value); }
+  std::int32_t VersionMode() override { return listener().version_mode(to("VersionMode").VersionMode()); }
 };
 
-class ForwardingDocument final : public Forwarding<WENKtdDocument> {
- public:
-  using Forwarding::Forwarding;
-  Ref<WENKtdQuestions> Questions() override {
-    return as<ForwardingQuestions>(to("WENKtdDocument.Questions").Questions());
-  }
-  Ref<WENKtdVersions> Versions() override { return as<ForwardingVersions>(to("WENKtdDocument.Versions").Versions()); }
-  Ref<WENKtdObjectives> Objectives() override {
-    return as<ForwardingObjectives>(to("WENKtdDocument.Objectives").Objectives());
-  }
-  void Clear() override { to("WENKtdDocument.Clear").Clear(); }
-  bool Load(const String& path) override { return to("WENKtdDocument.Load").Load(path); }
-  String Description() override { return to("WENKtdDocument.Description").Description(); }
-  String Notes() override { return to("WENKtdDocument.Notes").Notes(); }
-  void SetDocumentKind(std::int32_t value) override { to("WENKtdDocument.SetDocumentKind").SetDocumentKind(value); }
-  void SetPageCount(std::int32_t value) override { to("WENKtdDocument.SetPageCount").SetPageCount(value); }
-  void PrepareDefaults() override { to("WENKtdDocument.PrepareDefaults").PrepareDefaults(); }
+struct ForwardingDocument final : Named<"WENKtdDocument", WENKtdDocument> {
+  using Named::Named;
+  Ref<WENKtdQuestions> Questions() override { return as<ForwardingQuestions>(to("Questions").Questions()); }
+  Ref<WENKtdVersions> Versions() override { return as<ForwardingVersions>(to("Versions").Versions()); }
+  Ref<WENKtdObjectives> Objectives() override { return as<ForwardingObjectives>(to("Objectives").Objectives()); }
+  void Clear() override { to("Clear").Clear(); }
+  bool Load(const String& path) override { return to("Load").Load(path); }
+  String Description() override { return to("Description").Description(); }
+  String Notes() override { return to("Notes").Notes(); }
+  void SetDocumentKind(std::int32_t value) override { to("SetDocumentKind").SetDocumentKind(value); }
+  void SetPageCount(std::int32_t value) override { to("SetPageCount").SetPageCount(value); }
+  void PrepareDefaults() override { to("PrepareDefaults").PrepareDefaults(); }
 };
 
 // While it lives, the objects that the library creates are forwarding ones around those of the factories before it.
@@ -366,25 +326,25 @@ class ForwardingHost : private TemplateFactory, private DocumentFactory {
 
  private:
   template <class Wrapper, class Create>
-  auto created(std::string_view name, Create create) {
-    listener_.called(name);
+  auto created(std::string_view interface, Create create) {
+    listener_.called(interface, "create");
     return make<Wrapper>(listener_, create());
   }
 
   Ref<TIBRegion> region(const Ref<TIBTemplate>& of) override {
-    return created<ForwardingRegion>("TIBRegion.create", [&] { return templates_->region(of); });
+    return created<ForwardingRegion>("TIBRegion", [&] { return templates_->region(of); });
   }
   Ref<WENKtdDocument> document() override {
-    return created<ForwardingDocument>("WENKtdDocument.create", [&] { return documents_->document(); });
+    return created<ForwardingDocument>("WENKtdDocument", [&] { return documents_->document(); });
   }
   Ref<WENKtdQuestion> question(const Ref<WENKtdDocument>& of) override {
-    return created<ForwardingQuestion>("WENKtdQuestion.create", [&] { return documents_->question(of); });
+    return created<ForwardingQuestion>("WENKtdQuestion", [&] { return documents_->question(of); });
   }
   Ref<WENKtdObjective> objective(const Ref<WENKtdDocument>& of) override {
-    return created<ForwardingObjective>("WENKtdObjective.create", [&] { return documents_->objective(of); });
+    return created<ForwardingObjective>("WENKtdObjective", [&] { return documents_->objective(of); });
   }
   Ref<WENKtdOrder> order(const Ref<WENKtdDocument>& of) override {
-    return created<ForwardingOrder>("WENKtdOrder.create", [&] { return documents_->order(of); });
+    return created<ForwardingOrder>("WENKtdOrder", [&] { return documents_->order(of); });
   }
 
   CallListener& listener_;

@@ -239,7 +239,7 @@ class OddTemplate final : public ForwardingTemplate {
 
 TEST(Merge, MeetsOddAnswersOfATemplate) {
   struct : CallListener {
-    void called(std::string_view) override {}
+    void called(std::string_view, std::string_view) override {}
   } quiet;
   const auto outcome = [&](const Variant& names) {
     Merging m("Q1:*ABCD Q2:*ABCD", {test_of({q1})});
