@@ -51,19 +51,6 @@ struct JsonTree {
   }
 };
 
-Json::Json() = default;
-Json::Json(const Json&) = default;
-Json::Json(Json&&) noexcept = default;
-Json& Json::operator=(const Json&) = default;
-Json& Json::operator=(Json&&) noexcept = default;
-Json::~Json() = default;
-
-Json::Json(Truth value) : value_(value.value) {}
-Json::Json(double value) : value_(value) {}
-Json::Json(const char* text) : value_(std::string(text)) {}
-Json::Json(std::string text) : value_(std::move(text)) {}
-Json::Json(Integer number) : value_(number.value) {}
-
 Json::Json(std::initializer_list<Json> elements) {
   const auto is_member = [](const Json& element) {
     const List* const list = std::get_if<List>(&element.value_);

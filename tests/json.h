@@ -19,13 +19,13 @@ class Json {
   using List = std::vector<Json>;
   using Members = std::vector<std::pair<std::string, Json>>;
 
-  Json();
-  Json(std::same_as<bool> auto value) : Json(Truth{value}) {}
-  Json(double value);
-  Json(const char* text);
-  Json(std::string text);
+  Json() = default;
+  Json(std::same_as<bool> auto value) : value_(value) {}
+  Json(double value) : value_(value) {}
+  Json(const char* text) : value_(std::string(text)) {}
+  Json(std::string text) : value_(std::move(text)) {}
   template <std::integral Number>
-  requires(!std::same_as<Number, bool>) Json(Number number) : Json(Integer{static_cast<std::int64_t>(number)}) {}
+  requires(!std::same_as<Number, bool>) Json(Number number) : value_(static_cast<std::int64_t>(number)) {}
   // An object when each element is a list of a name and a value, else a list.
   Json(std::initializer_list<Json> elements);
   template <class Element>
@@ -34,12 +34,6 @@ class Json {
   }
   static Json array(std::initializer_list<Json> elements = {});
   static Json object();
-
-  Json(const Json&);
-  Json(Json&&) noexcept;
-  Json& operator=(const Json&);
-  Json& operator=(Json&&) noexcept;
-  ~Json();
 
   static Json parse(std::string_view text);
   std::string dump() const;
@@ -70,15 +64,6 @@ class Json {
 
  private:
   friend struct JsonTree;
-  struct Truth {
-    bool value;
-  };
-  struct Integer {
-    std::int64_t value;
-  };
-  explicit Json(Truth value);
-  explicit Json(Integer number);
-
   std::variant<std::monostate, bool, std::int64_t, double, std::string, List, Members> value_;
 };
 
