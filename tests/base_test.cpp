@@ -10,42 +10,13 @@
 #include "hedro34/base/array.h"
 #include "hedro34/base/keyed_list.h"
 #include "tests/failing_allocation.h"
+#include "tests/support.h"
 
 namespace hedro34 {
 namespace {
 
 using namespace std::string_view_literals;
-
-// The number of the failure that `body` throws, 0 when it comes to its end.
-template <class Body>
-std::int32_t failure_of(Body body) {
-  try {
-    body();
-  } catch (const Failure& failure) {
-    EXPECT_EQ(failure.description, failure_text(failure.number));
-    return failure.number;
-  }
-  return 0;
-}
-
-TEST(FailureTexts, AreTheStandardOnes) {
-  const std::pair<std::int32_t, StringView> rows[] = {
-      {5, u"Invalid procedure call or argument"},
-      {6, u"Overflow"},
-      {7, u"Out of memory"},
-      {9, u"Subscript out of range"},
-      {13, u"Type mismatch"},
-      {91, u"Object variable not set"},
-      {429, u"Component can't create object"},
-      {438, u"Object doesn't support this property or method"},
-      {450, u"Wrong number of arguments or invalid property assignment"},
-      {457, u"This key is already associated with an element of this collection"},
-  };
-  for (const auto& [number, text] : rows) {
-    EXPECT_EQ(failure_text(number), text);
-    EXPECT_EQ(failure_of([n = number] { fail(FailureNumber{n}); }), number);
-  }
-}
+using testing::failure_of;
 
 // --- text
 
@@ -260,13 +231,13 @@ class Comparison {
 
   void remove() {
     const Variant index = any_index();
-    const std::int32_t place = position(index);
+    const std::int32_t found = position(index);
     std::int32_t removed = 0;
     const std::int32_t failure = failure_of([&] { removed = list_.remove(index); });
-    ASSERT_EQ(failure, place != 0 ? 0 : index.text() == nullptr ? 9 : 5);
-    if (place == 0) return;
-    ASSERT_EQ(removed, naive_[static_cast<std::size_t>(place) - 1].value);
-    naive_.erase(naive_.begin() + place - 1);
+    ASSERT_EQ(failure, found != 0 ? 0 : index.text() == nullptr ? 9 : 5);
+    if (found == 0) return;
+    ASSERT_EQ(removed, naive_[static_cast<std::size_t>(found) - 1].value);
+    naive_.erase(naive_.begin() + found - 1);
   }
 
   void compare() {
@@ -278,9 +249,9 @@ class Comparison {
     }
     for (int i = 0; i < 4; ++i) {
       const Variant index = any_index();
-      const std::int32_t place = position(index);
-      ASSERT_EQ(list_.find_position(index), place);
-      ASSERT_EQ(list_.find(index), place == 0 ? nullptr : &list_.at(place));
+      const std::int32_t found = position(index);
+      ASSERT_EQ(list_.find_position(index), found);
+      ASSERT_EQ(list_.find(index), found == 0 ? nullptr : &list_.at(found));
     }
   }
 

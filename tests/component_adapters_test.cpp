@@ -74,19 +74,18 @@ TEST_F(Component, TemplatesAndDocumentsAreCalledByName) {
       "METHOD Add(BSTR a) METHOD Add(BSTR a, BSTR k) METHOD AddArray(&BSTR[5] a b) METHOD Add(OBJECT, BSTR k) "
       "METHOD FromArray(I4[0] 2 1)");
 
-  const auto number = [](const auto& failure) { return failure ? failure->number : 0; };
   host->answer = u"x";
-  EXPECT_EQ(number(caught([&] { form->PageCount(); })), 13);
-  EXPECT_EQ(number(caught([&] { form->Pages(); })), 13);
-  EXPECT_EQ(number(caught([&] { field->Graded(); })), 13);
-  EXPECT_EQ(number(caught([&] { choices->AsArray(1); })), 13);
+  EXPECT_EQ(failure_of([&] { form->PageCount(); }), 13);
+  EXPECT_EQ(failure_of([&] { form->Pages(); }), 13);
+  EXPECT_EQ(failure_of([&] { field->Graded(); }), 13);
+  EXPECT_EQ(failure_of([&] { choices->AsArray(1); }), 13);
   host->answer = make<clsHEDRO>();
-  EXPECT_EQ(number(caught([&] { form->Pages(); })), 13);
+  EXPECT_EQ(failure_of([&] { form->Pages(); }), 13);
   host->answer = 40000;
-  EXPECT_EQ(number(caught([&] { form->PageCount(); })), 6);
+  EXPECT_EQ(failure_of([&] { form->PageCount(); }), 6);
   host->answer = none;
   EXPECT_FALSE(form->Pages());
-  EXPECT_EQ(number(caught([&] { form->Pages()->Count(); })), 91);
+  EXPECT_EQ(failure_of([&] { form->Pages()->Count(); }), 91);
   host->answer = {};
 }
 

@@ -146,16 +146,16 @@ TEST_F(Component, HandsArgumentsToTheDefaultMember) {
   // `sequence(2)`, with the argument by position, by reference, under its number, and under none that is there.
   const Held<IDispatch> sequence = identity_of(test->Sequences->Item(1));
   std::int32_t two = 2;
-  DISPID place = 0;
+  DISPID id = 0;
   VARIANT argument{};
   put(argument, two);
   EXPECT_EQ(invoke(sequence.get(), DISPID_VALUE, read, {&argument, nullptr, 1, 0}), "I4 2");
   argument.vt = VT_BYREF | VT_I4;
   argument.plVal = &two;
   EXPECT_EQ(invoke(sequence.get(), DISPID_VALUE, read, {&argument, nullptr, 1, 0}), "I4 2");
-  EXPECT_EQ(invoke(sequence.get(), DISPID_VALUE, read, {&argument, &place, 1, 1}), "I4 2");
-  place = 1;
-  EXPECT_EQ(invoke(sequence.get(), DISPID_VALUE, read, {&argument, &place, 1, 1}), "80020004 at 0");
+  EXPECT_EQ(invoke(sequence.get(), DISPID_VALUE, read, {&argument, &id, 1, 1}), "I4 2");
+  id = 1;
+  EXPECT_EQ(invoke(sequence.get(), DISPID_VALUE, read, {&argument, &id, 1, 1}), "80020004 at 0");
   EXPECT_EQ(invoke(sequence.get(), DISPID_VALUE, read, {nullptr, nullptr, 1, 0}), "80070057");
   EXPECT_EQ(recorder.take(), Lines());
 }

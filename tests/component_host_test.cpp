@@ -55,8 +55,6 @@ TEST_F(Component, TheErrorObjectHearsOfAFailure) {
     Lines boxes;
   } rows[] = {
       {answering(u" 12 "), {}},
-      {answering(u"x"), undelivered("13) Type mismatch")},
-      {answering(none), undelivered("13) Type mismatch")},
       {answering(Array<String>::of({u"x"})), undelivered("13) Type mismatch")},
       {answering(70000), undelivered("6) Overflow")},
       {[](auto, auto, auto) { return DISP_E_MEMBERNOTFOUND; },
@@ -320,10 +318,6 @@ TEST_F(Component, MakesObjectsOfTheHostsClasses) {
       {u"WENKtd81.WENKtdQuestion", [&] { return documents.question(document); }},
       {u"WENKtd81.WENKtdObjective", [&] { return documents.objective(document); }},
       {u"WENKtd81.WENKtdOrder", [&] { return documents.order(document); }},
-  };
-  const auto failure_of = [](const auto& create) {
-    const auto failure = caught(create);
-    return failure ? failure->number : 0;
   };
   const auto register_class = [&](const String& name, const Variant& made) {
     const auto factory = Host::create();

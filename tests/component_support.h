@@ -34,9 +34,9 @@ inline std::string hexadecimal(HRESULT code) {
 inline std::string show(BSTR text) { return to_utf8(StringView(text, SysStringLen(text))); }
 
 template <class T>
-T value_at(const void* place) {
+T value_at(const void* address) {
   T result;
-  std::memcpy(&result, place, sizeof result);
+  std::memcpy(&result, address, sizeof result);
   return result;
 }
 
@@ -81,7 +81,7 @@ OwnedVariant owned(const T& value) {
   return result;
 }
 
-// The number of a member, or the result code in the place of it.
+// The number of a member, or else the result code.
 inline DISPID id_of(IDispatch* object, StringView name) {
   String text(name);
   OLECHAR* names[] = {text.data()};
@@ -132,11 +132,11 @@ inline std::string run(IDispatch* object, const Call& call, VARIANT* result = nu
   for (const Variant& argument : call.arguments) values.push_back(owned(argument));
   std::vector<VARIANT> backwards;
   for (auto value = values.rbegin(); value != values.rend(); ++value) backwards.push_back(**value);
-  std::vector<DISPID> places(ids.rbegin(), ids.rend() - 1);
-  if ((call.flags & (put_value | put_reference)) != 0) places.insert(places.begin(), DISPID_PROPERTYPUT);
+  std::vector<DISPID> named(ids.rbegin(), ids.rend() - 1);
+  if ((call.flags & (put_value | put_reference)) != 0) named.insert(named.begin(), DISPID_PROPERTYPUT);
   return invoke(object, ids[0], call.flags,
-                {backwards.data(), places.data(), static_cast<std::uint32_t>(backwards.size()),
-                 static_cast<std::uint32_t>(places.size())},
+                {backwards.data(), named.data(), static_cast<std::uint32_t>(backwards.size()),
+                 static_cast<std::uint32_t>(named.size())},
                 result);
 }
 

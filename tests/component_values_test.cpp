@@ -188,7 +188,7 @@ TEST_F(Component, TellsOfACancelledLoad) {
     EXPECT_EQ(load(by_reference), "80020005 at 0");
     EXPECT_EQ(run(test.get(), {u"LoadXML", method, {String((*path).bstrVal), false}, {u"bVerbose"}}), "BOOL -1");
   }
-  EXPECT_EQ(recorder.take().size(), 14u);  // each load but the silent and the refused ones asked once
+  EXPECT_EQ(recorder.take().size(), 14u);  // each load but the silent and those in error asked once
 }
 
 }  // namespace

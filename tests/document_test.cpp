@@ -126,7 +126,7 @@ TEST(Document, FilesHaveAFixedFormAndDefaults) {
   EXPECT_EQ(written(*read_of<DataDocument>(with_members(R"(,"questions":[{}],"versions":{})"))), file_text("new.ktd"));
 }
 
-TEST(Document, RefusesWhatTheFormatDoesNotAllow) {
+TEST(Document, RejectsWhatTheFormatDoesNotAllow) {
   const ErrorRow rows[] = {
       {R"({"format":"hedro34-form"})", "/format: must be \"hedro34-ktd\"", FileError::Kind::WrongKind},
       {R"({"versions":{"versionMode":2}})", "/versions/versionMode: unknown member"},

@@ -55,7 +55,7 @@ TEST_F(Files, ReadWholeFilesAndParts) {
   EXPECT_EQ(file.read(buffer, 8), 0U);
 }
 
-TEST_F(Files, RefuseWhatCannotBeReadOrWritten) {
+TEST_F(Files, RejectWhatCannotBeReadOrWritten) {
   fs::create_directories(path("locked/inner"));
   for (const char* name : {"fixed", "secret"}) folder_.write(name, "old");
   ASSERT_EQ(::mkfifo(path("pipe").c_str(), 0666), 0);

@@ -225,7 +225,7 @@ TEST(Form, FilesHaveAFixedFormAndDefaults) {
   EXPECT_THAT(written(*lone), ::testing::HasSubstr("\"a\xEF\xBF\xBD😀\xEF\xBF\xBD\""));
 }
 
-TEST(Form, RefusesWhatIsNoJson) {
+TEST(Form, RejectsWhatIsNoJson) {
   ErrorRow rows[] = {
       {"", "1, column 1: not JSON: unexpected end of input; expected '[', '{', or a literal"},
       {"\xEF\xBB{}", "1, column 2: not JSON: invalid BOM; must be 0xEF 0xBB 0xBF if given"},
@@ -241,7 +241,7 @@ TEST(Form, RefusesWhatIsNoJson) {
   expect_errors<FormTemplate>(full, rows);
 }
 
-TEST(Form, RefusesWhatTheFormatDoesNotAllow) {
+TEST(Form, RejectsWhatTheFormatDoesNotAllow) {
   const ErrorRow rows[] = {
       {"1e999", "must be an object, not a fraction"},
       {with_members(",\"pages\":" + std::string(1000000, '[')), "/pages/0: must be an object, not a list"},

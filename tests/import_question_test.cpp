@@ -46,8 +46,8 @@ TEST(AddXMLQuestion, ReadsItsParts) {
        {R"({"type":1,"answers":["True","False","1","2"]})"}},
       {question("<choices>a<x>b</x>\n <!-- c --> <![CDATA[d]]></choices>", "type='yn'"),
        {R"({"type":2,"answers":["Yes","No","a","","d"]})"}},
-      {question("<choices><choice-b>  " + repeated("x", 49) + " 2</choice-b></choices>"),
-       {R"({"answers":[")" + repeated("x", 49) + R"( "]})"}},
+      {question("<choices><choice-b>  " + repeat("x", 49) + " 2</choice-b></choices>"),
+       {R"({"answers":[")" + repeat("x", 49) + R"( "]})"}},
       {question("<answer>C,B</answer><answer>A,C</answer>"), {R"({"correct":[3,2,1]})"}},
       {question("<bi-display-mode/><bi-display-mode Value='tf'>tf</bi-display-mode>", "type='bi'"), {R"({"type":14})"}},
       {question("<answer>T</answer><BI-Display-Mode value='TF'/><answer>T</answer><bi-display-mode value='yn'/>",
@@ -97,13 +97,13 @@ TEST(AddXMLQuestion, AFailureDropsTheQuestionAndNoOther) {
     import.test->ImportObjectives = static_cast<HEDROTestImportObjectives>(15);
     BrittleDocuments documents;
     EXPECT_EQ(import.questions("<question question-id='1'/>" + failing + "<question question-id='3'/>"),
-              (Lines{R"({"id":"1"})", R"({"id":"3"})", refused + "AddXMLQuestion"}))
+              (Lines{R"({"id":"1"})", R"({"id":"3"})", rejected + "AddXMLQuestion"}))
         << failing;
   }
 }
 
 TEST(Info, ReadsPoints) {
-  const std::string zeros = repeated("0", 400);
+  const std::string zeros = repeat("0", 400);
   const std::pair<float, std::vector<std::string>> rows[] = {
       {0.0F, {"", "word 5", ".", "--1", "e5", "\uFF15", "1e-99999999999999999999", "0e99999999999999999999"}},
       {1.0F, {"1,5", "1e-", "1\u0132", zeros + "1", "0." + zeros + "1e401", "1" + zeros + "e-400"}},
@@ -125,7 +125,7 @@ TEST(Info, ReadsPoints) {
 }
 
 TEST(Info, ReadsObjectivesByFlagAndState) {
-  const std::string x50 = repeated("x", 50);
+  const std::string x50 = repeat("x", 50);
   const std::string kinds =
       "<local-standard>C</local-standard><Text-Objective>L</Text-Objective><National-STANDARD>N</National-STANDARD>"
       "<state-OBJECTIVE>S</state-OBJECTIVE><objective>X</objective>";
@@ -197,7 +197,7 @@ TEST(NodeText, KnowsItsVocabulary) {
       EXPECT_EQ(flat_choice("<choice-a>" + inside + "</choice-a>"), row.text) << element;
       BrittleDocuments documents;
       const Lines alone = Import().questions(question("<choices><" + element + " fails='nodeTypedValue'/></choices>"));
-      EXPECT_EQ(alone.back() == refused + "NodeText", row.is_text) << element;
+      EXPECT_EQ(alone.back() == rejected + "NodeText", row.is_text) << element;
     }
   }
 }
@@ -228,7 +228,7 @@ TEST(NodeText, JoinsAndCleansText) {
 TEST(NodeText, QuartersRunsOfBlanksAtEachLevel) {
   const std::array<std::size_t, 4> rows[] = {{1, 1, 1, 1},  {4, 1, 1, 1},  {5, 2, 1, 1},   {8, 2, 1, 1},  {9, 3, 1, 1},
                                              {16, 4, 1, 1}, {17, 5, 2, 1}, {64, 16, 4, 1}, {65, 17, 5, 2}};
-  const auto run = [](std::size_t blanks) { return "a" + repeated(" ", blanks) + "b"; };
+  const auto run = [](std::size_t blanks) { return "a" + repeat(" ", blanks) + "b"; };
   for (const auto& [blanks, one_level, two_levels, three_levels] : rows) {
     EXPECT_EQ(flat_choice(run(blanks)), run(one_level)) << blanks;
     EXPECT_EQ(flat_choice("<choice-a>" + run(blanks) + "</choice-a>"), run(two_levels)) << blanks;
@@ -237,14 +237,14 @@ TEST(NodeText, QuartersRunsOfBlanksAtEachLevel) {
 }
 
 TEST(NodeText, ReadsDeepAndLongTextInOneWalk) {
-  EXPECT_EQ(flat_text(repeated("<b>x", 990) + repeated("</b>", 990)), repeated("x ", 989) + "x");
-  EXPECT_EQ(flat_text(repeated("<b>x</b>", 20'000)), repeated("x ", 19'999) + "x");
-  const std::string words = repeated("word ", 100'000);
+  EXPECT_EQ(flat_text(repeat("<b>x", 990) + repeat("</b>", 990)), repeat("x ", 989) + "x");
+  EXPECT_EQ(flat_text(repeat("<b>x</b>", 20'000)), repeat("x ", 19'999) + "x");
+  const std::string words = repeat("word ", 100'000);
   const auto cost = [&](std::size_t depth) {
     std::clock_t least = std::numeric_limits<std::clock_t>::max();
     for (int i = 0; i < 3; ++i) {
       const std::clock_t before = std::clock();
-      flat_text(repeated("<b>", depth) + words + repeated("</b>", depth));
+      flat_text(repeat("<b>", depth) + words + repeat("</b>", depth));
       least = std::min(least, std::clock() - before);
     }
     return static_cast<double>(least);
@@ -263,7 +263,7 @@ TEST(NodeText, AFailureEmptiesItsLevelOnly) {
   BrittleDocuments documents;
   for (const auto& [content, text] : rows) {
     EXPECT_EQ(Import().questions(question("<text>" + content + "</text><answer>B</answer>")),
-              (Lines{R"({"text":")" + text + R"(","correct":[2]})", refused + "NodeText"}));
+              (Lines{R"({"text":")" + text + R"(","correct":[2]})", rejected + "NodeText"}));
   }
 }
 

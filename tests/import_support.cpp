@@ -60,12 +60,6 @@ class BrittleDocument final : public Brittle<IXMLDOMDocument2> {
 
 }  // namespace
 
-std::string repeated(std::string_view text, std::size_t times) {
-  std::string result;
-  for (std::size_t i = 0; i < times; ++i) result += text;
-  return result;
-}
-
 Lines Import::load_path(const String& path) {
   bool cancelled = false;
   const bool result = test->LoadXML(path, odd_distractors_only, &cancelled, verbose);

@@ -9,8 +9,6 @@ namespace hedro34::testing::examview {
 
 using namespace test_lines;
 
-std::string repeated(std::string_view text, std::size_t times);
-
 // A test, the way in which it is loaded, and a recorder around it.
 struct Import {
   // The result, "cancelled" where the variable was set, and the test; its questions; then boxes and failures.
@@ -35,7 +33,7 @@ inline const std::string partial_box =
     "not supported. All imported test questions will require that all correct answers be selected in order for the "
     "response to be considered correct.";
 inline const std::string duplicate = reported(457, "clsHEDROTestQuestions.Add");
-inline const std::string refused = "1234 The parser refuses: HEDRO34 - clsHEDROTest.";  // before the operation
+inline const std::string rejected = "1234 The parser refuses: HEDRO34 - clsHEDROTest.";  // before the operation
 
 // While it lives, documents are brittle: of the document itself the call named `failing` fails, and an element fails at the
 // call that its attribute `fails` names ("childNodes"; "item" from the second child on).

@@ -18,10 +18,10 @@ std::string letters(const std::string& value) { return "<mc-choice-sequence valu
 
 // A question of no type with so many choices without text.
 std::string with_choices(std::size_t count, const std::string& id = "c") {
-  return "<question question-id='" + id + "'><choices>" + repeated("<choice-a/>", count) + "</choices></question>";
+  return "<question question-id='" + id + "'><choices>" + repeat("<choice-a/>", count) + "</choices></question>";
 }
 
-TEST(LoadXML, AFileThatIsNoTestIsRefusedSilently) {
+TEST(LoadXML, RejectsAFileThatIsNoTestSilently) {
   const std::string inside = "<header><title>T</title></header>" + true_false;
   for (const std::string& xml : {std::string(), "<examview>" + inside, "<ExamView>" + inside + "</ExamView>",
                                  "<e:examview>" + inside + "</e:examview>", "<test>" + file(inside) + "</test>",
@@ -164,7 +164,7 @@ TEST(LoadXML, CutsTheScalesToTheLongestAnswers) {
 TEST(LoadXML, AFailureLeavesWhatWasRead) {
   const std::string content = "<header><version>V</version><title>T</title></header>" + letters("fghij") + true_false +
                               "<question>" + partial + "</question>";
-  const std::string report = refused + "LoadXML";
+  const std::string report = rejected + "LoadXML";
   const std::string header = R"( {"title":"T","version":"V"})";
   const std::pair<String, Lines> rows[] = {
       {u"document", {"False {}", reported(429, "clsHEDROTest.LoadXML")}},
@@ -186,7 +186,7 @@ TEST(LoadXML, AFailureLeavesWhatWasRead) {
   EXPECT_EQ(import.load(file("<header><version>V</version><title fails='nodeTypedValue'/></header>")),
             (Lines{R"(False {"version":"V"})", report}));
   EXPECT_EQ(import.load(file("<mc-choice-sequence fails='attributes'/>" + true_false)),
-            (Lines{"True {}", true_false_line, refused + "PopulateMultipleChoiceScales"}));
+            (Lines{"True {}", true_false_line, rejected + "PopulateMultipleChoiceScales"}));
   import.test->MultipleChoiceOddScale = nullptr;
   EXPECT_FALSE(import.test->LoadXML(import.folder.write("test.xml", file(letters("fghij") + with_choices(1)))));
   EXPECT_EQ(import.recorder.take(), (Lines{reported(91, "clsHEDROTest.PopulateMultipleChoiceScales"),

@@ -12,8 +12,6 @@
 
 namespace hedro34::testing {
 
-std::string repeat(std::string_view text, std::size_t times);
-
 // A file of tests/files: `full` has a value of its own in every member, `new` has the defaults.
 std::string file_text(const std::string& name);
 
@@ -28,9 +26,6 @@ template <class Target>
 std::string written(Target& target) {
   return target.to_json().value_or(to_line(last_file_error()));
 }
-
-// The number of the failure that the statement throws, 0 when it throws none.
-std::int32_t failure_of(const std::function<void()>& statement);
 
 struct ErrorRow {
   std::string file;

@@ -45,6 +45,21 @@ std::int32_t Recorder::Show(StringView text, std::int32_t flags, StringView titl
 
 std::vector<std::string> Recorder::take() { return std::exchange(lines, {}); }
 
+std::string repeat(std::string_view text, std::size_t times) {
+  std::string result;
+  for (std::size_t i = 0; i < times; ++i) result += text;
+  return result;
+}
+
+std::int32_t failure_of(const std::function<void()>& statement) {
+  try {
+    statement();
+  } catch (const Failure& failure) {
+    return failure.number;
+  }
+  return 0;
+}
+
 Folder::Folder() : path_((std::filesystem::temp_directory_path() / "hedro34-XXXXXX").string()) {
   if (::mkdtemp(path_.data()) == nullptr) throw std::runtime_error("no folder for a test: " + path_);
 }

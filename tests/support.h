@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <iosfwd>
 #include <string>
 #include <vector>
@@ -41,10 +42,15 @@ class Recorder : public MessageBox {
 
 using Lines = std::vector<std::string>;
 
-// The line of a failure that was reported at a place such as "clsHEDROTest.Clear".
-inline std::string reported(std::int32_t number, const std::string& place) {
-  return std::to_string(number) + " " + to_utf8(failure_text(number)) + ": HEDRO34 - " + place;
+// The line of a failure that was reported at a location such as "clsHEDROTest.Clear".
+inline std::string reported(std::int32_t number, const std::string& location) {
+  return std::to_string(number) + " " + to_utf8(failure_text(number)) + ": HEDRO34 - " + location;
 }
+
+std::string repeat(std::string_view text, std::size_t times);
+
+// The number of the failure that the statement throws, 0 when it throws none.
+std::int32_t failure_of(const std::function<void()>& statement);
 
 // A folder of its own for one test, removed at its end.
 class Folder {

@@ -225,8 +225,8 @@ class Registry(unittest.TestCase):
                     else:
                         with self.assertRaisesRegex(hedro34.Error, f"{self.path} is damaged .*remove it and register"):
                             hedro34.registered()
-                        refused = f"DllRegisterServer .* cannot be read: {self.path}: ."
-                        with self.assertRaisesRegex(hedro34.Error, refused):
+                        unreadable = f"DllRegisterServer .* cannot be read: {self.path}: ."
+                        with self.assertRaisesRegex(hedro34.Error, unreadable):
                             library.register()
                     self.assertEqual(self.path.read_text(errors="surrogateescape"), text)
 
