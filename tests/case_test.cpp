@@ -5,6 +5,7 @@
 #include <array>
 #include <cstddef>
 #include <fstream>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -20,14 +21,8 @@ TEST(Case, AgreesWithUnicodeDataInEveryUnit) {
 
   for (std::string line; std::getline(data, line);) {
     std::array<std::string, 15> fields;
-    std::size_t field = 0;
-    for (const char c : line) {
-      if (c == ';') {
-        ASSERT_LT(++field, fields.size()) << line;
-      } else {
-        fields[field] += c;
-      }
-    }
+    std::istringstream all(line);
+    for (std::string& field : fields) std::getline(all, field, ';');
     const auto unit = std::stoul(fields[0], nullptr, 16);
     if (unit > 0xFFFF) break;
     for (const std::size_t which : {0U, 1U}) {
