@@ -1,5 +1,5 @@
 // The binary interface as callers meet it that know nothing but slots and offsets: calls that do not fit, identity, function
-// tables, and the component library with its class factories.
+// tables, texts, and the component library with its class factories.
 #include <dlfcn.h>
 
 #include "hedro34/model/clsHEDROTest.h"
@@ -8,7 +8,7 @@
 namespace hedro34::testing::component {
 namespace {
 
-TEST_F(Component, RejectsCallsThatDoNotFit) {
+TEST_F(Component, RefusesCallsThatDoNotFit) {
   const Held<IDispatch> list = identity_of(abc());
   const GUID other = IID_IUnknown;
   VARIANT argument{};
@@ -25,9 +25,9 @@ TEST_F(Component, RejectsCallsThatDoNotFit) {
   EXPECT_EQ(invoke(identity_of(make<clsHEDROTest>()).get(), 0, get, nothing), "80020003");
   EXPECT_EQ(invoke(list.get(), 2, method, {nullptr, nullptr, 1, 0}), "80070057");
   EXPECT_EQ(invoke(list.get(), 2, method, {&argument, nullptr, 1, 1}), "80070057");
-  for (const DISPID position : {4, -1, -3, 0x7FFFFFFF}) {
-    id = position;
-    EXPECT_EQ(invoke(list.get(), 2, method, {&argument, &id, 1, 1}), "80020004 at 0") << position;
+  for (const DISPID place : {4, -1, -3, 0x7FFFFFFF}) {
+    id = place;
+    EXPECT_EQ(invoke(list.get(), 2, method, {&argument, &id, 1, 1}), "80020004 at 0") << place;
   }
 
   EXPECT_EQ(list->GetIDsOfNames(other, names, 1, 0, &id), DISP_E_UNKNOWNINTERFACE);
@@ -65,6 +65,47 @@ TEST_F(Component, AnObjectHasOneIdentity) {
   OwnedVariant third;
   EXPECT_EQ(run(object.get(), {u"YesNoScale", get}, third.get()), "OBJECT");
   EXPECT_EQ(third->pdispVal, given.get());
+}
+
+// A caller without these declarations: slots of the function tables, and texts by their bytes.
+TEST_F(Component, HasTheStandardSlotsAndTexts) {
+  using Function = void (*)();
+  const auto table_of_functions = [](void* object) { return value_at<const Function*>(object); };
+  const Held<IDispatch> held = identity_of(abc());
+  void* const object = held.get();
+  const Function* const slots = table_of_functions(object);
+  void* found = nullptr;
+  EXPECT_EQ(reinterpret_cast<HRESULT (*)(void*, const GUID*, void**)>(slots[0])(object, &IID_IUnknown, &found), S_OK);
+  EXPECT_EQ(found, object);
+  EXPECT_EQ(reinterpret_cast<std::uint32_t (*)(void*)>(slots[1])(object), 3u);
+  EXPECT_EQ(reinterpret_cast<std::uint32_t (*)(void*)>(slots[2])(object), 2u);
+  reinterpret_cast<std::uint32_t (*)(void*)>(slots[2])(object);
+  std::uint32_t count = 7;
+  EXPECT_EQ(reinterpret_cast<HRESULT (*)(void*, std::uint32_t*)>(slots[3])(object, &count), S_OK);
+  EXPECT_EQ(count, 0u);
+  EXPECT_EQ(reinterpret_cast<HRESULT (*)(void*, std::uint32_t, std::uint32_t, void**)>(slots[4])(object, 0, 0, &found),
+            DISP_E_BADINDEX);
+  String name = u"Count";
+  char16_t* names[] = {name.data()};
+  std::int32_t id = 0;
+  EXPECT_EQ(reinterpret_cast<HRESULT (*)(void*, const GUID*, char16_t**, std::uint32_t, std::uint32_t, std::int32_t*)>(
+                slots[5])(object, &IID_NULL, names, 1, 0, &id),
+            S_OK);
+  EXPECT_EQ(id, 1);
+  DISPPARAMS nothing{};
+  unsigned char result[24] = {};
+  EXPECT_EQ(reinterpret_cast<HRESULT (*)(void*, std::int32_t, const GUID*, std::uint32_t, std::uint16_t, void*, void*,
+                                         void*, std::uint32_t*)>(slots[6])(object, id, &IID_NULL, 0, 2, &nothing,
+                                                                           result, nullptr, nullptr),
+            S_OK);
+  EXPECT_EQ(value_at<std::uint16_t>(result), 3);
+  EXPECT_EQ(value_at<std::int32_t>(result + 8), 3);
+
+  const BSTR text = SysAllocStringLen(u"a\0b", 3);
+  const char* const bytes = static_cast<const char*>(static_cast<const void*>(text));
+  EXPECT_EQ(value_at<std::uint32_t>(bytes - 4), 6u);
+  EXPECT_EQ(std::string(bytes, 8), std::string("a\0\0\0b\0\0\0", 8));
+  SysFreeString(text);
 }
 
 // The component as a host loads it.
