@@ -7,7 +7,8 @@
 //       creatable<Correct>(u"{5A65F595-...}", u"{0B85C954-...}", correct, u"The correct answers.", u"Item"), ...};
 //
 // Types come from the C++ member, so that a row cannot say another one. From these tables come calls by name, the interface
-// definition, the reference page and the types of the Python client.
+// definition, the reference page and the types of the Python client, which `hedro34_tables` writes. A member is called by its
+// position, so a new row goes to the end.
 #pragma once
 
 #include <array>

@@ -35,7 +35,7 @@ Ref<IXMLDOMNode> attribute(const Ref<IXMLDOMNode>& node, StringView name) { retu
 
 String element_text(const Ref<IXMLDOMNode>& node) { return to_text(node->nodeTypedValue()); }
 
-// The first letter decides between answers 1 and 2.
+// T or F, Y or N: the very first character, in either case, decides between answers 1 and 2; any other gives no answer.
 void read_either(clsHEDROTestQuestion& question, StringView text, char16_t first, char16_t second) {
   const char16_t letter = text.empty() ? u'\0' : upper(text.front());
   if (letter == first) question.CorrectAnswers->Add(1);
@@ -50,6 +50,7 @@ void read_letters(clsHEDROTestQuestion& question, StringView text) {
   });
 }
 
+// By the type that is known when the element comes: one that `bi-display-mode` names later does not read it again.
 void read_answer(clsHEDROTestQuestion& question, const Ref<IXMLDOMNode>& node) {
   const String text = element_text(node);
   switch (question.QuestionType) {

@@ -24,6 +24,9 @@ class MergeRun {
   bool walk_fields();
   void add_subjective_questions();
 
+  // From the last page, region and field on, through all regions: a graded field of a continuation counts here but not in
+  // `GradedQuestionCount`, so the numbers may still differ behind it, which `fit_graded_fields` refuses. `SequenceQuestion` is
+  // lowered by each field at or before it.
   void ungrade_last_fields(std::int32_t surplus);
   bool visit_field(TIBRegion& region, const Ref<TIBQuestion>& field);
   bool take_question(TIBRegion& region, TIBQuestion& field, WENKtdQuestion& question);
