@@ -36,7 +36,7 @@ inline std::string show(BSTR text) { return to_utf8(StringView(text, SysStringLe
 template <class T>
 T value_at(const void* address) {
   T result;
-  std::memcpy(&result, address, sizeof result);
+  std::memcpy(&result, address, sizeof(T));  // NOLINT(bugprone-sizeof-expression): T may be a pointer
   return result;
 }
 

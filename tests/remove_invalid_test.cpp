@@ -41,7 +41,7 @@ std::string all_of(const Lines& lines) {
 
 // A test with a question for each letter, "a" for the type 0 and so on, "`" for -1; letter and position are its ID.
 Ref<clsHEDROTest> test_of_types(const std::string& letters) {
-  const auto test = test_of({}, u"version");
+  auto test = test_of({}, u"version");
   for (std::size_t i = 0; i < letters.size(); ++i) {
     auto question = make<clsHEDROTestQuestion>();
     question->ID = from_utf8(letters[i] + std::to_string(i + 1));

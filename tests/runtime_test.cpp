@@ -58,7 +58,7 @@ class ErrorObject : public Object {
   explicit ErrorObject(
       World& world, Method method = [](auto) { return std::int16_t{0}; })
       : world_(world), method_(std::move(method)) {}
-  ~ErrorObject() override { world_.lines.push_back("released"); }
+  ~ErrorObject() override { world_.lines.emplace_back("released"); }
 
   Variant Call(StringView name, std::span<Variant> arguments) override {
     std::string line = to_utf8(name);

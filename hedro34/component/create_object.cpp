@@ -39,8 +39,8 @@ OpenLibraries& open_libraries() {
   return libraries;
 }
 
-HRESULT library_error(HRESULT result, FileError::Kind kind, const String& path, std::string reason) {
-  set_file_error(kind, path, std::move(reason));
+HRESULT library_error(HRESULT result, FileError::Kind kind, const String& path, std::string_view reason) {
+  set_file_error(kind, path, reason);
   return result;
 }
 
@@ -61,7 +61,7 @@ HRESULT class_object_function(const String& path, ClassObjectFunction*& function
     const char* error = ::dlerror();
     std::string reason = error != nullptr ? error : "the library cannot be opened";
     if (reason.starts_with(name + ": ")) reason.erase(0, name.size() + 2);
-    return library_error(binary::CO_E_DLLNOTFOUND, FileError::Kind::Unreadable, path, std::move(reason));
+    return library_error(binary::CO_E_DLLNOTFOUND, FileError::Kind::Unreadable, path, reason);
   }
   function = reinterpret_cast<ClassObjectFunction*>(::dlsym(library.get(), "DllGetClassObject"));
   if (function == nullptr) {

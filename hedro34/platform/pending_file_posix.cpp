@@ -104,10 +104,8 @@ class Folder {
   }
 
   int number() const noexcept { return descriptor_.number(); }
-  auto operator<=>(const Folder& other) const noexcept {
-    return std::pair(device_, inode_) <=> std::pair(other.device_, other.inode_);
-  }
-  bool operator==(const Folder& other) const noexcept { return (*this <=> other) == 0; }
+  bool operator<(const Folder& other) const noexcept { return identity() < other.identity(); }
+  bool operator==(const Folder& other) const noexcept { return identity() == other.identity(); }
 
   // Makes the names in it survive a loss of power. What was renamed is in place whatever becomes of this.
   void flush_names() const {
@@ -124,6 +122,8 @@ class Folder {
   }
 
  private:
+  std::pair<dev_t, ino_t> identity() const noexcept { return {device_, inode_}; }
+
   Descriptor descriptor_;
   dev_t device_ = 0;
   ino_t inode_ = 0;

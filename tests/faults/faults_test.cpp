@@ -140,7 +140,7 @@ class EndlessTemplate : public TIBTemplate {
 };
 
 TEST(Faults, AnOverflowIsReportedByItsOperationOnASmallStackToo) {
-  for (const std::size_t kilobytes : {64, 128, 256}) {
+  for (const std::size_t kilobytes : {64U, 128U, 256U}) {
     SCOPED_TRACE(kilobytes);
     on_thread(kilobytes * 1024, [] {
       Recorder recorder;
