@@ -8,6 +8,7 @@
 #include <tuple>
 
 #include "hedro34/import/BuildTestFromKTD.h"
+#include "tests/failing_allocation.h"
 #include "tests/failing_host.h"
 #include "tests/test_lines.h"
 
@@ -379,6 +380,27 @@ TEST(LoadKTD, ReportsAFailingDocument) {
     EXPECT_EQ(lines[1], before[1]);  // scales come last
     EXPECT_TRUE(std::equal(lines.begin() + 2, lines.end(), all.begin() + 2, all.begin() + std::ssize(lines)));
   }
+}
+
+TEST(LoadKTD, ReportsMemoryThatRunsOut) {
+  const Folder folder;
+  const String path = folder.path("unit.ktd");
+  ASSERT_TRUE(document_of({{"questions", {graded({"A", "B"}, {"A"})}}})->Save(path));
+  std::size_t failed = 0;
+  for (bool came = true; came;) {
+    Recorder recorder;
+    const auto test = make<clsHEDROTest>();
+    bool loaded = false;
+    {
+      const FailingAllocation failing(static_cast<int>(failed + 1));
+      loaded = test->LoadKTD(path);
+      came = FailingAllocation::came();
+    }
+    failed += came ? 1 : 0;
+    EXPECT_EQ(recorder.take().empty(), !came) << failed;  // the file itself is sound
+    EXPECT_TRUE(loaded || came);
+  }
+  EXPECT_GT(failed, 20U);
 }
 
 }  // namespace
