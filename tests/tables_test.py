@@ -17,7 +17,8 @@ def printed(what):
 
 class Tables(unittest.TestCase):
     def test_written_files_are_current(self):
-        for what, name in (("reference", "docs/interfaces.md"), ("python", "clients/python/hedro34/_classes.py")):
+        for what, name in (("reference", "docs/interfaces.md"), ("python", "clients/python/hedro34/_classes.py"),
+                           ("idl", "hedro34/component/HEDRO34.idl")):
             with self.subTest(name):
                 current = (SOURCES / name).read_text(encoding="utf-8")
                 self.assertTrue(printed(what) == current, f"{name} is out of date: hedro34_tables {what} > {name}")

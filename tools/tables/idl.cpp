@@ -67,7 +67,7 @@ void print_class(std::ostream& out, const ClassTable& table) {
 }  // namespace
 
 void print_idl(std::ostream& out) {
-  out << "// Written by the target `idl` from the member tables of the component.\n\nimport \"oaidl.idl\";\n\n[uuid("
+  out << "// Written from the member tables of the component: hedro34_tables idl > hedro34/component/HEDRO34.idl\n\nimport \"oaidl.idl\";\n\n[uuid("
       << identifier(type_library_id) << "), version(" << type_library_major << "." << type_library_minor << "), lcid("
       << type_library_locale << ")]\nlibrary " << utf8(type_library_name) << "\n{\n  importlib(\"stdole2.tlb\");\n\n";
   for (const ClassTable& table : library_classes()) out << "  dispinterface _" << utf8(table.name) << ";\n";

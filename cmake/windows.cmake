@@ -1,0 +1,87 @@
+# What a build for Windows needs beside the sources: libraries that Debian has for its own system only, and resources. What it
+# makes are one DLL and one program, with nothing beside them.
+
+# Windows 10; the system's own headers with no more than is asked for, and wide characters.
+add_compile_definitions(_WIN32_WINNT=0x0A00 WIN32_LEAN_AND_MEAN NOMINMAX UNICODE _UNICODE)
+add_link_options(-static)
+if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+  add_link_options(-Wl,--large-address-aware)
+endif()
+set(windows_libraries ole32 oleaut32 advapi32 shell32 user32)
+
+# expat, from the source package of the Debian version that ships now. Its own build files, as patched there, are for Debian.
+set(HEDRO34_EXPAT_SOURCE ${PROJECT_SOURCE_DIR}/build/sources/expat CACHE PATH "The unpacked source of expat")
+execute_process(COMMAND ${PROJECT_SOURCE_DIR}/scripts/debian-source expat ${HEDRO34_EXPAT_SOURCE}
+                COMMAND_ERROR_IS_FATAL ANY)
+file(READ ${HEDRO34_EXPAT_SOURCE}/debian-version expat_version)
+string(STRIP "${expat_version}" expat_version)
+message(STATUS "expat ${expat_version}, from its source")
+set(expat ${HEDRO34_EXPAT_SOURCE}/expat/lib)
+add_library(expat STATIC ${expat}/xmlparse.c ${expat}/xmlrole.c ${expat}/xmltok.c)
+# As Debian configures it. A definition without a value, as its own template has them, does not compile.
+file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/expat/expat_config.h CONTENT "#define BYTEORDER 1234
+#define XML_CONTEXT_BYTES 1024
+#define XML_DTD 1
+#define XML_GE 1
+#define XML_NS 1
+")
+target_compile_definitions(expat PUBLIC XML_STATIC)
+target_compile_options(expat PRIVATE -w)
+target_include_directories(expat PRIVATE ${PROJECT_BINARY_DIR}/expat)
+target_include_directories(expat SYSTEM PUBLIC ${expat})
+add_library(EXPAT::EXPAT ALIAS expat)
+
+# Headers that are the same on every system. Debian's folder as a whole would bring those of its C library as well.
+set(shared_headers ${PROJECT_BINARY_DIR}/shared-headers)
+file(MAKE_DIRECTORY ${shared_headers})
+foreach(package nlohmann CLI)
+  if(NOT EXISTS /usr/include/${package})
+    message(FATAL_ERROR "/usr/include/${package} is missing; scripts/setup windows installs it")
+  endif()
+  file(CREATE_LINK /usr/include/${package} ${shared_headers}/${package} SYMBOLIC)
+endforeach()
+foreach(target nlohmann_json::nlohmann_json CLI11::CLI11)
+  add_library(${target} INTERFACE IMPORTED)
+  target_include_directories(${target} SYSTEM INTERFACE ${shared_headers})
+endforeach()
+
+# GoogleTest, from the source that Debian's package brings.
+if(HEDRO34_BUILD_TESTS)
+  set(INSTALL_GTEST OFF)
+  set(CMAKE_POLICY_DEFAULT_CMP0077 NEW)
+  add_subdirectory(/usr/src/googletest ${PROJECT_BINARY_DIR}/googletest EXCLUDE_FROM_ALL SYSTEM)
+endif()
+
+# The type library, from the interface definition that the member tables print.
+find_program(WIDL_PROGRAM ${mingw}-widl REQUIRED)
+file(GLOB standard_library /usr/lib/*/wine/x86_64-windows/stdole2.tlb)
+if(NOT standard_library)
+  message(FATAL_ERROR "stdole2.tlb, the standard types of type libraries, is missing; scripts/setup windows installs it")
+endif()
+cmake_path(GET standard_library PARENT_PATH standard_library)
+set(definition ${PROJECT_SOURCE_DIR}/hedro34/component/HEDRO34.idl)
+set(type_library ${PROJECT_BINARY_DIR}/HEDRO34.tlb)
+add_custom_command(OUTPUT ${type_library}
+  COMMAND ${WIDL_PROGRAM} -t -I/usr/include/wine/wine/windows -L${standard_library} -o ${type_library} ${definition}
+  DEPENDS ${definition} VERBATIM)
+
+enable_language(RC)
+
+# Version and type library of the component; version of the program, which asks for paths of any length.
+function(hedro34_resources target description)
+  set(file ${PROJECT_BINARY_DIR}/${target}.rc)
+  set(HEDRO34_DESCRIPTION ${description})
+  get_target_property(type ${target} TYPE)
+  if(type STREQUAL SHARED_LIBRARY)
+    set(HEDRO34_FILE HEDRO34.dll)
+    set(HEDRO34_FILE_TYPE VFT_DLL)
+    set(HEDRO34_CONTENT "1 TYPELIB \"${type_library}\"")
+    set_property(SOURCE ${file} PROPERTY OBJECT_DEPENDS ${type_library})
+  else()
+    set(HEDRO34_FILE hedro34.exe)
+    set(HEDRO34_FILE_TYPE VFT_APP)
+    set(HEDRO34_CONTENT "1 24 \"${PROJECT_SOURCE_DIR}/host/hedro34.manifest\"")
+  endif()
+  configure_file(${PROJECT_SOURCE_DIR}/cmake/resources.rc.in ${file} @ONLY)
+  target_sources(${target} PRIVATE ${file})
+endfunction()
