@@ -1,5 +1,5 @@
-// Files as the library reads them. A path is a text, UTF-8 for the system. Where the platform's own separator is "/", a path
-// that names no file as it stands is tried once more with every "\" read as "/". A failure leaves its reason in
+// Files as the library reads them. A path is a text, UTF-8 for a system whose paths are bytes. Where the system's separator is
+// "/" alone, a path that names no file as it stands is tried once more with every "\" read as "/". A failure leaves its reason in
 // `last_file_error()`; a success leaves the file error as it was. Memory that runs out is thrown. Files are written through
 // pending_file.h.
 #pragma once
@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "hedro34/base/text.h"
 #include "hedro34/platform/file_error.h"
@@ -29,8 +30,8 @@ class InputFile {
   std::uint64_t size() const noexcept { return size_; }  // bytes, as the system gave it at opening; 0 when it has none
 
  private:
-  InputFile(int descriptor, std::uint64_t size, StringView path) : descriptor_(descriptor), size_(size), path_(path) {}
-  int descriptor_;
+  InputFile(std::intptr_t file, std::uint64_t size, StringView path) : file_(file), size_(size), path_(path) {}
+  std::intptr_t file_;  // the system's number for it
   std::uint64_t size_;
   String path_;
 };
@@ -51,10 +52,14 @@ class SpooledInput {
   const String& path() const noexcept { return path_; }  // for this process and as long as this object lives
 
  private:
-  explicit SpooledInput(int descriptor);
-  int descriptor_;
+  SpooledInput(std::intptr_t file, String path) : file_(file), path_(std::move(path)) {}
+  std::intptr_t file_;  // the system's number for it
   String path_;
 };
+
+// What a path names, as a load would find it; Nothing as well where the system does not tell.
+enum class FileKind { Nothing, Regular, Folder, Other };
+FileKind kind_of(StringView path);
 
 // True when both paths name one file, be it there already or not: equal texts, equal after resolving ".", "..", links and
 // "\", or the same file under two names.

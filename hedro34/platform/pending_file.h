@@ -1,5 +1,6 @@
-// Files as the library writes them: whole or not at all, alone or several together. A path that names no file as it stands
-// is tried once more with every "\" read as "/", and a new file is written under that name. A failure leaves its reason in
+// Files as the library writes them: whole or not at all, alone or several together. Where the system's separator is "/" alone,
+// a path that names no file as it stands is tried once more with every "\" read as "/", and a new file is written under that
+// name. A failure leaves its reason in
 // `last_file_error()`; a success leaves the file error as it was. Memory that runs out is thrown, before anything has changed.
 //
 //   std::vector<PendingFile> files;
@@ -12,6 +13,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -47,16 +49,13 @@ class PendingFile {
   bool commit();
 
  private:
+  struct Parts;
   friend bool commit_together(std::span<PendingFile> files);
 
-  PendingFile(std::string target, StringView path);
-  bool replace() noexcept;  // the renaming alone; the reason is the system's
-  static std::optional<PendingFile> former(const PendingFile& file, bool& is_there);  // what stands at its target
+  explicit PendingFile(std::unique_ptr<Parts> parts) noexcept;
+  static std::optional<PendingFile> former(const Parts& file, bool& is_there);  // what stands at its target
 
-  std::string temporary_;  // empty when there is nothing to remove
-  std::string target_;
-  String path_;
-  int lock_ = -1;  // a descriptor that holds a lock on the temporary file, the sign that its writer lives; -1: none
+  std::unique_ptr<Parts> parts_;
 };
 
 // Renames several files over their targets, in their order, all or none: when one cannot be renamed, those before it are
