@@ -10,7 +10,7 @@
 #include "hedro34/component/host_document.h"
 #include "hedro34/component/host_template.h"
 #include "hedro34/platform/file_error.h"
-#include "hedro34/platform/message_box.h"
+#include "hedro34/platform/system_user.h"
 #include "hedro34/platform/platform.h"
 
 namespace hedro34 {
@@ -182,7 +182,7 @@ class HostFactories final : public TemplateFactory, public DocumentFactory {
 }  // namespace
 
 std::int32_t MessageBoxObject::Show(StringView sText, std::int32_t lFlags, StringView sTitle) {
-  return TerminalMessageBox().Show(sText, lFlags, sTitle);
+  return system::default_message_box().Show(sText, lFlags, sTitle);
 }
 
 Ref<Object> PlatformObject::MessageBox() {

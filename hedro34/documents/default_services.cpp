@@ -3,16 +3,11 @@
 #include "hedro34/base/failure.h"
 #include "hedro34/documents/data_document.h"
 #include "hedro34/documents/form_template.h"
-#include "hedro34/platform/message_box.h"
+#include "hedro34/platform/system_user.h"
 #include "hedro34/xml/expat_document.h"
 
 namespace hedro34 {
 namespace {
-
-class NoScreen : public Screen {
- public:
-  void SetMousePointer(std::int32_t) override {}
-};
 
 class StandardErrorTexts : public ErrorTexts {
  public:
@@ -22,11 +17,13 @@ class StandardErrorTexts : public ErrorTexts {
 }  // namespace
 
 Platform& platform() noexcept {
-  static TerminalMessageBox message_box;
-  static NoScreen screen;
   static StandardErrorTexts error_texts;
-  static Platform services = {&message_box,       &screen,         &error_texts,
-                              &expat_documents(), &form_objects(), &data_objects()};
+  static Platform services = {&system::default_message_box(),
+                              &system::default_screen(),
+                              &error_texts,
+                              &expat_documents(),
+                              &form_objects(),
+                              &data_objects()};
   return services;
 }
 

@@ -1,9 +1,9 @@
 #include "hedro34/platform/message_box.h"
 
-#include <unistd.h>
-
 #include <iostream>
 #include <string>
+
+#include "hedro34/platform/system_user.h"
 
 namespace hedro34 {
 
@@ -35,7 +35,7 @@ std::string box_as_lines(StringView text, StringView title) {
 std::int32_t TerminalMessageBox::Show(StringView text, std::int32_t flags, StringView title) {
   std::cerr << box_as_lines(text, title) << std::flush;
   if ((flags & box_buttons_mask) != box_ok_cancel) return answer_ok;
-  if (isatty(STDIN_FILENO) == 0) return answer_cancel;
+  if (!system::standard_input_is_terminal()) return answer_cancel;
   std::cerr << "OK or Cancel? [o/C] " << std::flush;
   std::string answer;
   if (!std::getline(std::cin, answer)) std::cerr << std::endl;

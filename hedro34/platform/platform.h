@@ -31,8 +31,8 @@ class ErrorTexts {
 };
 
 struct Platform {
-  MessageBox* message_box;            // default: standard error
-  Screen* screen;                     // default: a terminal has no pointer, nothing happens
+  MessageBox* message_box;            // default: standard error; on Windows a box of the system
+  Screen* screen;                     // default: a terminal has no pointer, nothing happens; on Windows the system's
   ErrorTexts* error_texts;            // default: `failure_text`
   XmlDocumentFactory* xml_documents;  // default: `ExpatDocument`
   TemplateFactory* template_objects;  // default: `FormRegion`
