@@ -1,0 +1,78 @@
+#!/usr/bin/env python3
+"""Runs commands with the program of this system and with the one for Windows, and compares all that comes out, byte for byte:
+compare.py NATIVE_PROGRAM WINDOWS_COMMAND..."""
+
+import os
+import pathlib
+import subprocess
+import sys
+import tempfile
+
+SOURCES = pathlib.Path(__file__).resolve().parent.parent.parent
+NATIVE, WINDOWS = [os.path.abspath(sys.argv[1])], sys.argv[2:]
+OUTPUTS = ("--form-out", "merged.form.json", "--document-out", "merged.ktd", "--messages", "messages.jsonl")
+
+
+def merges():
+    """Every test of the samples with every form that stands beside it, the good ones and the refused ones."""
+    for form in sorted(SOURCES.glob("examples/**/*.form.json")) + sorted(SOURCES.glob("tests/whole/*[!t].form.json")):
+        tests = [path for path in sorted(form.parent.glob("*.xml")) + sorted(form.parent.glob("*.ktd"))]
+        for test in tests:
+            for options in ((), ("--objectives", "all", "--state", "CA"), ("--partial-credit", "ok", "--keep-going"),
+                            ("--partial-credit", "ok", "--quiet", "--max-questions", "8")):
+                yield ["merge", *options, "--form", form, *OUTPUTS, test]
+    versions = SOURCES / "examples/versions"
+    good = [versions / f"unit-{letter}.xml" for letter in "abcd"]
+    together = ["merge", "--form", versions / "unit.form.json", "--sequence-question", "1", *OUTPUTS]
+    yield [*together, *good]
+    for refused in sorted(versions.glob("refused-*.xml")):
+        yield [*together, good[0], refused]
+
+
+def commands():
+    for path in sorted(SOURCES.glob("examples/**/*.*")) + sorted(SOURCES.glob("tests/whole/*.*")):
+        if path.suffix in (".xml", ".json", ".ktd"):
+            yield ["show", "--partial-credit", "ok", path]
+            yield ["show", "--json", "--partial-credit", "ok", "--objectives", "all", path]
+    yield from merges()
+    yield ["form", "--questions", "50", "--versions", "A,B", "--out", "blank.form.json"]
+    yield ["form", "--questions", "3", "--out", "-"]
+    yield ["form"]
+    yield ["show", "missing.xml"]
+    yield ["show", SOURCES]
+    yield ["show", "/version"]
+    yield ["merge", "--form", "missing.json", *OUTPUTS, "missing.xml"]
+    yield ["merge", "--form", SOURCES / "examples/biology.form.json", "--form-out", "missing/folder.json", "--document-out",
+           "merged.ktd", SOURCES / "examples/biology.xml"]
+    yield ["--version"]
+    yield ["--help"]
+    yield ["merge", "--help"]
+
+
+def outcome(program, command):
+    with tempfile.TemporaryDirectory() as folder:
+        done = subprocess.run([*program, *map(str, command)], cwd=folder, stdin=subprocess.DEVNULL, capture_output=True,
+                              timeout=300, check=False)
+        files = {path.name: path.read_bytes() for path in pathlib.Path(folder).rglob("*") if path.is_file()}
+    return {"exit code": done.returncode, "standard output": done.stdout, "standard error": done.stderr, **files}
+
+
+def main():
+    count, different, written = 0, 0, 0
+    for command in commands():
+        expected, found = outcome(NATIVE, command), outcome(WINDOWS, command)
+        count += 1
+        written += len(expected) - 3
+        if expected == found:
+            continue
+        different += 1
+        print("DIFFERENT: hedro34", *command)
+        for name in expected | found:
+            if expected.get(name) != found.get(name):
+                print(f"  {name}:\n    here    {str(expected.get(name))[:600]}\n    Windows {str(found.get(name))[:600]}")
+    print(f"{count} commands, {written} files, {different} different")
+    sys.exit(1 if different or written < 100 else 0)
+
+
+if __name__ == "__main__":
+    main()
