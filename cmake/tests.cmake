@@ -21,7 +21,7 @@ if(test_sources)
   if(NOT MSVC)
     set_source_files_properties(tests/json.cpp PROPERTIES COMPILE_OPTIONS -O0)  # the JSON library is nobody's subject here
   endif()
-  set_source_files_properties(tests/class_registry_test.cpp PROPERTIES
+  set_source_files_properties(tests/class_registry_posix_test.cpp PROPERTIES
     COMPILE_DEFINITIONS HEDRO34_TEST_COMPONENT="$<TARGET_FILE:hedro34_test_component>")
   set_source_files_properties(tests/component_binary_test.cpp PROPERTIES
     COMPILE_DEFINITIONS HEDRO34_COMPONENT="$<TARGET_FILE:hedro34_component>")

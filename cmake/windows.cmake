@@ -7,7 +7,7 @@ add_link_options(-static)
 if(CMAKE_SIZEOF_VOID_P EQUAL 4)
   add_link_options(-Wl,--large-address-aware)
 endif()
-set(windows_libraries ole32 oleaut32 advapi32 shell32 user32)
+set(windows_libraries ntdll ole32 oleaut32 advapi32 shell32 user32)
 
 # expat, from the source package of the Debian version that ships now. Its own build files, as patched there, are for Debian.
 set(HEDRO34_EXPAT_SOURCE ${PROJECT_SOURCE_DIR}/build/sources/expat CACHE PATH "The unpacked source of expat")

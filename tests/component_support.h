@@ -149,21 +149,21 @@ class Host final : public IDispatch {
 
   static Held<Host> create() { return Held<Host>(std::make_unique<Host>().release()); }
 
-  HRESULT QueryInterface(const GUID& iid, void** object) override {
+  HRESULT HEDRO34_CALL QueryInterface(const GUID& iid, void** object) override {
     const bool known = agreeable || iid == IID_IUnknown || iid == IID_IDispatch;
     *object = known ? this : nullptr;
     if (known) AddRef();
     return known ? S_OK : E_NOINTERFACE;
   }
-  std::uint32_t AddRef() override { return ++count; }
-  std::uint32_t Release() override {
+  std::uint32_t HEDRO34_CALL AddRef() override { return ++count; }
+  std::uint32_t HEDRO34_CALL Release() override {
     const std::uint32_t left = --count;
     if (left == 0) std::unique_ptr<Host>(this).reset();
     return left;
   }
-  HRESULT GetTypeInfoCount(std::uint32_t*) override { return E_NOTIMPL; }
-  HRESULT GetTypeInfo(std::uint32_t, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-  HRESULT GetIDsOfNames(const GUID&, OLECHAR** wanted, std::uint32_t, LCID, DISPID* ids) override {
+  HRESULT HEDRO34_CALL GetTypeInfoCount(std::uint32_t*) override { return E_NOTIMPL; }
+  HRESULT HEDRO34_CALL GetTypeInfo(std::uint32_t, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+  HRESULT HEDRO34_CALL GetIDsOfNames(const GUID&, OLECHAR** wanted, std::uint32_t, LCID, DISPID* ids) override {
     const std::string name = to_utf8(wanted[0]);
     if (!members.contains(name) && closed) return DISP_E_UNKNOWNNAME;
     const auto found = std::find(names_.begin(), names_.end(), name);
@@ -171,8 +171,8 @@ class Host final : public IDispatch {
     if (found == names_.end()) names_.push_back(name);
     return S_OK;
   }
-  HRESULT Invoke(DISPID id, const GUID&, LCID, std::uint16_t flags, DISPPARAMS* parameters, VARIANT* result,
-                 EXCEPINFO* exception, std::uint32_t*) override {
+  HRESULT HEDRO34_CALL Invoke(DISPID id, const GUID&, LCID, std::uint16_t flags, DISPPARAMS* parameters,
+                              VARIANT* result, EXCEPINFO* exception, std::uint32_t*) override {
     const std::string name = names_[static_cast<std::size_t>(id)];
     static const char* const kinds[] = {"", "METHOD ", "GET ", "", "PUT ", "", "", "", "PUTREF "};
     std::string line = (flags == (method | get) ? "" : kinds[flags]) + name + "(";

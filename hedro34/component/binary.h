@@ -1,18 +1,28 @@
 // The binary interface between a component and its callers, in any language: interfaces that are tables of functions,
 // identifiers of 128 bits, result codes, texts with their length in front, variants and arrays with lower bounds. Names,
-// values and layouts are the standard ones on 64-bit systems, where functions take their arguments as C functions do. They
-// stand here for every system; one that has these services is served by a binary.cpp that calls its own for texts, arrays
-// and variants, since memory crosses the boundary.
+// values and layouts are the standard ones, with pointers of 8 and of 4 bytes. They stand here for every system, so that no
+// header of a system's is needed beside them; functions take their arguments as the system's own components do.
 //
-// Memory that passes from one side to the other, where the system has no functions for it: a text is a block of `malloc` with
-// 4 unused bytes, the length in bytes (32-bit), the 16-bit units and a zero unit; the pointer names the first unit, so the
-// block starts 8 bytes before it. An array is two blocks of `malloc`, the descriptor and the elements. Who gets one frees it.
+// Memory crosses the boundary, so a system that has functions for texts, arrays and variants does that work
+// (binary_windows.cpp, which holds all that stands here against the system's headers). Elsewhere (binary_posix.cpp) a text
+// is a block of `malloc` with 4 unused bytes, the length in bytes (32-bit), the 16-bit units and a zero unit; the pointer
+// names the first unit, so the block starts 8 bytes before it. An array is two blocks of `malloc`, the descriptor and the
+// elements. Who gets one frees it.
 #pragma once
 
 #include <array>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
+
+// How functions of the interfaces, and the functions that a component library shows, are called.
+#ifdef _WIN32
+#define HEDRO34_CALL __stdcall
+#define HEDRO34_EXPORT extern "C"  // a .def file names them
+#else
+#define HEDRO34_CALL
+#define HEDRO34_EXPORT extern "C" [[gnu::visibility("default")]]
+#endif
 
 namespace hedro34::binary {
 
@@ -36,13 +46,13 @@ struct GUID {
 };
 
 struct IDispatch;
-struct ITypeInfo;  // no object here has one
+struct ITypeInfo;  // the system's own, where it has type libraries
 struct VARIANT;
 
 struct IUnknown {
-  virtual HRESULT QueryInterface(const GUID& iid, void** object) = 0;
-  virtual std::uint32_t AddRef() = 0;
-  virtual std::uint32_t Release() = 0;
+  virtual HRESULT HEDRO34_CALL QueryInterface(const GUID& iid, void** object) = 0;
+  virtual std::uint32_t HEDRO34_CALL AddRef() = 0;
+  virtual std::uint32_t HEDRO34_CALL Release() = 0;
 
  protected:
   ~IUnknown() = default;
@@ -116,44 +126,53 @@ struct EXCEPINFO {
   BSTR bstrHelpFile;
   std::uint32_t dwHelpContext;
   void* pvReserved;
-  HRESULT (*pfnDeferredFillIn)(EXCEPINFO*);
+  HRESULT(HEDRO34_CALL* pfnDeferredFillIn)(EXCEPINFO*);
   HRESULT scode;
 };
 
 struct IDispatch : IUnknown {
-  virtual HRESULT GetTypeInfoCount(std::uint32_t* count) = 0;
-  virtual HRESULT GetTypeInfo(std::uint32_t index, LCID locale, ITypeInfo** info) = 0;
-  virtual HRESULT GetIDsOfNames(const GUID& iid, OLECHAR** names, std::uint32_t count, LCID locale, DISPID* ids) = 0;
-  virtual HRESULT Invoke(DISPID id, const GUID& iid, LCID locale, std::uint16_t flags, DISPPARAMS* arguments,
-                         VARIANT* result, EXCEPINFO* exception, std::uint32_t* bad_argument) = 0;
+  virtual HRESULT HEDRO34_CALL GetTypeInfoCount(std::uint32_t* count) = 0;
+  virtual HRESULT HEDRO34_CALL GetTypeInfo(std::uint32_t index, LCID locale, ITypeInfo** info) = 0;
+  virtual HRESULT HEDRO34_CALL GetIDsOfNames(const GUID& iid, OLECHAR** names, std::uint32_t count, LCID locale,
+                                             DISPID* ids) = 0;
+  virtual HRESULT HEDRO34_CALL Invoke(DISPID id, const GUID& iid, LCID locale, std::uint16_t flags,
+                                      DISPPARAMS* arguments, VARIANT* result, EXCEPINFO* exception,
+                                      std::uint32_t* bad_argument) = 0;
 
  protected:
   ~IDispatch() = default;
 };
 
 struct IClassFactory : IUnknown {
-  virtual HRESULT CreateInstance(IUnknown* outer, const GUID& iid, void** object) = 0;
-  virtual HRESULT LockServer(std::int32_t lock) = 0;
+  virtual HRESULT HEDRO34_CALL CreateInstance(IUnknown* outer, const GUID& iid, void** object) = 0;
+  virtual HRESULT HEDRO34_CALL LockServer(std::int32_t lock) = 0;
 
  protected:
   ~IClassFactory() = default;
 };
 
-// Layouts that callers rely on.
-static_assert(sizeof(void*) == 8);
+// Layouts that callers rely on, by the size of a pointer.
+inline constexpr std::size_t pointer_size = sizeof(void*);
+static_assert(pointer_size == 8 || pointer_size == 4);
 static_assert(sizeof(GUID) == 16 && alignof(GUID) == 4);
 static_assert(sizeof(SAFEARRAYBOUND) == 8 && offsetof(SAFEARRAYBOUND, lLbound) == 4);
-static_assert(sizeof(SAFEARRAY) == 32 && offsetof(SAFEARRAY, fFeatures) == 2 && offsetof(SAFEARRAY, cbElements) == 4 &&
-              offsetof(SAFEARRAY, cLocks) == 8 && offsetof(SAFEARRAY, pvData) == 16 &&
-              offsetof(SAFEARRAY, rgsabound) == 24);
-static_assert(sizeof(VARIANT) == 24 && offsetof(VARIANT, lVal) == 8);
-static_assert(sizeof(DISPPARAMS) == 24 && offsetof(DISPPARAMS, rgdispidNamedArgs) == 8 &&
-              offsetof(DISPPARAMS, cArgs) == 16 && offsetof(DISPPARAMS, cNamedArgs) == 20);
-static_assert(sizeof(EXCEPINFO) == 64 && offsetof(EXCEPINFO, bstrSource) == 8 &&
-              offsetof(EXCEPINFO, bstrDescription) == 16 && offsetof(EXCEPINFO, bstrHelpFile) == 24 &&
-              offsetof(EXCEPINFO, dwHelpContext) == 32 && offsetof(EXCEPINFO, pvReserved) == 40 &&
-              offsetof(EXCEPINFO, pfnDeferredFillIn) == 48 && offsetof(EXCEPINFO, scode) == 56);
-static_assert(sizeof(IUnknown) == 8 && sizeof(IDispatch) == 8 && sizeof(IClassFactory) == 8);
+static_assert(sizeof(SAFEARRAY) == 16 + 2 * pointer_size && offsetof(SAFEARRAY, fFeatures) == 2 &&
+              offsetof(SAFEARRAY, cbElements) == 4 && offsetof(SAFEARRAY, cLocks) == 8 &&
+              offsetof(SAFEARRAY, pvData) == 8 + pointer_size &&
+              offsetof(SAFEARRAY, rgsabound) == 8 + 2 * pointer_size);
+static_assert(sizeof(VARIANT) == 8 + 2 * pointer_size && alignof(VARIANT) == 8 && offsetof(VARIANT, lVal) == 8);
+static_assert(sizeof(DISPPARAMS) == 8 + 2 * pointer_size && offsetof(DISPPARAMS, rgdispidNamedArgs) == pointer_size &&
+              offsetof(DISPPARAMS, cArgs) == 2 * pointer_size &&
+              offsetof(DISPPARAMS, cNamedArgs) == 4 + 2 * pointer_size);
+static_assert(sizeof(EXCEPINFO) == 8 * pointer_size && offsetof(EXCEPINFO, bstrSource) == pointer_size &&
+              offsetof(EXCEPINFO, bstrDescription) == 2 * pointer_size &&
+              offsetof(EXCEPINFO, bstrHelpFile) == 3 * pointer_size &&
+              offsetof(EXCEPINFO, dwHelpContext) == 4 * pointer_size &&
+              offsetof(EXCEPINFO, pvReserved) == 5 * pointer_size &&
+              offsetof(EXCEPINFO, pfnDeferredFillIn) == 6 * pointer_size &&
+              offsetof(EXCEPINFO, scode) == 7 * pointer_size);
+static_assert(sizeof(IUnknown) == pointer_size && sizeof(IDispatch) == pointer_size &&
+              sizeof(IClassFactory) == pointer_size);
 
 enum : VARTYPE {
   VT_EMPTY = 0,
@@ -234,15 +253,15 @@ inline constexpr HRESULT CO_E_ERRORINDLL = result_code(0x800401F9);
 
 // A text of `length` units, copied from `text` where that is not null; null when memory runs out. `SysFreeString` and
 // `SysStringLen` (in units) take null for the empty text.
-BSTR SysAllocStringLen(const OLECHAR* text, std::uint32_t length) noexcept;
-void SysFreeString(BSTR text) noexcept;
-std::uint32_t SysStringLen(BSTR text) noexcept;
+BSTR SysAllocStringLen(const OLECHAR* text, std::uint32_t length);
+void SysFreeString(BSTR text);
+std::uint32_t SysStringLen(BSTR text);
 
 // Releases what the variant owns and empties it. A variant by reference owns nothing.
 HRESULT VariantClear(VARIANT* variant);
 
 // An array of one dimension whose elements are zero; null when memory runs out. Elements are VT_BSTR, VT_I4 or VT_VARIANT.
-SAFEARRAY* SafeArrayCreateVector(VARTYPE element, std::int32_t lower, std::uint32_t count) noexcept;
+SAFEARRAY* SafeArrayCreateVector(VARTYPE element, std::int32_t lower, std::uint32_t count);
 
 // Frees the array with the texts, objects or variants in it; null is no array.
 HRESULT SafeArrayDestroy(SAFEARRAY* array);

@@ -1,5 +1,6 @@
 // From the name of a class to an object: the class registry names the shared library, which is opened and asked for the class
-// by its exported function `DllGetClassObject`. A library that gave one stays open for the life of the process.
+// by its exported function `DllGetClassObject`. A library that gave one stays open for the life of the process. Where the
+// system creates objects by name itself, it does all this, on a thread that the caller has prepared for it.
 #pragma once
 
 #include "hedro34/base/text.h"
@@ -15,14 +16,10 @@ namespace hedro34 {
 //   CO_E_DLLNOTFOUND    the system does not open the library
 //   CO_E_ERRORINDLL     the library has no DllGetClassObject
 //   E_UNEXPECTED        the library answered success but gave no factory or object
-// and what the library's function or the factory answers.
+// and what the library's function, the factory or the system answers.
 binary::HRESULT create_object(StringView name, binary::IDispatch** object) noexcept;
 
 // As far as the class's factory, for those who create many objects: results as above.
 binary::HRESULT class_factory(StringView name, binary::IClassFactory** factory) noexcept;
-
-// The absolute path, without links, of the shared library or program that holds this address. Empty when there is none, its
-// file cannot be found any more, or its path is not UTF-8.
-String path_of_library(const void* address_in_it);
 
 }  // namespace hedro34

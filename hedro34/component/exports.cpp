@@ -5,38 +5,38 @@
 
 #include "hedro34/component/class_registry.h"
 #include "hedro34/component/classes.h"
-#include "hedro34/component/create_object.h"
 #include "hedro34/component/identity.h"
+#include "hedro34/component/own_library.h"
 #include "hedro34/component/result_of.h"
 #include "hedro34/component/services.h"
 #include "hedro34/runtime/modStartup.h"
-
-#define HEDRO34_EXPORT extern "C" [[gnu::visibility("default")]]
 
 namespace hedro34 {
 namespace {
 
 using namespace binary;
 
+constexpr char in_this_library = 0;
+
 class ClassFactory final : public IClassFactory {
  public:
   explicit ClassFactory(const ClassTable& table) : table_(table) {}
 
-  HRESULT QueryInterface(const GUID& iid, void** object) override {
+  HRESULT HEDRO34_CALL QueryInterface(const GUID& iid, void** object) override {
     if (object == nullptr) return E_POINTER;
     const bool known = iid == IID_IUnknown || iid == IID_IClassFactory;
     *object = known ? static_cast<IClassFactory*>(this) : nullptr;
     if (known) AddRef();
     return known ? S_OK : E_NOINTERFACE;
   }
-  std::uint32_t AddRef() override { return ++count_; }
-  std::uint32_t Release() override {
+  std::uint32_t HEDRO34_CALL AddRef() override { return ++count_; }
+  std::uint32_t HEDRO34_CALL Release() override {
     const std::uint32_t left = --count_;
     if (left == 0) std::unique_ptr<ClassFactory>(this).reset();
     return left;
   }
 
-  HRESULT CreateInstance(IUnknown* outer, const GUID& iid, void** object) override {
+  HRESULT HEDRO34_CALL CreateInstance(IUnknown* outer, const GUID& iid, void** object) override {
     if (object == nullptr) return E_POINTER;
     *object = nullptr;
     if (outer != nullptr) return CLASS_E_NOAGGREGATION;
@@ -45,7 +45,7 @@ class ClassFactory final : public IClassFactory {
       return identity_of(table_.create())->QueryInterface(iid, object);
     });
   }
-  HRESULT LockServer(std::int32_t lock) override {
+  HRESULT HEDRO34_CALL LockServer(std::int32_t lock) override {
     Alive::lock(lock != 0);
     return S_OK;
   }
@@ -56,15 +56,28 @@ class ClassFactory final : public IClassFactory {
   Alive alive_;
 };
 
-std::vector<const ClassTable*> creatable_classes() {
-  std::vector<const ClassTable*> result;
-  for (const auto classes : {library_classes(), service_classes()}) {
-    for (const ClassTable& table : classes) {
-      if (table.create != nullptr) result.push_back(&table);
+// What the class registry is to know of this library.
+struct Registration {
+  Registration() {
+    for (const auto tables : {library_classes(), service_classes()}) {
+      for (const ClassTable& table : tables) {
+        if (table.create == nullptr) continue;
+        classes.push_back({types.name + u"." + String(table.name), table.class_id, types.path});
+      }
+    }
+    for (const ClassTable& table : library_classes()) {
+      types.interfaces.push_back({u"_" + String(table.name), table.interface_id});
     }
   }
-  return result;
-}
+
+  RegisteredTypeLibrary types = {.name = String(type_library_name),
+                                 .id = type_library_id,
+                                 .major = type_library_major,
+                                 .minor = type_library_minor,
+                                 .locale = type_library_locale,
+                                 .path = path_of_library(&in_this_library)};
+  std::vector<RegisteredClass> classes;
+};
 
 }  // namespace
 }  // namespace hedro34
@@ -72,7 +85,7 @@ std::vector<const ClassTable*> creatable_classes() {
 using namespace hedro34;
 using namespace hedro34::binary;
 
-HEDRO34_EXPORT HRESULT DllGetClassObject(const GUID& class_id, const GUID& iid, void** object) {
+HEDRO34_EXPORT HRESULT HEDRO34_CALL DllGetClassObject(const GUID& class_id, const GUID& iid, void** object) {
   if (object == nullptr) return E_POINTER;
   *object = nullptr;
   return result_of([&]() -> HRESULT {
@@ -80,28 +93,24 @@ HEDRO34_EXPORT HRESULT DllGetClassObject(const GUID& class_id, const GUID& iid, 
     install_host_factories();
     const ClassTable* const table = table_of(class_id);
     if (table == nullptr || table->create == nullptr) return CLASS_E_CLASSNOTAVAILABLE;
+    keep_loaded(&in_this_library);
     const Held<IClassFactory> factory(std::make_unique<ClassFactory>(*table).release());
     return factory->QueryInterface(iid, object);
   });
 }
 
-HEDRO34_EXPORT HRESULT DllCanUnloadNow() { return Alive::count() == 0 ? S_OK : S_FALSE; }
+HEDRO34_EXPORT HRESULT HEDRO34_CALL DllCanUnloadNow() { return Alive::count() == 0 ? S_OK : S_FALSE; }
 
-HEDRO34_EXPORT HRESULT DllRegisterServer() {
+HEDRO34_EXPORT HRESULT HEDRO34_CALL DllRegisterServer() {
   return result_of([] {
-    const String library = path_of_library(reinterpret_cast<const void*>(&DllCanUnloadNow));
-    std::vector<RegisteredClass> classes;
-    for (const ClassTable* const table : creatable_classes()) {
-      classes.push_back({String(type_library_name) + u"." + String(table->name), table->class_id, library});
-    }
-    return register_classes(classes);
+    const Registration known;
+    return register_classes(known.classes, &known.types);
   });
 }
 
-HEDRO34_EXPORT HRESULT DllUnregisterServer() {
+HEDRO34_EXPORT HRESULT HEDRO34_CALL DllUnregisterServer() {
   return result_of([] {
-    std::vector<GUID> ids;
-    for (const ClassTable* const table : creatable_classes()) ids.push_back(table->class_id);
-    return unregister_classes(ids);
+    const Registration known;
+    return unregister_classes(known.classes, &known.types);
   });
 }

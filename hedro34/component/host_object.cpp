@@ -2,6 +2,8 @@
 
 #include <vector>
 
+#include "hedro34/component/own_library.h"
+
 namespace hedro34 {
 namespace {
 
@@ -71,6 +73,10 @@ HostArgument HostArgument::by_reference(HostArgument& target) {
   result.value_->vt = static_cast<VARTYPE>(VT_BYREF | value.vt);
   result.value_->byref = &value.llVal;
   return result;
+}
+
+HostSide::~HostSide() {
+  if (host_ && process_is_ending()) static_cast<void>(host_.detach());
 }
 
 OwnedVariant HostSide::invoke(StringView name, std::uint16_t flags, std::span<HostArgument> arguments) const {

@@ -7,6 +7,8 @@
 
 #include "hedro34/component/classes.h"
 #include "hedro34/component/host_object.h"
+#include "hedro34/component/result_of.h"
+#include "hedro34/component/type_info.h"
 
 namespace hedro34 {
 namespace {
@@ -19,7 +21,7 @@ std::atomic<std::int64_t> locks{0};
 // An interface of this library in this process only: the identifier holds an address in it, so that another copy of the
 // library, with objects of another make, does not answer to it.
 GUID own_interface() noexcept {
-  const auto address = reinterpret_cast<std::uintptr_t>(&alive);
+  const std::uint64_t address = reinterpret_cast<std::uintptr_t>(&alive);
   GUID result = {0x8C1D6F27, 0x40BE, 0x4A55, {}};
   for (std::size_t i = 0; i < 8; ++i) result.Data4[i] = static_cast<std::uint8_t>(address >> (8 * i));
   return result;
@@ -111,7 +113,7 @@ class Identity final : public IDispatch {
 
   const Ref<Object>& object() const noexcept { return object_; }
 
-  HRESULT QueryInterface(const GUID& iid, void** object) override {
+  HRESULT HEDRO34_CALL QueryInterface(const GUID& iid, void** object) override {
     if (object == nullptr) return E_POINTER;
     if (iid == IID_IUnknown || iid == IID_IDispatch || iid == table_.interface_id) {
       *object = static_cast<IDispatch*>(this);
@@ -120,31 +122,41 @@ class Identity final : public IDispatch {
       asked = *object;
     } else {
       *object = nullptr;
-      return E_NOINTERFACE;
+      return result_of([&] {
+        *object = further_interface(table_, iid, *this);
+        return *object != nullptr ? S_OK : E_NOINTERFACE;
+      });
     }
     AddRef();
     return S_OK;
   }
-  std::uint32_t AddRef() override { return ++count_; }
-  std::uint32_t Release() override {
+  std::uint32_t HEDRO34_CALL AddRef() override { return ++count_; }
+  std::uint32_t HEDRO34_CALL Release() override {
     const std::uint32_t left = --count_;
     if (left == 0) std::unique_ptr<Identity>(this).reset();
     return left;
   }
 
-  HRESULT GetTypeInfoCount(std::uint32_t* count) override {
+  HRESULT HEDRO34_CALL GetTypeInfoCount(std::uint32_t* count) override {
     if (count == nullptr) return E_POINTER;
     *count = 0;
-    return S_OK;
+    return result_of([&] {
+      *count = has_type_info(table_) ? 1 : 0;
+      return S_OK;
+    });
   }
-  HRESULT GetTypeInfo(std::uint32_t, LCID, ITypeInfo** info) override {
+  HRESULT HEDRO34_CALL GetTypeInfo(std::uint32_t index, LCID, ITypeInfo** info) override {
     if (info == nullptr) return E_POINTER;
     *info = nullptr;
-    return DISP_E_BADINDEX;
+    if (index != 0) return DISP_E_BADINDEX;
+    return result_of([&] {
+      *info = type_info_of(table_);
+      return *info != nullptr ? S_OK : DISP_E_BADINDEX;
+    });
   }
-  HRESULT GetIDsOfNames(const GUID& iid, OLECHAR** names, std::uint32_t count, LCID, DISPID* ids) override;
-  HRESULT Invoke(DISPID id, const GUID& iid, LCID locale, std::uint16_t flags, DISPPARAMS* parameters, VARIANT* result,
-                 EXCEPINFO* exception, std::uint32_t* bad_argument) override;
+  HRESULT HEDRO34_CALL GetIDsOfNames(const GUID& iid, OLECHAR** names, std::uint32_t count, LCID, DISPID* ids) override;
+  HRESULT HEDRO34_CALL Invoke(DISPID id, const GUID& iid, LCID locale, std::uint16_t flags, DISPPARAMS* parameters,
+                              VARIANT* result, EXCEPINFO* exception, std::uint32_t* bad_argument) override;
 
  private:
   HRESULT call_the_result(const Member& member, LCID locale, std::uint16_t flags, DISPPARAMS& parameters,
@@ -156,7 +168,7 @@ class Identity final : public IDispatch {
   std::uint32_t count_ = 0;
 };
 
-HRESULT Identity::GetIDsOfNames(const GUID& iid, OLECHAR** names, std::uint32_t count, LCID, DISPID* ids) {
+HRESULT HEDRO34_CALL Identity::GetIDsOfNames(const GUID& iid, OLECHAR** names, std::uint32_t count, LCID, DISPID* ids) {
   if (!(iid == IID_NULL)) return DISP_E_UNKNOWNINTERFACE;
   if (names == nullptr || ids == nullptr || count == 0) return E_INVALIDARG;
   std::fill_n(ids, count, DISPID_UNKNOWN);
@@ -193,8 +205,9 @@ HRESULT Identity::call_the_result(const Member& member, LCID locale, std::uint16
   return failure ? tell(*failure, exception) : code;
 }
 
-HRESULT Identity::Invoke(DISPID id, const GUID& iid, LCID locale, std::uint16_t flags, DISPPARAMS* parameters,
-                         VARIANT* result, EXCEPINFO* exception, std::uint32_t* bad_argument) {
+HRESULT HEDRO34_CALL Identity::Invoke(DISPID id, const GUID& iid, LCID locale, std::uint16_t flags,
+                                      DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception,
+                                      std::uint32_t* bad_argument) {
   if (!(iid == IID_NULL)) return DISP_E_UNKNOWNINTERFACE;
   if (result != nullptr) *result = {};
   if (parameters == nullptr) return E_INVALIDARG;

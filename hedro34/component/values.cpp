@@ -12,7 +12,7 @@ using namespace binary;
 
 [[noreturn]] void mismatch() { fail(FailureNumber::TypeMismatch); }
 
-StringView view_of(BSTR text) noexcept { return {text, SysStringLen(text)}; }
+StringView view_of(BSTR text) { return {text, SysStringLen(text)}; }
 
 template <class T>
 T out_of_memory_unless(T made) {
@@ -126,7 +126,7 @@ VARIANT plain(const VARIANT& value) {
   return result;
 }
 
-bool is_left_out(const VARIANT& value) noexcept {
+bool is_left_out(const VARIANT& value) {
   if (value.vt == (VT_BYREF | VT_VARIANT) && value.pvarVal != nullptr) {
     return value.pvarVal->vt == VT_ERROR && value.pvarVal->scode == DISP_E_PARAMNOTFOUND;
   }

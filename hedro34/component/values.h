@@ -11,7 +11,7 @@ namespace hedro34 {
 binary::VARIANT plain(const binary::VARIANT& value);
 
 // Whether the value stands for an argument that was left out.
-bool is_left_out(const binary::VARIANT& value) noexcept;
+bool is_left_out(const binary::VARIANT& value);
 
 // Into the library. Currency and date are numbers. Arrays have one dimension; those of variants are arrays of text. An array
 // without elements has no bounds.

@@ -18,11 +18,11 @@ class Counted : public Interface {
   Counted() { ++held; }
   virtual ~Counted() = default;
 
-  std::uint32_t AddRef() final {
+  std::uint32_t HEDRO34_CALL AddRef() final {
     ++held;
     return ++count_;
   }
-  std::uint32_t Release() final {
+  std::uint32_t HEDRO34_CALL Release() final {
     --held;
     const std::uint32_t left = --count_;
     if (left == 0) std::unique_ptr<Counted>(this).reset();
@@ -42,16 +42,19 @@ class Counted : public Interface {
 
 class Thing final : public Counted<IDispatch> {
  public:
-  HRESULT QueryInterface(const GUID& iid, void** object) override {
+  HRESULT HEDRO34_CALL QueryInterface(const GUID& iid, void** object) override {
     return answer(iid == IID_IUnknown || iid == IID_IDispatch, object);
   }
-  HRESULT GetTypeInfoCount(std::uint32_t* count) override {
+  HRESULT HEDRO34_CALL GetTypeInfoCount(std::uint32_t* count) override {
     *count = 0;
     return S_OK;
   }
-  HRESULT GetTypeInfo(std::uint32_t, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-  HRESULT GetIDsOfNames(const GUID&, OLECHAR**, std::uint32_t, LCID, DISPID*) override { return DISP_E_UNKNOWNNAME; }
-  HRESULT Invoke(DISPID, const GUID&, LCID, std::uint16_t, DISPPARAMS*, VARIANT*, EXCEPINFO*, std::uint32_t*) override {
+  HRESULT HEDRO34_CALL GetTypeInfo(std::uint32_t, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+  HRESULT HEDRO34_CALL GetIDsOfNames(const GUID&, OLECHAR**, std::uint32_t, LCID, DISPID*) override {
+    return DISP_E_UNKNOWNNAME;
+  }
+  HRESULT HEDRO34_CALL Invoke(DISPID, const GUID&, LCID, std::uint16_t, DISPPARAMS*, VARIANT*, EXCEPINFO*,
+                              std::uint32_t*) override {
     return DISP_E_MEMBERNOTFOUND;
   }
 };
@@ -60,10 +63,10 @@ class Factory final : public Counted<IClassFactory> {
  public:
   explicit Factory(std::uint32_t kind) : kind_(kind) {}
 
-  HRESULT QueryInterface(const GUID& iid, void** object) override {
+  HRESULT HEDRO34_CALL QueryInterface(const GUID& iid, void** object) override {
     return answer(iid == IID_IUnknown || iid == IID_IClassFactory, object);
   }
-  HRESULT CreateInstance(IUnknown* outer, const GUID& iid, void** object) override {
+  HRESULT HEDRO34_CALL CreateInstance(IUnknown* outer, const GUID& iid, void** object) override {
     if (kind_ == 2) *object = this;  // a failure with a pointer, which is worth nothing
     if (kind_ == 2 || outer != nullptr) return CLASS_E_NOAGGREGATION;
     if (kind_ == 3) return S_OK;  // without an object
@@ -73,7 +76,7 @@ class Factory final : public Counted<IClassFactory> {
     thing->Release();
     return result;
   }
-  HRESULT LockServer(std::int32_t) override { return S_OK; }
+  HRESULT HEDRO34_CALL LockServer(std::int32_t) override { return S_OK; }
 
  private:
   std::uint32_t kind_;
@@ -81,8 +84,7 @@ class Factory final : public Counted<IClassFactory> {
 
 }  // namespace
 
-extern "C" [[gnu::visibility("default")]] HRESULT DllGetClassObject(const GUID& class_id, const GUID& iid,
-                                                                    void** object) {
+HEDRO34_EXPORT HRESULT HEDRO34_CALL DllGetClassObject(const GUID& class_id, const GUID& iid, void** object) {
   if (class_id.Data1 == 0) return S_OK;  // without a factory
   if (class_id.Data1 > 4) return CLASS_E_CLASSNOTAVAILABLE;
   auto* const factory = std::make_unique<Factory>(class_id.Data1).release();
@@ -91,4 +93,4 @@ extern "C" [[gnu::visibility("default")]] HRESULT DllGetClassObject(const GUID& 
   return result;
 }
 
-extern "C" [[gnu::visibility("default")]] HRESULT DllCanUnloadNow() { return held == 0 ? S_OK : S_FALSE; }
+HEDRO34_EXPORT HRESULT HEDRO34_CALL DllCanUnloadNow() { return held == 0 ? S_OK : S_FALSE; }

@@ -230,14 +230,14 @@ String class_registry_path() {
   return to_utf8(path) == folder + "/hedro34/classes.json" ? path : String();
 }
 
-binary::HRESULT register_classes(std::span<const RegisteredClass> classes) noexcept {
+binary::HRESULT register_classes(std::span<const RegisteredClass> classes, const RegisteredTypeLibrary*) noexcept {
   return result_of([&] { return change([&](Registry& registry) { return put(registry, classes); }); });
 }
 
-binary::HRESULT unregister_classes(std::span<const binary::GUID> ids) noexcept {
+binary::HRESULT unregister_classes(std::span<const RegisteredClass> classes, const RegisteredTypeLibrary*) noexcept {
   return result_of([&] {
     std::unordered_set<String> gone;
-    for (const binary::GUID& id : ids) gone.insert(identifier_text(id));
+    for (const RegisteredClass& held : classes) gone.insert(identifier_text(held.id));
     return change([&](Registry& registry) {
       return std::erase_if(registry.entries, [&](const auto& entry) { return gone.contains(entry->id); }) > 0;
     });

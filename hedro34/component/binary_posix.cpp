@@ -17,7 +17,7 @@ std::uint32_t elements_of(const SAFEARRAY& array) noexcept {
 
 }  // namespace
 
-BSTR SysAllocStringLen(const OLECHAR* text, std::uint32_t length) noexcept {
+BSTR SysAllocStringLen(const OLECHAR* text, std::uint32_t length) {
   if (length > std::numeric_limits<std::uint32_t>::max() / sizeof(OLECHAR)) return nullptr;
   const std::uint32_t bytes = length * std::uint32_t{sizeof(OLECHAR)};
   auto* const block = static_cast<char*>(std::malloc(text_header + bytes + sizeof(OLECHAR)));
@@ -29,11 +29,11 @@ BSTR SysAllocStringLen(const OLECHAR* text, std::uint32_t length) noexcept {
   return static_cast<BSTR>(static_cast<void*>(block + text_header));
 }
 
-void SysFreeString(BSTR text) noexcept {
+void SysFreeString(BSTR text) {
   if (text != nullptr) std::free(static_cast<char*>(static_cast<void*>(text)) - text_header);
 }
 
-std::uint32_t SysStringLen(BSTR text) noexcept {
+std::uint32_t SysStringLen(BSTR text) {
   if (text == nullptr) return 0;
   std::uint32_t bytes = 0;
   std::memcpy(&bytes, static_cast<const char*>(static_cast<const void*>(text)) - sizeof bytes, sizeof bytes);
@@ -51,7 +51,7 @@ HRESULT VariantClear(VARIANT* variant) {
   return S_OK;
 }
 
-SAFEARRAY* SafeArrayCreateVector(VARTYPE element, std::int32_t lower, std::uint32_t count) noexcept {
+SAFEARRAY* SafeArrayCreateVector(VARTYPE element, std::int32_t lower, std::uint32_t count) {
   const std::uint32_t size = element == VT_I4        ? sizeof(std::int32_t)
                              : element == VT_BSTR    ? sizeof(BSTR)
                              : element == VT_VARIANT ? sizeof(VARIANT)

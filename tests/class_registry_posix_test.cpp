@@ -10,6 +10,7 @@
 
 #include "hedro34/component/create_object.h"
 #include "hedro34/component/identifier.h"
+#include "hedro34/component/own_library.h"
 #include "hedro34/platform/files.h"
 #include "tests/failing_allocation.h"
 #include "tests/json.h"
@@ -44,6 +45,11 @@ struct ClassRegistry : ::testing::Test {
 
   std::string data(const std::string& name) const { return to_utf8(folder_.path("data" + name)); }
   static HRESULT add(const std::vector<RegisteredClass>& classes) { return register_classes(classes); }
+  static HRESULT remove(std::initializer_list<std::uint32_t> numbers) {
+    std::vector<RegisteredClass> classes;
+    for (const std::uint32_t number : numbers) classes.push_back(a_class({}, number));
+    return unregister_classes(classes);
+  }
   void write(const std::string& bytes) const {
     fs::create_directories(data("/hedro34"));
     folder_.write("data/hedro34/classes.json", bytes);
@@ -82,7 +88,7 @@ TEST_F(ClassRegistry, StandsInTheUsersDataFolder) {
 TEST_F(ClassRegistry, IsWrittenAndReadBack) {
   RegisteredClass found = a_class(u"untouched", 9);
   EXPECT_EQ(find_class(u"a", found), CO_E_CLASSSTRING);
-  EXPECT_EQ(unregister_classes(std::vector{id_of(1)}), S_OK);
+  EXPECT_EQ(remove({1}), S_OK);
   EXPECT_EQ(found, a_class(u"untouched", 9));
   EXPECT_FALSE(fs::exists(data(""))) << "nothing is made where there is nothing to say";
 
@@ -108,7 +114,7 @@ TEST_F(ClassRegistry, IsWrittenAndReadBack) {
   write(small);
   EXPECT_EQ(find_class(u"éTÉ.\"X\"", found), S_OK);
   EXPECT_EQ(found, accented);
-  EXPECT_EQ(unregister_classes(std::vector{id_of(0x1A11377D)}), S_OK);
+  EXPECT_EQ(remove({0x1A11377D}), S_OK);
   EXPECT_EQ(entries(), "");
   EXPECT_EQ(find_class(accented.name, found), CO_E_CLASSSTRING);
 }
@@ -130,7 +136,7 @@ TEST_F(ClassRegistry, ReplacesByNameAndByIdentifierAndKeepsTheRest) {
     EXPECT_EQ(add(row.added), S_OK);
     EXPECT_EQ(entries(), row.entries);
   }
-  EXPECT_EQ(unregister_classes(std::vector{id_of(6), id_of(9), id_of(1)}), S_OK);
+  EXPECT_EQ(remove({6, 9, 1}), S_OK);
   EXPECT_EQ(entries(), "f3 h8 ");
 }
 
@@ -162,8 +168,8 @@ TEST_F(ClassRegistry, LeavesADamagedFileAlone) {
     write(bytes);
     RegisteredClass found;
     IDispatch* object = nullptr;
-    const HRESULT results[] = {add({a_class(u"z", 1)}), unregister_classes(std::vector{id_of(1)}),
-                               create_object(u"a", &object), find_class(u"a", found)};
+    const HRESULT results[] = {add({a_class(u"z", 1)}), remove({1}), create_object(u"a", &object),
+                               find_class(u"a", found)};
     for (const HRESULT result : results) EXPECT_EQ(result, REGDB_E_READREGDB) << line;
     EXPECT_EQ(to_line(last_file_error()), to_utf8(path_) + ": " + line);
     EXPECT_EQ(content(), bytes);
@@ -186,7 +192,7 @@ TEST_F(ClassRegistry, SaysWhyItCannotBeWritten) {
   EXPECT_EQ(::seteuid(former == 0 ? 65534 : former), 0);
   EXPECT_EQ(add({a_class(u"b", 2)}), REGDB_E_WRITEREGDB);
   EXPECT_EQ(to_line(last_file_error()), to_utf8(path_) + ": Permission denied");
-  EXPECT_EQ(unregister_classes(std::vector{id_of(1)}), REGDB_E_WRITEREGDB);
+  EXPECT_EQ(remove({1}), REGDB_E_WRITEREGDB);
   EXPECT_EQ(add({a_class(u"a", 1)}), S_OK) << "it says so already";
   data_home_.set(data("/new").c_str());
   EXPECT_EQ(add({a_class(u"b", 2)}), REGDB_E_WRITEREGDB);
@@ -226,7 +232,7 @@ TEST_F(ClassRegistry, IsWholeAndCompleteWhenProcessesChangeItAtOnce) {
     for (std::uint32_t i = process * classes; i < (process + 1) * classes; ++i) {
       const String name = u"class " + decimal(i);
       if (register_classes(std::vector{a_class(name, i)}) != S_OK) ::_exit(1);
-      if (i % 2 == 1 && unregister_classes(std::vector{id_of(i)}) != S_OK) ::_exit(2);
+      if (i % 2 == 1 && remove({i}) != S_OK) ::_exit(2);
     }
     ::_exit(0);
   }
