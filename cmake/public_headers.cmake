@@ -26,7 +26,7 @@ set(public_headers
   hedro34/documents/form_field.h
   hedro34/documents/form_template.h
   hedro34/runtime/basError.h
-  hedro34/runtime/fault_trap.h
+  hedro34/runtime/hidden_traps.h
   hedro34/runtime/modStartup.h
   hedro34/model/clsHEDROTest.h
   hedro34/model/clsHEDROTestCorrect.h

@@ -3,11 +3,12 @@
 #pragma once
 
 #include <atomic>
+#include <optional>
 #include <utility>
 
 #include "hedro34/component/binary.h"
 #include "hedro34/runtime/basError.h"
-#include "hedro34/runtime/fault_trap.h"
+#include "hedro34/runtime/hidden_traps.h"
 
 namespace hedro34 {
 
@@ -16,17 +17,14 @@ namespace hedro34 {
 // interpreter does not survive being left in the middle. The choice is one for the process.
 class HostCall {
  public:
-  HostCall() noexcept : traps_(faults_of_thread.innermost) {
-    if (!faults_are_failures.load(std::memory_order_relaxed)) faults_of_thread.innermost = nullptr;
+  HostCall() noexcept {
+    if (!faults_are_failures.load(std::memory_order_relaxed)) hidden_.emplace();
   }
-  HostCall(const HostCall&) = delete;
-  HostCall& operator=(const HostCall&) = delete;
-  ~HostCall() { faults_of_thread.innermost = traps_; }
 
   static inline std::atomic<bool> faults_are_failures{true};
 
  private:
-  const ActiveTrap* traps_;
+  std::optional<HiddenTraps> hidden_;
 };
 
 template <class T>

@@ -3,6 +3,7 @@
 #include <array>
 #include <new>
 #include <stdexcept>
+#include <utility>
 
 #include "hedro34/base/thread_value.h"
 #include "hedro34/platform/message_box.h"
@@ -53,8 +54,9 @@ String report_text(const Variant& vNumber, const String& sDescription, const Str
   return u"Error# " + to_text(vNumber) + u": " + sDescription + u", Location: " + sLocation;
 }
 
-// Makes the failure for the next fault when the last one was used.
+// Makes ready for the next fault what the last one used up.
 void restock() {
+  if (std::exchange(faults_of_thread.overflowed, false)) restore_end_of_stack();
   if (!faults_of_thread.needs_failure()) return;
   faults_of_thread.making = true;
   quietly([] { make_fault_failure(); });
@@ -127,9 +129,9 @@ std::int16_t RaiseError(std::int32_t lLine, Variant vNumber, std::int32_t lExtra
 
 // What the body itself held is released on the way into the handler, so before the report and not behind it.
 void run_trapped(const Location& where, void (*body)(void*), void* context) noexcept {
-  const ActiveTrap here(true);
+  ActiveTrap here(true);
   try {
-    body(context);
+    here.run(body, context);
     here.leave();
   } catch (...) {
     here.leave();
@@ -146,9 +148,9 @@ void run_trapped(const Location& where, void (*body)(void*), void* context) noex
 }
 
 bool run_quietly(void (*body)(void*), void* context) noexcept {
-  const ActiveTrap here(false);
+  ActiveTrap here(false);
   try {
-    body(context);
+    here.run(body, context);
     here.leave();
     return true;
   } catch (...) {
@@ -159,9 +161,9 @@ bool run_quietly(void (*body)(void*), void* context) noexcept {
 }
 
 std::optional<Failure> run_caught(void (*body)(void*), void* context) noexcept {
-  const ActiveTrap here(false);
+  ActiveTrap here(false);
   try {
-    body(context);
+    here.run(body, context);
     here.leave();
     return {};
   } catch (...) {

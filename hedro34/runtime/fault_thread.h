@@ -1,10 +1,10 @@
-// What a thread needs of its own for the translation of faults: an alternate stack for its handlers, for a stack that has run
-// full cannot carry them, and the bounds of its stack, by which an overflow is known.
+// What a thread needs of its own for the translation of faults: space to work in when its stack has run full, and the bounds
+// of its stack.
 #pragma once
 
 #include "hedro34/runtime/fault_support.h"
 
-#ifdef HEDRO34_FAULT_SIGNALS
+#ifdef HEDRO34_TRANSLATES_FAULTS
 
 #include <cstddef>
 #include <cstdint>
@@ -13,8 +13,9 @@ namespace hedro34 {
 
 inline constexpr std::uint32_t code_stack_overflow = 0xC00000FD;
 
-// Prepares the calling thread, until it ends. An alternate stack that it has already stays when it is large enough, and
-// comes back at the end of the thread when it is not. Without memory for one the thread goes on without.
+// Prepares the calling thread, until it ends. The space is an alternate stack for handlers of signals; one that the thread has
+// already stays when it is large enough, and comes back at the end of the thread when it is not. Without memory for one the
+// thread goes on without. Where the system can leave space at the end of the stack, it is asked to leave 32 KiB.
 // False when memory was gone before anything was prepared.
 bool prepare_thread_for_faults() noexcept;
 
@@ -25,7 +26,8 @@ struct Stack {
 };
 Stack stack_of_this_thread() noexcept;
 
-// Whether an invalid address, with the stack pointer of that moment, means that the thread's stack has run full.
+// Whether an invalid address, with the stack pointer of that moment, means that the thread's stack has run full. (For systems
+// that do not say so themselves.)
 bool is_stack_overflow(std::uintptr_t address, std::uintptr_t stack_pointer) noexcept;
 
 }  // namespace hedro34

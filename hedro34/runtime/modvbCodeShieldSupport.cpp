@@ -1,6 +1,6 @@
 #include "hedro34/runtime/modvbCodeShieldSupport.h"
 
-#include "hedro34/runtime/fault_signals.h"
+#include "hedro34/runtime/fault_filter.h"
 #include "hedro34/runtime/fault_trap.h"
 
 namespace hedro34 {
@@ -80,6 +80,6 @@ void vbcsExceptionFilter(const EXCEPTION_POINTERS& pointers) {
 
 String GetExceptionName(std::uint32_t code) { return String(ExceptionName(code).text()); }
 
-bool translates_faults() noexcept { return fault_signals_supported(); }
+bool translates_faults() noexcept { return fault_filter_supported(); }
 
 }  // namespace hedro34

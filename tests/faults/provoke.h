@@ -1,8 +1,6 @@
 // Real faults, each by the instruction or the access that makes it, and the host that runs them inside an operation.
 #pragma once
 
-#include <csetjmp>
-#include <csignal>
 #include <functional>
 #include <string>
 #include <vector>
@@ -19,16 +17,33 @@ struct Provocation {
   std::function<void()> fault;
   const char* report;  // number and name
 };
-std::vector<Provocation> provocations();
+std::vector<Provocation> provocations();  // those of the system among them
+std::vector<Provocation> provocations_of_system();
 
 extern volatile int* volatile null;
 void read_null();
-int recurse_for_ever(int depth);         // each level holds a `Counted`
-void fault_without_the_flags();          // compiled like a host's code, with a destructor in the faulting frame
-extern thread_local bool malloc_faults;  // every allocation of the thread does
+int recurse_for_ever(int depth);  // each level holds a `Counted`
+void touch_the_next_100_kb();     // where the stack is to run full, and not in an allocation, which would keep its lock
+void may_throw();
+void fault_without_the_flags();  // compiled like a host's code, with a destructor in the faulting frame
 
-// So many allocations of the thread succeed, and none after them; below 0 memory does not end.
-extern thread_local int allocations_left;
+// Clears mask bits of both floating-point units while it lives: 1 invalid, 2 denormal, 4 division by zero, 8 overflow,
+// 16 underflow, 32 inexact.
+class Unmasked {
+ public:
+  explicit Unmasked(std::uint32_t faults);
+  ~Unmasked();
+  Unmasked(const Unmasked&) = delete;
+  Unmasked& operator=(const Unmasked&) = delete;
+
+  static std::uint32_t vector_modes();  // without the flags
+  static std::uint16_t control_word();
+  static void set(std::uint32_t vector_modes, std::uint16_t control_word);
+
+ private:
+  std::uint32_t vector_modes_;
+  std::uint16_t control_word_;
+};
 
 // Counts its destructors, those of the frames that a fault leaves.
 struct Counted {
@@ -53,20 +68,16 @@ class FaultingHost : public XmlDocumentFactory {
   XmlDocumentFactory* former_;
 };
 
-// The handlers that were there before the library's: those of SIGSEGV and SIGFPE note the signal and jump back to where
-// `outside` was called; SIGILL is ignored, SIGBUS and SIGTRAP have none.
-void install_former_handlers();
-extern std::string former_handler;  // what it noted
-extern sigjmp_buf way_back;
-extern volatile bool jumps;  // else the handler of SIGSEGV returns
+// Loads a file through a host that does the deed; gives the reports.
+std::vector<std::string> load(clsHEDROTest& test, const std::function<void()>& deed);
 
-template <class Deed>
-std::string outside(Deed deed) {
-  former_handler.clear();
-  jumps = true;
-  if (sigsetjmp(way_back, 1) == 0) deed();
-  jumps = false;
-  return former_handler;
-}
+// For the whole program, before the library starts: the handlers that the tests want to be there before it.
+void install_former_handlers();
+
+// Whether a fault outside operations, with whatever traps are left behind, gets to the handler that was there.
+bool null_reaches_former_handler();
+
+// Runs the deed on a thread that was started, with such a stack.
+void on_thread(std::size_t stack_size, void (*deed)());
 
 }  // namespace hedro34::testing

@@ -1,6 +1,6 @@
 #include "hedro34/runtime/fault_thread.h"
 
-#ifdef HEDRO34_FAULT_SIGNALS
+#ifdef HEDRO34_TRANSLATES_FAULTS
 
 #include <pthread.h>
 #include <signal.h>
@@ -110,3 +110,9 @@ bool is_stack_overflow(std::uintptr_t address, std::uintptr_t stack_pointer) noe
 }  // namespace hedro34
 
 #endif
+
+namespace hedro34 {
+
+void restore_end_of_stack() noexcept {}
+
+}  // namespace hedro34

@@ -1,8 +1,8 @@
-#include "hedro34/runtime/fault_signals.h"
+#include "hedro34/runtime/fault_filter.h"
 
 #include "hedro34/runtime/fault_support.h"
 
-#ifdef HEDRO34_FAULT_SIGNALS
+#ifdef HEDRO34_TRANSLATES_FAULTS
 
 #include <pthread.h>
 #include <signal.h>
@@ -16,10 +16,10 @@
 
 #include <xmmintrin.h>
 
-#include "hedro34/runtime/fault_codes.h"
-#include "hedro34/runtime/fault_frames.h"
+#include "hedro34/runtime/fault_codes_posix.h"
 #include "hedro34/runtime/fault_thread.h"
 #include "hedro34/runtime/fault_trap.h"
+#include "hedro34/runtime/fault_walk_posix.h"
 
 namespace hedro34 {
 namespace {
@@ -155,7 +155,7 @@ bool set_fault_filter(FaultFilter filter) noexcept {
   return installed && prepared;
 }
 
-bool fault_signals_supported() noexcept { return true; }
+bool fault_filter_supported() noexcept { return true; }
 
 }  // namespace hedro34
 
@@ -165,7 +165,7 @@ namespace hedro34 {
 
 bool set_fault_filter(FaultFilter) noexcept { return true; }
 
-bool fault_signals_supported() noexcept { return false; }
+bool fault_filter_supported() noexcept { return false; }
 
 }  // namespace hedro34
 

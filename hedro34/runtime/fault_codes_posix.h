@@ -3,7 +3,7 @@
 
 #include "hedro34/runtime/fault_support.h"
 
-#ifdef HEDRO34_FAULT_SIGNALS
+#ifdef HEDRO34_TRANSLATES_FAULTS
 
 #include <signal.h>
 #include <ucontext.h>

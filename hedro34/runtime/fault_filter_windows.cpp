@@ -1,0 +1,103 @@
+#include "hedro34/runtime/fault_filter.h"
+
+#include "hedro34/runtime/fault_support.h"
+
+#ifdef HEDRO34_TRANSLATES_FAULTS
+
+#include <atomic>
+
+#include "hedro34/runtime/fault_codes_windows.h"
+#include "hedro34/runtime/fault_thread.h"
+#include "hedro34/runtime/fault_walk_windows.h"
+
+namespace hedro34 {
+namespace {
+
+static_assert(sizeof(EXCEPTION_RECORD) == sizeof(::EXCEPTION_RECORD));
+static_assert(offsetof(EXCEPTION_RECORD, ExceptionCode) == offsetof(::EXCEPTION_RECORD, ExceptionCode));
+static_assert(offsetof(EXCEPTION_RECORD, ExceptionFlags) == offsetof(::EXCEPTION_RECORD, ExceptionFlags));
+static_assert(offsetof(EXCEPTION_RECORD, ExceptionRecord) == offsetof(::EXCEPTION_RECORD, ExceptionRecord));
+static_assert(offsetof(EXCEPTION_RECORD, ExceptionAddress) == offsetof(::EXCEPTION_RECORD, ExceptionAddress));
+static_assert(offsetof(EXCEPTION_RECORD, NumberParameters) == offsetof(::EXCEPTION_RECORD, NumberParameters));
+static_assert(offsetof(EXCEPTION_RECORD, ExceptionInformation) == offsetof(::EXCEPTION_RECORD, ExceptionInformation));
+static_assert(sizeof(EXCEPTION_POINTERS) == sizeof(::EXCEPTION_POINTERS));
+static_assert(offsetof(EXCEPTION_POINTERS, ContextRecord) == offsetof(::EXCEPTION_POINTERS, ContextRecord));
+
+std::atomic<FaultFilter> filter_of_process = nullptr;
+
+// The code that goes on finds its own modes of the floating-point unit, without the flags of the fault, which would come up
+// once more.
+void clear_flags(CONTEXT& context) {
+  constexpr DWORD modes = 0x40500;  // alignment check, direction, single step
+  context.EFlags &= ~modes;
+  constexpr DWORD flags = 0x3F;
+#ifdef __x86_64__
+  context.FltSave.MxCsr &= ~flags;
+  context.MxCsr &= ~flags;
+  context.FltSave.StatusWord = 0;
+  context.FltSave.TagWord = 0;
+#else
+  context.FloatSave.StatusWord = 0;
+  context.FloatSave.TagWord = 0xFFFF;
+  context.ExtendedRegisters[24] &= static_cast<BYTE>(~flags);
+#endif
+}
+
+}  // namespace
+
+bool translate(const ::EXCEPTION_RECORD& record, CONTEXT& context, ActiveTrap& trap) noexcept {
+  if (!is_fault(record.ExceptionCode) || filter_of_process.load(std::memory_order_relaxed) == nullptr) return false;
+  ThreadFaults& thread = faults_of_thread;
+  if (thread.raising) return false;  // a fault on the way of a fault
+  if (thread.hidden != nullptr && static_cast<const void*>(&trap) >= thread.hidden) return false;
+  const ::EXCEPTION_RECORD* last = &record;
+  while (last->ExceptionRecord != nullptr) last = last->ExceptionRecord;
+  const DWORD code = code_of_fault(*last, context);
+  const bool stack_overflow = code == code_stack_overflow;
+  if (stack_overflow && !thread.started) return false;
+  if (!depart(context, trap, stack_overflow, code, last->ExceptionAddress)) return false;
+  if (stack_overflow) thread.overflowed = true;
+  clear_flags(context);
+  return true;
+}
+
+bool set_fault_filter(FaultFilter filter) noexcept {
+  FaultFilter none = nullptr;
+  filter_of_process.compare_exchange_strong(none, filter);
+  return prepare_thread_for_faults();
+}
+
+bool fault_filter_supported() noexcept { return true; }
+
+}  // namespace hedro34
+
+using namespace hedro34;
+
+// As a failure may come out of an exception that must not be continued, the way on is a new context and no answer.
+extern "C" EXCEPTION_DISPOSITION hedro34_on_exception(::EXCEPTION_RECORD* record, void* frame, CONTEXT* context,
+                                                      void*) {
+  constexpr DWORD unwinding = 0x06;  // EXCEPTION_UNWINDING, EXCEPTION_EXIT_UNWIND
+  if ((record->ExceptionFlags & unwinding) != 0) return ExceptionContinueSearch;
+  if (!translate(*record, *context, *trap_of_guard(frame))) return ExceptionContinueSearch;
+  context->ContextFlags = CONTEXT_FULL;
+  RtlRestoreContext(context, nullptr);
+  return ExceptionContinueSearch;
+}
+
+extern "C" void hedro34_raise_fault(DWORD code, const void* address) {
+  hedro34::EXCEPTION_RECORD record = {.ExceptionCode = code, .ExceptionAddress = const_cast<void*>(address)};
+  filter_of_process.load()({&record, nullptr});
+  __builtin_unreachable();
+}
+
+#else
+
+namespace hedro34 {
+
+bool set_fault_filter(FaultFilter) noexcept { return true; }
+
+bool fault_filter_supported() noexcept { return false; }
+
+}  // namespace hedro34
+
+#endif

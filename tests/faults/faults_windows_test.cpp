@@ -1,0 +1,44 @@
+// Native faults where the system calls handlers of frames: a host's own come before the library's guards.
+#include <gtest/gtest.h>
+
+#include "hedro34/merge/clsHEDRO.h"
+#include "tests/faults/provoke_windows.h"
+
+#include <windows.h>
+
+namespace hedro34 {
+namespace {
+
+using namespace testing;
+
+TEST(Guards, AreAllThatTheLibraryInstalls) { EXPECT_TRUE(has_filter_of_host()); }
+
+TEST(Guards, LetAHostLookIntoItsOwnFaults) {
+  clsHEDROTest test;
+  EXPECT_EQ(load(test, [] { EXPECT_EQ(in_host_frame(read_null), STATUS_ACCESS_VIOLATION); }), Lines());
+  EXPECT_EQ(load(test,
+                 [] {
+                   EXPECT_TRUE(IsBadReadPtr(reinterpret_cast<const void*>(16), 4));
+                   EXPECT_TRUE(IsBadStringPtrA(reinterpret_cast<const char*>(16), 4));
+                 }),
+            Lines());
+}
+
+// What an application raises for itself, as the C++ of other compilers does, is nobody else's.
+template <DWORD code>
+void raise_in_operation() {
+  trap({u"a", u"B"}, [] { RaiseException(code, 0, 0, nullptr); });
+}
+
+TEST(Guards, LetAnApplicationsOwnExceptionsPass) {
+  Recorder recorder;
+  EXPECT_EQ(in_host_frame(raise_in_operation<0xE06D7363>), 0xE06D7363);
+  EXPECT_EQ(in_host_frame(raise_in_operation<0xE0000001>), 0xE0000001);
+  in_host_frame(raise_in_operation<0x406D1388>);  // the name of a thread, for a debugger
+  EXPECT_EQ(recorder.take(), Lines());
+  trap({u"a", u"B"}, read_null);
+  EXPECT_EQ(recorder.take(), Lines{"10005 Access Violation: HEDRO34 - a.B"});
+}
+
+}  // namespace
+}  // namespace hedro34

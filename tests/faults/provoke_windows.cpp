@@ -1,0 +1,96 @@
+#include "tests/faults/provoke_windows.h"
+
+#include <windows.h>
+
+extern "C" void NTAPI RtlRaiseException(::EXCEPTION_RECORD* record);
+
+namespace hedro34::testing {
+namespace {
+
+volatile int sink = 0;
+
+void touch_guard_page() {
+  struct Page {
+    void* memory = VirtualAlloc(nullptr, 4096, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE | PAGE_GUARD);
+    ~Page() { VirtualFree(memory, 0, MEM_RELEASE); }
+  } const page;
+  sink = *static_cast<volatile char*>(page.memory);
+}
+
+// As a host raises one that came up while it looked into another.
+void raise_chain() {
+  ::EXCEPTION_RECORD inner = {};
+  inner.ExceptionCode = STATUS_INVALID_DISPOSITION;
+  ::EXCEPTION_RECORD outer = {};
+  outer.ExceptionCode = STATUS_INVALID_HANDLE;
+  outer.ExceptionFlags = EXCEPTION_NONCONTINUABLE;
+  outer.ExceptionRecord = &inner;
+  RtlRaiseException(&outer);
+}
+
+thread_local DWORD met = 0;
+
+}  // namespace
+
+#ifdef __x86_64__
+
+extern "C" void hedro34_test_host_frame(void (*deed)());
+extern "C" char hedro34_test_behind_deed;
+
+extern "C" EXCEPTION_DISPOSITION hedro34_test_host_handler(::EXCEPTION_RECORD* record, void* frame, CONTEXT* context,
+                                                           void*) {
+  constexpr DWORD unwinding = 0x06;
+  constexpr DWORD of_this_compiler = 0x20474343;
+  const bool is_foreign = record->ExceptionCode != of_this_compiler;
+  if ((record->ExceptionFlags & unwinding) == 0 && is_foreign) {
+    met = record->ExceptionCode;
+    RtlUnwindEx(frame, &hedro34_test_behind_deed, record, nullptr, context, nullptr);
+  }
+  return ExceptionContinueSearch;
+}
+
+asm(R"(
+        .text
+        .globl  hedro34_test_host_frame, hedro34_test_behind_deed
+        .def    hedro34_test_host_frame; .scl 2; .type 32; .endef
+        .seh_proc hedro34_test_host_frame
+hedro34_test_host_frame:
+        subq    $40, %rsp
+        .seh_stackalloc 40
+        .seh_endprologue
+        .seh_handler hedro34_test_host_handler, @except
+        call    *%rcx
+hedro34_test_behind_deed:
+        nop
+        addq    $40, %rsp
+        ret
+        .seh_endproc
+)");
+
+#endif
+
+std::uint32_t in_host_frame(void (*deed)()) {
+  met = 0;
+  hedro34_test_host_frame(deed);
+  return met;
+}
+
+LONG WINAPI filter_of_host(::EXCEPTION_POINTERS*) { return EXCEPTION_CONTINUE_SEARCH; }
+
+void install_former_handlers() { SetUnhandledExceptionFilter(filter_of_host); }
+
+bool has_filter_of_host() { return SetUnhandledExceptionFilter(filter_of_host) == filter_of_host; }
+
+bool null_reaches_former_handler() { return in_host_frame(read_null) == STATUS_ACCESS_VIOLATION; }
+
+std::vector<Provocation> provocations_of_system() {
+  return {
+      {"guard page", touch_guard_page, "10001 Guard Page Violation"},
+      {"raised", [] { RaiseException(STATUS_INVALID_HANDLE, 0, 0, nullptr); }, "10008 Invalid Handle"},
+      {"raised for good", [] { RaiseException(0xC0000001, EXCEPTION_NONCONTINUABLE, 0, nullptr); },
+       "10001 Unknown (&HC0000001)"},
+      {"a chain of records", raise_chain, "10038 Invalid Disposition"},
+  };
+}
+
+}  // namespace hedro34::testing

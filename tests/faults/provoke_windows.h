@@ -1,0 +1,14 @@
+// A frame of a host that looks into faults itself, in the system's own way.
+#pragma once
+
+#include "tests/faults/provoke.h"
+
+namespace hedro34::testing {
+
+// Runs the deed in such a frame, which leaves it when it faults; gives the code of the fault, 0 for none.
+std::uint32_t in_host_frame(void (*deed)());
+
+// Whether the host's filter for exceptions that nobody handles is still in place.
+bool has_filter_of_host();
+
+}  // namespace hedro34::testing
