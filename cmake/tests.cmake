@@ -13,6 +13,10 @@ if(test_sources)
   add_library(hedro34_test_component MODULE tests/component/component.cpp)
   target_include_directories(hedro34_test_component PRIVATE ${PROJECT_SOURCE_DIR})
   set_target_properties(hedro34_test_component PROPERTIES CXX_VISIBILITY_PRESET hidden)
+  if(WIN32)
+    target_sources(hedro34_test_component PRIVATE tests/component/exports.def)
+    target_link_options(hedro34_test_component PRIVATE -Wl,--enable-stdcall-fixup)
+  endif()
   hedro34_warnings(hedro34_test_component)
 
   add_executable(hedro34_tests ${test_sources})
@@ -21,9 +25,9 @@ if(test_sources)
   if(NOT MSVC)
     set_source_files_properties(tests/json.cpp PROPERTIES COMPILE_OPTIONS -O0)  # the JSON library is nobody's subject here
   endif()
-  set_source_files_properties(tests/class_registry_posix_test.cpp PROPERTIES
+  set_source_files_properties(tests/class_registry_posix_test.cpp tests/class_registry_windows_test.cpp PROPERTIES
     COMPILE_DEFINITIONS HEDRO34_TEST_COMPONENT="$<TARGET_FILE:hedro34_test_component>")
-  set_source_files_properties(tests/component_binary_test.cpp PROPERTIES
+  set_source_files_properties(tests/component_binary_test.cpp tests/component_windows_test.cpp PROPERTIES
     COMPILE_DEFINITIONS HEDRO34_COMPONENT="$<TARGET_FILE:hedro34_component>")
   add_dependencies(hedro34_tests hedro34_component hedro34_test_component)
   target_link_libraries(hedro34_tests PRIVATE

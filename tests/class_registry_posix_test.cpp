@@ -4,9 +4,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cstdlib>
 #include <filesystem>
-#include <optional>
 
 #include "hedro34/component/create_object.h"
 #include "hedro34/component/identifier.h"
@@ -14,6 +12,7 @@
 #include "hedro34/platform/files.h"
 #include "tests/failing_allocation.h"
 #include "tests/json.h"
+#include "tests/process.h"
 #include "tests/support.h"
 
 namespace hedro34::testing {
@@ -27,18 +26,6 @@ constexpr GUID id_of(std::uint32_t number) { return {number, 0xABCD, 0x00EF, {1,
 RegisteredClass a_class(StringView name, std::uint32_t number, StringView library = u"/lib") {
   return {String(name), id_of(number), String(library)};
 }
-
-// A variable of the environment, put back at the end.
-struct Variable {
-  explicit Variable(const char* its_name) : name(its_name) {
-    if (const char* value = std::getenv(name)) former = value;
-  }
-  ~Variable() { set(former ? former->c_str() : nullptr); }
-  void set(const char* value) const { value == nullptr ? ::unsetenv(name) : ::setenv(name, value, 1); }
-
-  const char* name;
-  std::optional<std::string> former;
-};
 
 struct ClassRegistry : ::testing::Test {
   ClassRegistry() { data_home_.set(data("").c_str()); }

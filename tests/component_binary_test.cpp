@@ -1,9 +1,8 @@
 // The binary interface as callers meet it that know nothing but slots and offsets: calls that do not fit, identity, function
 // tables, texts, and the component library with its class factories.
-#include <dlfcn.h>
-
 #include "hedro34/model/clsHEDROTest.h"
 #include "tests/component_support.h"
+#include "tests/process.h"
 
 namespace hedro34::testing::component {
 namespace {
@@ -75,28 +74,31 @@ TEST_F(Component, HasTheStandardSlotsAndTexts) {
   void* const object = held.get();
   const Function* const slots = table_of_functions(object);
   void* found = nullptr;
-  EXPECT_EQ(reinterpret_cast<HRESULT (*)(void*, const GUID*, void**)>(slots[0])(object, &IID_IUnknown, &found), S_OK);
+  EXPECT_EQ(
+      reinterpret_cast<HRESULT(HEDRO34_CALL*)(void*, const GUID*, void**)>(slots[0])(object, &IID_IUnknown, &found),
+      S_OK);
   EXPECT_EQ(found, object);
-  EXPECT_EQ(reinterpret_cast<std::uint32_t (*)(void*)>(slots[1])(object), 3u);
-  EXPECT_EQ(reinterpret_cast<std::uint32_t (*)(void*)>(slots[2])(object), 2u);
-  reinterpret_cast<std::uint32_t (*)(void*)>(slots[2])(object);
+  EXPECT_EQ(reinterpret_cast<std::uint32_t(HEDRO34_CALL*)(void*)>(slots[1])(object), 3u);
+  EXPECT_EQ(reinterpret_cast<std::uint32_t(HEDRO34_CALL*)(void*)>(slots[2])(object), 2u);
+  reinterpret_cast<std::uint32_t(HEDRO34_CALL*)(void*)>(slots[2])(object);
   std::uint32_t count = 7;
-  EXPECT_EQ(reinterpret_cast<HRESULT (*)(void*, std::uint32_t*)>(slots[3])(object, &count), S_OK);
+  EXPECT_EQ(reinterpret_cast<HRESULT(HEDRO34_CALL*)(void*, std::uint32_t*)>(slots[3])(object, &count), S_OK);
   EXPECT_EQ(count, 0u);
-  EXPECT_EQ(reinterpret_cast<HRESULT (*)(void*, std::uint32_t, std::uint32_t, void**)>(slots[4])(object, 0, 0, &found),
+  EXPECT_EQ(reinterpret_cast<HRESULT(HEDRO34_CALL*)(void*, std::uint32_t, std::uint32_t, void**)>(slots[4])(object, 0,
+                                                                                                            0, &found),
             DISP_E_BADINDEX);
   String name = u"Count";
   char16_t* names[] = {name.data()};
   std::int32_t id = 0;
-  EXPECT_EQ(reinterpret_cast<HRESULT (*)(void*, const GUID*, char16_t**, std::uint32_t, std::uint32_t, std::int32_t*)>(
-                slots[5])(object, &IID_NULL, names, 1, 0, &id),
+  EXPECT_EQ(reinterpret_cast<HRESULT(HEDRO34_CALL*)(void*, const GUID*, char16_t**, std::uint32_t, std::uint32_t,
+                                                    std::int32_t*)>(slots[5])(object, &IID_NULL, names, 1, 0, &id),
             S_OK);
   EXPECT_EQ(id, 1);
   DISPPARAMS nothing{};
   unsigned char result[24] = {};
-  EXPECT_EQ(reinterpret_cast<HRESULT (*)(void*, std::int32_t, const GUID*, std::uint32_t, std::uint16_t, void*, void*,
-                                         void*, std::uint32_t*)>(slots[6])(object, id, &IID_NULL, 0, 2, &nothing,
-                                                                           result, nullptr, nullptr),
+  EXPECT_EQ(reinterpret_cast<HRESULT(HEDRO34_CALL*)(void*, std::int32_t, const GUID*, std::uint32_t, std::uint16_t,
+                                                    void*, void*, void*, std::uint32_t*)>(slots[6])(
+                object, id, &IID_NULL, 0, 2, &nothing, result, nullptr, nullptr),
             S_OK);
   EXPECT_EQ(value_at<std::uint16_t>(result), 3);
   EXPECT_EQ(value_at<std::int32_t>(result + 8), 3);
@@ -110,11 +112,10 @@ TEST_F(Component, HasTheStandardSlotsAndTexts) {
 
 // The component as a host loads it.
 TEST(ComponentLibrary, GivesItsClasses) {
-  void* const library = ::dlopen(HEDRO34_COMPONENT, RTLD_NOW | RTLD_LOCAL);
-  ASSERT_NE(library, nullptr) << ::dlerror();
+  const String library = from_utf8(HEDRO34_COMPONENT);
   const auto class_object =
-      reinterpret_cast<HRESULT (*)(const GUID&, const GUID&, void**)>(::dlsym(library, "DllGetClassObject"));
-  const auto can_unload = reinterpret_cast<HRESULT (*)()>(::dlsym(library, "DllCanUnloadNow"));
+      function_in<HRESULT HEDRO34_CALL(const GUID&, const GUID&, void**)>(library, "DllGetClassObject");
+  const auto can_unload = function_in<HRESULT HEDRO34_CALL()>(library, "DllCanUnloadNow");
   EXPECT_EQ(can_unload(), S_OK);
   const auto factory_of = [&](const GUID& id) {
     void* factory = nullptr;
@@ -146,11 +147,11 @@ TEST(ComponentLibrary, GivesItsClasses) {
   EXPECT_EQ(object, nullptr);
   using Slot = HRESULT (*)(void*, ...);
   const auto* const slots = value_at<const Slot*>(factory);
-  EXPECT_EQ(reinterpret_cast<HRESULT (*)(void*, void*, const GUID*, void**)>(slots[3])(factory, nullptr, &IID_IUnknown,
-                                                                                       &object),
+  EXPECT_EQ(reinterpret_cast<HRESULT(HEDRO34_CALL*)(void*, void*, const GUID*, void**)>(slots[3])(
+                factory, nullptr, &IID_IUnknown, &object),
             S_OK);
   static_cast<IUnknown*>(object)->Release();
-  EXPECT_EQ(reinterpret_cast<HRESULT (*)(void*, std::int32_t)>(slots[4])(factory, 1), S_OK);
+  EXPECT_EQ(reinterpret_cast<HRESULT(HEDRO34_CALL*)(void*, std::int32_t)>(slots[4])(factory, 1), S_OK);
   EXPECT_EQ(factory->Release(), 0u);
   unload(S_FALSE);
   IClassFactory* const again = factory_of(known);

@@ -5,6 +5,7 @@
 #include "hedro34/documents/form_template.h"
 #include "hedro34/merge/clsHEDRO.h"
 #include "tests/component_support.h"
+#include "tests/process.h"
 
 namespace hedro34::testing::component {
 namespace {
@@ -119,6 +120,8 @@ TEST_F(Component, TheErrorObjectMayLetGoDuringTheCall) {
   EXPECT_EQ(boxes.take(), Lines{"box 48 \"Application Error\": " + duplicate});
 }
 
+HRESULT HEDRO34_CALL say_late(EXCEPINFO* exception) { return fail_with(exception, E_FAIL, u"Said late"), S_OK; }
+
 TEST_F(Component, AHostsFailureKeepsItsNumberAndWords) {
   const auto host = Host::create();
   const HostObject object{Held<IDispatch>(host.get())};
@@ -154,7 +157,7 @@ TEST_F(Component, AHostsFailureKeepsItsNumberAndWords) {
   };
   EXPECT_EQ(failure(), "1004 Unknown error");
   host->members["Any"] = [](auto, auto, EXCEPINFO* exception) {
-    exception->pfnDeferredFillIn = [](EXCEPINFO* later) { return fail_with(later, E_FAIL, u"Said late"), S_OK; };
+    exception->pfnDeferredFillIn = &say_late;
     return DISP_E_EXCEPTION;
   };
   EXPECT_EQ(failure(), "-2147467259 Said late");
@@ -287,19 +290,16 @@ TEST_F(Component, AHostGivesThePointerAndTheErrorTexts) {
 class HostFactories {
  public:
   HostFactories() {
-    ::setenv("XDG_DATA_HOME", to_utf8(folder_.path("")).c_str(), 1);
+    data_home_.set(to_utf8(folder_.path("")).c_str());
     static const Platform installed = (install_host_factories(), platform());
     platform().template_objects = installed.template_objects;
     platform().document_objects = installed.document_objects;
   }
-  ~HostFactories() {
-    platform() = former_;
-    ::setenv("XDG_DATA_HOME", former_home_.c_str(), 1);
-  }
+  ~HostFactories() { platform() = former_; }
 
  private:
   const Folder folder_;
-  const std::string former_home_ = std::getenv("XDG_DATA_HOME") != nullptr ? std::getenv("XDG_DATA_HOME") : "";
+  const Variable data_home_{"XDG_DATA_HOME"};
   const Platform former_ = platform();
 };
 

@@ -225,7 +225,7 @@ const char* objection(const RegisteredClass& held) noexcept {
   if (held.name.empty() || held.name.find_first_of(StringView(u"\\\0", 2)) != String::npos) {
     return "a class needs a name without a backslash";
   }
-  const bool absolute = path.starts_with(u"\\\\") || path.substr(1, 2) == u":\\";
+  const bool absolute = path.starts_with(u"\\\\") || path.find(u":\\") == 1;
   return absolute && path.find(u'\0') == String::npos ? nullptr : "a class needs the absolute path of its library";
 }
 
