@@ -1,9 +1,8 @@
 #include "tests/support.h"
 
-#include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <ostream>
+#include <random>
 
 namespace hedro34 {
 
@@ -60,17 +59,26 @@ std::int32_t failure_of(const std::function<void()>& statement) {
   return 0;
 }
 
-Folder::Folder() : path_((std::filesystem::temp_directory_path() / "hedro34-XXXXXX").string()) {
-  if (::mkdtemp(path_.data()) == nullptr) throw std::runtime_error("no folder for a test: " + path_);
+Folder::Folder() {
+  static unsigned number = std::random_device()();
+  do {
+    path_ = std::filesystem::temp_directory_path() / ("hedro34-" + std::to_string(number++));
+  } while (!std::filesystem::create_directory(path_));
 }
 
-Folder::~Folder() { std::filesystem::remove_all(path_); }
+Folder::~Folder() {
+  std::error_code error;
+  std::filesystem::remove_all(path_, error);
+  EXPECT_FALSE(error) << path_ << " stays behind: " << error.message();
+}
 
-String Folder::path(const std::string& name) const { return from_utf8(path_ + "/" + name); }
+String Folder::path(const std::string& name) const { return path_.u16string() + u"/" + from_utf8(name); }
 
 String Folder::write(const std::string& name, std::string_view bytes) const {
-  std::ofstream(path_ + "/" + name, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-  return path(name);
+  String file = path(name);
+  std::ofstream(std::filesystem::path(file), std::ios::binary)
+      .write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  return file;
 }
 
 String source_path(const std::string& name) { return from_utf8(HEDRO34_SOURCE_DIR "/" + name); }

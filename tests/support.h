@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <functional>
 #include <iosfwd>
 #include <string>
@@ -64,7 +65,7 @@ class Folder {
   String write(const std::string& name, std::string_view bytes) const;
 
  private:
-  std::string path_;
+  std::filesystem::path path_;
 };
 
 // A file of the sources, by its path from their top.

@@ -10,8 +10,8 @@
 #include "hedro34/component/host_document.h"
 #include "hedro34/component/host_template.h"
 #include "hedro34/platform/file_error.h"
-#include "hedro34/platform/system_user.h"
 #include "hedro34/platform/platform.h"
+#include "hedro34/platform/system_user.h"
 
 namespace hedro34 {
 namespace {

@@ -40,7 +40,7 @@ constexpr Words common[] = {
     {EEXIST, "File exists", {ERROR_FILE_EXISTS, ERROR_ALREADY_EXISTS}},
     {EMFILE, "Too many open files", {ERROR_TOO_MANY_OPEN_FILES}},
     {ENOMEM, "Cannot allocate memory", {ERROR_NOT_ENOUGH_MEMORY, ERROR_OUTOFMEMORY, ERROR_COMMITMENT_LIMIT}},
-    {EPIPE, "Broken pipe", {ERROR_BROKEN_PIPE, ERROR_NO_DATA}},
+    {EPIPE, "Broken pipe", {ERROR_BROKEN_PIPE, ERROR_NO_DATA, ERROR_PIPE_NOT_CONNECTED}},
     {EBADF, "Bad file descriptor", {ERROR_INVALID_HANDLE}},
 };
 
@@ -102,7 +102,7 @@ String units(std::wstring_view text) { return {text.begin(), text.end()}; }
 
 // The absolute path without "." and "..", with "\" between folders; devices as "\\.\NAME".
 std::wstring whole(StringView path) {
-  const std::wstring given = wide(path);
+  std::wstring given = wide(path);
   if (given.starts_with(unparsed)) return given;
   const std::wstring full =
       text_of([&](wchar_t* text, DWORD size) { return ::GetFullPathNameW(given.c_str(), size, text, nullptr); });
@@ -167,6 +167,7 @@ bool take_over_rights(const Path& path, const Path& from) {
 // In place of what stands there though others have that open, where the system can do so.
 DWORD rename_as_posix(const Path& file, const Path& target) noexcept {
   constexpr DWORD replace_open_ones = 1 | 2;  // FILE_RENAME_FLAG_REPLACE_IF_EXISTS, FILE_RENAME_FLAG_POSIX_SEMANTICS
+  constexpr auto rename_with_flags = static_cast<FILE_INFO_BY_HANDLE_CLASS>(22);  // FileRenameInfoEx
   const std::size_t name_size = target.native().size() * sizeof(wchar_t);
   const std::size_t size = sizeof(FILE_RENAME_INFO) + name_size;
   const auto bytes = std::unique_ptr<std::byte[]>(new (std::nothrow) std::byte[size]());
@@ -176,7 +177,7 @@ DWORD rename_as_posix(const Path& file, const Path& target) noexcept {
   how->Flags = replace_open_ones;
   how->FileNameLength = static_cast<DWORD>(name_size);
   std::memcpy(how->FileName, target.c_str(), name_size);
-  if (::SetFileInformationByHandle(handle(renamed), FileRenameInfoEx, how, static_cast<DWORD>(size)) != 0) return 0;
+  if (::SetFileInformationByHandle(handle(renamed), rename_with_flags, how, static_cast<DWORD>(size)) != 0) return 0;
   return ::GetLastError();
 }
 
@@ -373,21 +374,25 @@ bool link(const Path& file, const Path& name) noexcept {
 }
 
 bool rename_over(const Path& file, const Path& target) noexcept {
-  DWORD error = rename_as_posix(file, target);
-  if (is_unknown_call(error)) {
-    error = ::MoveFileExW(file.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING) != 0 ? 0 : ::GetLastError();
+  constexpr int most_attempts = 20;
+  for (int attempt = 1;; ++attempt) {
+    DWORD error = rename_as_posix(file, target);
+    if (is_unknown_call(error)) {
+      error = ::MoveFileExW(file.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING) != 0 ? 0 : ::GetLastError();
+    }
+    if (error == 0) return true;
+    const DWORD attributes = ::GetFileAttributesW(target.c_str());
+    if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
+      errno = EISDIR;
+      return false;
+    }
+    if (error != ERROR_ACCESS_DENIED && error != ERROR_SHARING_VIOLATION) return failed(error);
+    if (attempt == most_attempts) {
+      // The system says the same of a file without rights and of one that somebody has open.
+      return failed(!looked_at(target, DELETE) ? ::GetLastError() : error);
+    }
+    ::Sleep(10);  // whoever looks through new files, for viruses or to index them, is done with one soon
   }
-  if (error == 0) return true;
-  const DWORD attributes = ::GetFileAttributesW(target.c_str());
-  if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
-    errno = EISDIR;
-    return false;
-  }
-  // The system says the same of a file without rights and of one that somebody has open.
-  if (error == ERROR_ACCESS_DENIED && !looked_at(target, DELETE) && ::GetLastError() == ERROR_SHARING_VIOLATION) {
-    error = ERROR_SHARING_VIOLATION;
-  }
-  return failed(error);
 }
 
 bool remove(const Path& file) noexcept { return ::DeleteFileW(file.c_str()) != 0 || failed(file); }
