@@ -2,7 +2,6 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <filesystem>
 #include <limits>
 #include <utility>
 
@@ -134,6 +133,11 @@ struct FormWords {
   }
 };
 
+bool is_file_in_brackets(const std::string& word) {
+  return word.size() > 1 && word.front() == '[' && word.back() == ']' &&
+         hedro34::kind_of(hedro34::from_utf8(word)) != hedro34::FileKind::Nothing;
+}
+
 // The words in a form in which CLI11 takes each for what it is: "--option=" has the empty text as its value and not the
 // next word, and a file name in brackets is no list of names.
 std::vector<std::string> prepared(const std::vector<std::string>& words) {
@@ -145,9 +149,7 @@ std::vector<std::string> prepared(const std::vector<std::string>& words) {
       result.push_back(word.substr(0, word.size() - 1));
       result.emplace_back();
     } else {
-      std::error_code error;
-      const bool in_brackets = word.size() > 1 && word.front() == '[' && word.back() == ']';
-      result.push_back(in_brackets && std::filesystem::exists(word, error) ? "./" + word : word);
+      result.push_back(is_file_in_brackets(word) ? "./" + word : word);
     }
   }
   return result;
@@ -238,6 +240,8 @@ Command parse(const std::vector<std::string>& words) {
   ShowWords show(app);
   MergeWords merge(app);
   FormWords form(app);
+  for (CLI::App* each : {&app, show.app, merge.app, form.app})
+    each->allow_windows_style_options(false);  // "/x" is a file
   try {
     std::vector<std::string> arguments = prepared(words);
     std::reverse(arguments.begin(), arguments.end());

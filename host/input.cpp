@@ -1,30 +1,14 @@
 #include "host/input.h"
 
-#include <algorithm>
-#include <filesystem>
-
 #include "hedro34/platform/file_error.h"
 #include "host/stop.h"
 
 namespace host {
-namespace {
-
-bool is_regular_or_cannot_be_read(const hedro34::String& path) {
-  std::error_code error;
-  std::string name = hedro34::to_utf8(path);
-  if (!std::filesystem::exists(name, error)) std::replace(name.begin(), name.end(), '\\', '/');  // as it will be read
-  const auto status = std::filesystem::status(name, error);
-  return !std::filesystem::exists(status) || std::filesystem::is_regular_file(status) ||
-         std::filesystem::is_directory(status);
-}
-
-}  // namespace
-
 Input::Input(const char* what, const hedro34::String& path)
     : what_(what), path_(path), spooled_(is_standard_stream(path) ? hedro34::SpooledInput::read() : std::nullopt) {
   if (is_standard_stream(path)) {
     if (!spooled_) cannot_read();
-  } else if (!is_regular_or_cannot_be_read(path)) {
+  } else if (hedro34::kind_of(path) == hedro34::FileKind::Other) {
     throw Stop(ExitCode::BadInput, std::string("cannot read the ") + what + ": " + hedro34::to_utf8(path) +
                                        ": it is not a regular file; save it as one, or hand it over as -");
   }

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <filesystem>
 #include <string_view>
 
 #include "hedro34/platform/file_error.h"
@@ -46,8 +45,7 @@ void load_ktd(clsHEDROTest& test, const Input& input, const String& path, const 
   const std::size_t failures = messages.failures();
   // Standard input has no name to take a title from.
   const String library_path = input.is_standard_input() ? input.path() : ktd_path(path);
-  std::error_code error;
-  if (std::filesystem::exists(to_utf8(library_path), error) && !same_file(input.path(), library_path)) {
+  if (kind_of(library_path) != FileKind::Nothing && !same_file(input.path(), library_path)) {
     throw Stop(ExitCode::BadInput, "cannot read the test: " + to_utf8(path) + ": a file named \"" +
                                        to_utf8(library_path) + "\" would be read in its place; rename that one");
   }

@@ -1,4 +1,3 @@
-#include <csignal>
 #include <new>
 
 #include "hedro34/base/failure.h"
@@ -13,6 +12,7 @@
 #include "host/outputs.h"
 #include "host/show.h"
 #include "host/stop.h"
+#include "host/system.h"
 
 namespace host {
 namespace {
@@ -79,12 +79,9 @@ ExitCode run(const Information& information) {
 
 int main(int argc, char** argv) {
   hedro34::Main();
-#ifdef SIGPIPE
-  std::signal(SIGPIPE, SIG_IGN);  // a reader that went away is a failed write, with its line and its exit code
-#endif
+  const host::Streams streams;
   const auto code = host::finished([&] {
-    const std::vector<std::string> words(argv + (argc > 0 ? 1 : 0), argv + argc);
-    return std::visit([](const auto& command) { return host::run(command); }, host::parse(words));
+    return std::visit([](const auto& command) { return host::run(command); }, host::parse(host::words_of(argc, argv)));
   });
   return static_cast<int>(code);
 }

@@ -3,9 +3,9 @@
 #include <array>
 #include <cerrno>
 #include <cstdio>
-#include <system_error>
 
 #include "hedro34/base/text.h"
+#include "hedro34/platform/system_files.h"
 
 namespace host {
 namespace {
@@ -29,14 +29,12 @@ void escape(std::string_view text, const Put& put) {
 
 // 0, or the reason in terms of `errno`.
 int written(std::string_view text) {
-  errno = 0;
-  const bool taken = std::fwrite(text.data(), 1, text.size(), stdout) == text.size();
-  return taken && std::fflush(stdout) == 0 ? 0 : errno;
+  return hedro34::system::write_all(hedro34::system::standard_output(), text) ? 0 : errno;
 }
 
 [[noreturn]] void not_written(std::string_view what, int error) {
   throw Stop(ExitCode::BadOutput,
-             "cannot write " + std::string(what) + "standard output: " + std::generic_category().message(error));
+             "cannot write " + std::string(what) + "standard output: " + hedro34::system::reason(error));
 }
 
 }  // namespace
