@@ -93,9 +93,9 @@ TEST_F(Component, TakesArraysAsTheyCome) {
   struct {
     SAFEARRAY array;
     SAFEARRAYBOUND second;
-  } two = {{2, FADF_BSTR, 8, 0, (*texts).parray->pvData, {{2, 1}}}, {1, 1}};
-  SAFEARRAY wide = *(*texts).parray;
-  wide.cbElements = 4;
+  } two = {{2, FADF_BSTR, sizeof(BSTR), 0, (*texts).parray->pvData, {{2, 1}}}, {1, 1}};
+  SAFEARRAY narrow = *(*texts).parray;
+  narrow.cbElements = 2;
   SAFEARRAY far = *(*texts).parray;
   far.rgsabound[0].lLbound = 0x7FFFFFFF;
   SAFEARRAY hollow = *(*texts).parray;
@@ -112,7 +112,7 @@ TEST_F(Component, TakesArraysAsTheyCome) {
       {(*texts).parray, VT_BSTR, "BOOL -1", "d,e"},  {variants->parray, VT_VARIANT, "BOOL -1", "7,e"},
       {nullptr, VT_BSTR, "BOOL 0", "", {failure}},   {&zero, VT_BSTR, "BOOL 0", "", {failure}},
       {(*texts).parray, VT_I4, "80020005 at 0", ""}, {(*texts).parray, VT_DISPATCH, "80020005 at 0", ""},
-      {&two.array, VT_BSTR, "80020005 at 0", ""},    {&wide, VT_BSTR, "80020005 at 0", ""},
+      {&two.array, VT_BSTR, "80020005 at 0", ""},    {&narrow, VT_BSTR, "80020005 at 0", ""},
       {&far, VT_BSTR, "8002000B at 0", ""},          {&hollow, VT_BSTR, "8002000B at 0", ""},
   };
   const auto pass = [&](VARIANT value, const auto& row) {

@@ -1,6 +1,8 @@
 // The component in a process of the system's: type information, and ends of threads and of the process.
 #include <thread>
 
+#include "hedro34/component/class_registry.h"
+#include "hedro34/component/own_library.h"
 #include "tests/component_support.h"
 #include "tests/process.h"
 
@@ -90,8 +92,12 @@ TEST(ComponentTypes, AnObjectTellsItsClass) {
 
 // The system's own reading of the definition: each member with the number by which the object is called, of a kind that it has.
 TEST(ComponentTypes, TheTypeLibrarySaysWhatObjectsAnswer) {
+  const RegisteredTypeLibrary registered = {
+      u"Test", {7, 0xABCD, 0x00EF, {}}, 15, 0, 1033, path_of_library(address_in(library, "DllCanUnloadNow"))};
+  ASSERT_EQ(register_classes({}, &registered), S_OK);
   ITypeLib* types = nullptr;
-  ASSERT_EQ(::LoadTypeLibEx(reinterpret_cast<const wchar_t*>(library.c_str()), REGKIND_NONE, &types), S_OK);
+  ASSERT_EQ(::LoadRegTypeLib(std::bit_cast<GUID>(registered.id), 15, 0, 1033, &types), S_OK);
+  EXPECT_EQ(unregister_classes({}, &registered), S_OK);
   EXPECT_EQ(types->GetTypeInfoCount(), 23u);
   std::size_t seen = 0;
   for (const ClassTable& table : library_classes()) {
