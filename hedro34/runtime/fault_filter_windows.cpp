@@ -25,26 +25,6 @@ static_assert(offsetof(EXCEPTION_POINTERS, ContextRecord) == offsetof(::EXCEPTIO
 
 std::atomic<FaultFilter> filter_of_process = nullptr;
 
-// The code that goes on finds its own modes of the floating-point unit, without the flags of the fault, which would come up
-// once more.
-void clear_flags(CONTEXT& context) {
-  constexpr DWORD modes = 0x40500;  // alignment check, direction, single step
-  context.EFlags &= ~modes;
-  constexpr DWORD flags = 0x3F;
-#ifdef __x86_64__
-  context.FltSave.MxCsr &= ~flags;
-  context.MxCsr &= ~flags;
-  context.FltSave.StatusWord = 0;
-  context.FltSave.TagWord = 0;
-#else
-  context.FloatSave.StatusWord = 0;
-  context.FloatSave.TagWord = 0xFFFF;
-  context.ExtendedRegisters[24] &= static_cast<BYTE>(~flags);
-#endif
-}
-
-}  // namespace
-
 bool translate(const ::EXCEPTION_RECORD& record, CONTEXT& context, ActiveTrap& trap) noexcept {
   if (!is_fault(record.ExceptionCode) || filter_of_process.load(std::memory_order_relaxed) == nullptr) return false;
   ThreadFaults& thread = faults_of_thread;
@@ -57,9 +37,10 @@ bool translate(const ::EXCEPTION_RECORD& record, CONTEXT& context, ActiveTrap& t
   if (stack_overflow && !thread.started) return false;
   if (!depart(context, trap, stack_overflow, code, last->ExceptionAddress)) return false;
   if (stack_overflow) thread.overflowed = true;
-  clear_flags(context);
   return true;
 }
+
+}  // namespace
 
 bool set_fault_filter(FaultFilter filter) noexcept {
   FaultFilter none = nullptr;
@@ -69,26 +50,23 @@ bool set_fault_filter(FaultFilter filter) noexcept {
 
 bool fault_filter_supported() noexcept { return true; }
 
-}  // namespace hedro34
-
-using namespace hedro34;
-
-// As a failure may come out of an exception that must not be continued, the way on is a new context and no answer.
-extern "C" EXCEPTION_DISPOSITION hedro34_on_exception(::EXCEPTION_RECORD* record, void* frame, CONTEXT* context,
-                                                      void*) {
-  constexpr DWORD unwinding = 0x06;  // EXCEPTION_UNWINDING, EXCEPTION_EXIT_UNWIND
-  if ((record->ExceptionFlags & unwinding) != 0) return ExceptionContinueSearch;
-  if (!translate(*record, *context, *trap_of_guard(frame))) return ExceptionContinueSearch;
-  context->ContextFlags = CONTEXT_FULL;
-  RtlRestoreContext(context, nullptr);
-  return ExceptionContinueSearch;
-}
-
-extern "C" void hedro34_raise_fault(DWORD code, const void* address) {
-  hedro34::EXCEPTION_RECORD record = {.ExceptionCode = code, .ExceptionAddress = const_cast<void*>(address)};
+void raise_fault_of_system(DWORD code, const void* address) {
+  EXCEPTION_RECORD record = {.ExceptionCode = code, .ExceptionAddress = const_cast<void*>(address)};
   filter_of_process.load()({&record, nullptr});
   __builtin_unreachable();
 }
+
+// The handler of all guards.
+extern "C" int hedro34_on_exception(void* exception, void* frame, void* registers, void*) {
+  auto& record = *static_cast<::EXCEPTION_RECORD*>(exception);
+  auto& context = *static_cast<CONTEXT*>(registers);
+  ActiveTrap& trap = *trap_of_guard(frame);
+  constexpr DWORD unwinding = 0x06;  // EXCEPTION_UNWINDING, EXCEPTION_EXIT_UNWIND
+  if ((record.ExceptionFlags & unwinding) == 0 && translate(record, context, trap)) go_on(context, trap, record);
+  return ExceptionContinueSearch;
+}
+
+}  // namespace hedro34
 
 #else
 

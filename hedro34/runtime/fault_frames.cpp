@@ -16,7 +16,7 @@ constexpr std::uintptr_t most_left = 64 * 1024;
 
 // The innermost trap with the space that is wanted. One inside it that has what is needed is better where the former
 // would report nothing, and is all there is where no trap has more.
-std::uintptr_t catching_trap(const ActiveTrap* innermost, std::uintptr_t wanted, std::uintptr_t needed) {
+std::uintptr_t choose_trap(const ActiveTrap* innermost, std::uintptr_t wanted, std::uintptr_t needed) {
   std::uintptr_t second = 0;
   for (const ActiveTrap* trap = innermost; trap != nullptr; trap = trap->outer()) {
     const auto at = reinterpret_cast<std::uintptr_t>(trap);
@@ -37,7 +37,7 @@ FaultSearch::FaultSearch(const ActiveTrap* innermost, std::uintptr_t stack_point
     wanted_ = end + std::clamp((stack.high - stack.low) / 4, least_left, most_left);
     needed_ = end + least_left;
   }
-  catching_ = catching_trap(innermost, wanted_, needed_);
+  catching_ = choose_trap(innermost, wanted_, needed_);
   if (catching_ < wanted_) wanted_ = needed_;
 }
 

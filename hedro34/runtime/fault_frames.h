@@ -52,6 +52,7 @@ class FaultSearch {
   FaultSearch(const ActiveTrap* innermost, std::uintptr_t stack_pointer, bool stack_overflow) noexcept;
 
   bool can_begin() const noexcept { return catching_ != 0; }
+  std::uintptr_t catching_trap() const noexcept { return catching_; }  // its address
 
   // Takes the frames from the fault outwards; `keep(KeptRegisters&)` fills in those of the frame. False when no more is needed.
   template <class Keep>

@@ -15,6 +15,31 @@ namespace hedro34 {
 
 #if defined(_WIN32) && defined(HEDRO34_TRANSLATES_FAULTS)
 #define HEDRO34_GUARDED_TRAPS 1
+#ifdef __i386__
+#define HEDRO34_CHAINED_GUARDS 1
+#endif
+#endif
+
+#ifdef HEDRO34_CHAINED_GUARDS
+
+// An entry in the system's chain of handlers for the thread, which it asks from the innermost. It lives on the stack.
+struct FrameHandler {
+  FrameHandler* next;
+  int (*handler)(void* record, void* frame, void* context, void* dispatcher);
+};
+
+inline FrameHandler* first_frame_handler() noexcept {
+  FrameHandler* first = nullptr;
+  asm volatile("movl %%fs:0, %0" : "=r"(first));
+  return first;
+}
+
+inline void set_first_frame_handler(FrameHandler* first) noexcept {
+  asm volatile("movl %0, %%fs:0" : : "r"(first) : "memory");
+}
+
+extern "C" int hedro34_on_exception(void* record, void* frame, void* context, void* dispatcher);
+
 #endif
 
 // A trap that is running its body; it lives in the frame of the trap. Frames that a stack overflow skips never leave theirs,
@@ -33,6 +58,10 @@ class ActiveTrap {
  private:
 #ifdef HEDRO34_GUARDED_TRAPS
   friend class Guard;
+#endif
+#ifdef HEDRO34_CHAINED_GUARDS
+  FrameHandler handler_;
+  const void* stack_ = nullptr;  // of the guard, where it calls the body
 #endif
   const ActiveTrap* outer_;  // with guards, as far as the fault that is being looked at needs it
   bool reports_;
@@ -61,9 +90,17 @@ extern constinit thread_local ThreadFaults faults_of_thread;
 
 extern "C" void hedro34_run_guarded(void (*body)(void*), void* context, ActiveTrap* trap);
 
+#ifdef HEDRO34_CHAINED_GUARDS
+inline ActiveTrap::ActiveTrap(bool reports) noexcept
+    : handler_{first_frame_handler(), hedro34_on_exception}, outer_(nullptr), reports_(reports) {
+  set_first_frame_handler(&handler_);
+}
+inline void ActiveTrap::leave() noexcept { set_first_frame_handler(handler_.next); }
+#else
 inline ActiveTrap::ActiveTrap(bool reports) noexcept : outer_(nullptr), reports_(reports) {}
-inline void ActiveTrap::run(void (*body)(void*), void* context) { hedro34_run_guarded(body, context, this); }
 inline void ActiveTrap::leave() noexcept {}
+#endif
+inline void ActiveTrap::run(void (*body)(void*), void* context) { hedro34_run_guarded(body, context, this); }
 
 #else
 

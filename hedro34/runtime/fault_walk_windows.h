@@ -8,17 +8,18 @@
 namespace hedro34 {
 
 // Looks for the place, as `FaultSearch` says, with `innermost` the trap whose guard met the fault, and changes the context so
-// that going on with it throws from there: `hedro34_throw_fault` is entered with the two arguments. A call to where there is
-// no code counts as a fault of the caller. False when there is no such place; the context is as it was.
+// that `go_on` throws the fault from there. A call to where there is no code counts as a fault of the caller. False when there
+// is no such place; the context is as it was.
 bool depart(CONTEXT& context, ActiveTrap& innermost, bool stack_overflow, DWORD code, const void* address) noexcept;
 
+// Leaves the handler for where `depart` decided. The code there finds its own modes of the floating-point unit, without the flags
+// of the fault, which would come up once more.
+[[noreturn]] void go_on(CONTEXT& context, ActiveTrap& innermost, ::EXCEPTION_RECORD& record);
+
 // The trap whose guard stands in a frame.
-ActiveTrap* trap_of_guard(const void* frame) noexcept;
+ActiveTrap* trap_of_guard(void* frame) noexcept;
 
 // Throws the fault; to be called with unwind data that lead to the place.
-extern "C" [[noreturn]] void hedro34_raise_fault(DWORD code, const void* address);
-
-// Entered by `depart`.
-extern "C" void hedro34_throw_fault();
+[[noreturn]] void raise_fault_of_system(DWORD code, const void* address);
 
 }  // namespace hedro34

@@ -24,6 +24,30 @@ TEST(Guards, LetAHostLookIntoItsOwnFaults) {
             Lines());
 }
 
+#ifdef __i386__
+TEST(Guards, LeaveAHostsFrameWithoutTables) {
+  for (int round = 0; round < 2; ++round) {
+    for (void (*const deed)() : {static_cast<void (*)()>(nullptr), read_null, +[] { recurse_for_ever(0); }}) {
+      Recorder recorder;
+      int result = 0;
+      Counted::ended = 0;
+      trap({u"a", u"B"}, [&] {
+        result = 1;
+        in_bare_frame(deed);
+        result = 2;
+      });
+      EXPECT_EQ(result, 1);
+      EXPECT_EQ(recorder.take().size(), 1U);
+      trap({u"a", u"B"}, [] {
+        const Counted counted;
+        read_null();
+      });
+      EXPECT_EQ(recorder.take(), Lines{"10005 Access Violation: HEDRO34 - a.B"});
+    }
+  }
+}
+#endif
+
 // What an application raises for itself, as the C++ of other compilers does, is nobody else's.
 template <DWORD code>
 void raise_in_operation() {

@@ -15,11 +15,12 @@ alignas(8) char data[64];
 void (*volatile nowhere)() = nullptr;
 void (*volatile into_data)() = reinterpret_cast<void (*)()>(data);
 
-void divide(double left, double right) {
-  asm volatile("movsd %0, %%xmm0; divsd %1, %%xmm0" : : "m"(left), "m"(right) : "xmm0");
+// Nothing of the compiler's is in that register there.
+[[gnu::noinline]] void divide(double left, double right) {
+  asm volatile("movsd %0, %%xmm0; divsd %1, %%xmm0" : : "m"(left), "m"(right));
 }
-void multiply(double left, double right) {
-  asm volatile("movsd %0, %%xmm0; mulsd %1, %%xmm0" : : "m"(left), "m"(right) : "xmm0");
+[[gnu::noinline]] void multiply(double left, double right) {
+  asm volatile("movsd %0, %%xmm0; mulsd %1, %%xmm0" : : "m"(left), "m"(right));
 }
 void divide_x87(double left, double right) { asm volatile("fldl %0; fdivl %1; fwait" : : "m"(left), "m"(right)); }
 

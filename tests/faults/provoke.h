@@ -15,7 +15,8 @@ namespace hedro34::testing {
 struct Provocation {
   const char* name;
   std::function<void()> fault;
-  const char* report;  // number and name
+  const char* report;          // number and name
+  bool reaches_frames = true;  // the frames between fault and operation are left with their destructors
 };
 std::vector<Provocation> provocations();  // those of the system among them
 std::vector<Provocation> provocations_of_system();

@@ -8,6 +8,7 @@ namespace hedro34::testing {
 namespace {
 
 volatile int sink = 0;
+constexpr bool has_all_tables = sizeof(void*) == 8;  // the system's own functions among them
 
 void touch_guard_page() {
   struct Page {
@@ -30,6 +31,12 @@ void raise_chain() {
 
 thread_local DWORD met = 0;
 
+bool is_hosts(const ::EXCEPTION_RECORD& record) {
+  constexpr DWORD unwinding = 0x06;
+  constexpr DWORD of_this_compiler = 0x20474343;
+  return (record.ExceptionFlags & unwinding) == 0 && record.ExceptionCode != of_this_compiler;
+}
+
 }  // namespace
 
 #ifdef __x86_64__
@@ -39,13 +46,9 @@ extern "C" char hedro34_test_behind_deed;
 
 extern "C" EXCEPTION_DISPOSITION hedro34_test_host_handler(::EXCEPTION_RECORD* record, void* frame, CONTEXT* context,
                                                            void*) {
-  constexpr DWORD unwinding = 0x06;
-  constexpr DWORD of_this_compiler = 0x20474343;
-  const bool is_foreign = record->ExceptionCode != of_this_compiler;
-  if ((record->ExceptionFlags & unwinding) == 0 && is_foreign) {
-    met = record->ExceptionCode;
-    RtlUnwindEx(frame, &hedro34_test_behind_deed, record, nullptr, context, nullptr);
-  }
+  if (!is_hosts(*record)) return ExceptionContinueSearch;
+  met = record->ExceptionCode;
+  RtlUnwindEx(frame, &hedro34_test_behind_deed, record, nullptr, context, nullptr);
   return ExceptionContinueSearch;
 }
 
@@ -67,6 +70,76 @@ hedro34_test_behind_deed:
         .seh_endproc
 )");
 
+#else
+
+// A host's function with nothing in its registers that an unwinder could follow.
+asm(R"(
+        .text
+        .globl  __ZN7hedro347testing13in_bare_frameEPFvvE
+__ZN7hedro347testing13in_bare_frameEPFvvE:
+        movl    4(%esp), %eax
+        pushl   %ebp
+        pushl   %ebx
+        pushl   %esi
+        pushl   %edi
+        xorl    %ebp, %ebp
+        movl    $1, %ebx
+        movl    $2, %esi
+        movl    $3, %edi
+        pushl   %ebx
+        pushl   %esi
+        testl   %eax, %eax
+        je      1f
+        call    *%eax
+1:
+        movl    (%ebx), %eax
+)");
+
+// No frame pointer, and no data for any unwinder.
+extern "C" void hedro34_test_host_frame(void (*deed)());
+extern "C" void hedro34_test_host_leave(void* frame, ::EXCEPTION_RECORD* record);
+
+extern "C" EXCEPTION_DISPOSITION hedro34_test_host_handler(::EXCEPTION_RECORD* record, void* frame, CONTEXT*, void*) {
+  if (!is_hosts(*record)) return ExceptionContinueSearch;
+  met = record->ExceptionCode;
+  hedro34_test_host_leave(frame, record);
+  return ExceptionContinueSearch;
+}
+
+asm(R"(
+        .text
+        .globl  _hedro34_test_host_frame, _hedro34_test_host_leave
+_hedro34_test_host_frame:
+        pushl   %ebp
+        pushl   %ebx
+        pushl   %esi
+        pushl   %edi
+        movl    20(%esp), %eax
+        pushl   $_hedro34_test_host_handler
+        pushl   %fs:0
+        movl    %esp, %fs:0
+        call    *%eax
+1:
+        popl    %fs:0
+        addl    $4, %esp
+        popl    %edi
+        popl    %esi
+        popl    %ebx
+        popl    %ebp
+        ret
+_hedro34_test_host_leave:
+        movl    4(%esp), %ebp
+        movl    8(%esp), %eax
+        pushl   $0
+        pushl   %eax
+        pushl   $2f
+        pushl   %ebp
+        call    _RtlUnwind@16
+2:
+        movl    %fs:0, %esp
+        jmp     1b
+)");
+
 #endif
 
 std::uint32_t in_host_frame(void (*deed)()) {
@@ -86,9 +159,9 @@ bool null_reaches_former_handler() { return in_host_frame(read_null) == STATUS_A
 std::vector<Provocation> provocations_of_system() {
   return {
       {"guard page", touch_guard_page, "10001 Guard Page Violation"},
-      {"raised", [] { RaiseException(STATUS_INVALID_HANDLE, 0, 0, nullptr); }, "10008 Invalid Handle"},
+      {"raised", [] { RaiseException(STATUS_INVALID_HANDLE, 0, 0, nullptr); }, "10008 Invalid Handle", has_all_tables},
       {"raised for good", [] { RaiseException(0xC0000001, EXCEPTION_NONCONTINUABLE, 0, nullptr); },
-       "10001 Unknown (&HC0000001)"},
+       "10001 Unknown (&HC0000001)", has_all_tables},
       {"a chain of records", raise_chain, "10038 Invalid Disposition"},
   };
 }

@@ -10,6 +10,11 @@
 #include "hedro34/runtime/fault_frames.h"
 #include "hedro34/runtime/fault_table.h"
 
+extern "C" void hedro34_throw_fault();
+extern "C" [[noreturn]] void hedro34_raise_fault(DWORD code, const void* address) {
+  hedro34::raise_fault_of_system(code, address);
+}
+
 namespace hedro34 {
 
 class Guard {
@@ -142,7 +147,7 @@ void link_traps(Walk walk, ActiveTrap& innermost) {
   bool begun = false;
   for (; !walk.at_end(); walk.step()) {
     if (walk.function() != reinterpret_cast<DWORD64>(&hedro34_run_guarded)) continue;
-    ActiveTrap* const trap = trap_of_guard(reinterpret_cast<const void*>(walk.context().Rsp));
+    ActiveTrap* const trap = trap_of_guard(reinterpret_cast<void*>(walk.context().Rsp));
     if (!begun) {
       begun = trap == &innermost;
       continue;
@@ -155,10 +160,10 @@ void link_traps(Walk walk, ActiveTrap& innermost) {
 
 }  // namespace
 
-ActiveTrap* trap_of_guard(const void* frame) noexcept {
+ActiveTrap* trap_of_guard(void* frame) noexcept {
   constexpr std::size_t place_of_trap = 32;
   ActiveTrap* trap = nullptr;
-  std::memcpy(&trap, static_cast<const char*>(frame) + place_of_trap, sizeof trap);
+  std::memcpy(&trap, static_cast<char*>(frame) + place_of_trap, sizeof trap);
   return trap;
 }
 
@@ -195,6 +200,20 @@ bool depart(CONTEXT& context, ActiveTrap& innermost, bool stack_overflow, DWORD 
   context.Rcx = code;
   context.Rdx = reinterpret_cast<DWORD64>(address);
   return true;
+}
+
+// As a failure may come out of an exception that must not be continued, the way on is a new context and no answer.
+void go_on(CONTEXT& context, ActiveTrap&, ::EXCEPTION_RECORD&) {
+  constexpr DWORD modes = 0x40500;  // alignment check, direction, single step
+  context.EFlags &= ~modes;
+  constexpr DWORD flags = 0x3F;
+  context.FltSave.MxCsr &= ~flags;
+  context.MxCsr &= ~flags;
+  context.FltSave.StatusWord = 0;
+  context.FltSave.TagWord = 0;
+  context.ContextFlags = CONTEXT_FULL;
+  RtlRestoreContext(&context, nullptr);
+  __builtin_unreachable();
 }
 
 }  // namespace hedro34

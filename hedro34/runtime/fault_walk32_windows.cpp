@@ -1,0 +1,158 @@
+#include "hedro34/runtime/fault_walk_windows.h"
+
+#include "hedro34/runtime/fault_support.h"
+
+#if defined(HEDRO34_TRANSLATES_FAULTS) && defined(__i386__)
+
+#include <cstring>
+
+#include "hedro34/runtime/fault_backtrace.h"
+
+namespace {
+
+// What `hedro34_at_fault` leads the unwinder to, in the order that its unwind data say.
+struct Registers {
+  DWORD instruction, stack_pointer, ebx, ebp, esi, edi;
+};
+
+}  // namespace
+
+extern "C" void hedro34_at_fault(const Registers* registers, void (*called)(void*), void* argument);
+extern "C" void hedro34_leave_frames(hedro34::FrameHandler* up_to, ::EXCEPTION_RECORD* record);
+extern "C" char hedro34_behind_body;
+
+namespace hedro34 {
+
+class Guard {
+ public:
+  static FrameHandler& handler(ActiveTrap& trap) noexcept { return trap.handler_; }
+  static DWORD stack_pointer(const ActiveTrap& trap) noexcept { return reinterpret_cast<DWORD>(trap.stack_); }
+  static void set_outer(ActiveTrap& trap, const ActiveTrap* outer) noexcept { trap.outer_ = outer; }
+};
+
+namespace {
+
+constexpr DWORD word = sizeof(DWORD);
+
+DWORD word_at(DWORD address) {
+  DWORD result = 0;
+  std::memcpy(&result, reinterpret_cast<const void*>(address), sizeof result);
+  return result;
+}
+
+bool is_code(DWORD address) {
+  MEMORY_BASIC_INFORMATION memory = {};
+  return VirtualQuery(reinterpret_cast<const void*>(address), &memory, sizeof memory) != 0 &&
+         memory.State == MEM_COMMIT && memory.Type == MEM_IMAGE;
+}
+
+// libgcc's probe of a large frame has no unwind data, and has pushed two registers when it meets the end of the stack.
+bool is_stack_probe(DWORD address) {
+  constexpr unsigned char probe[] = {0x83, 0x09, 0x00};  // orl $0, (%ecx)
+  return is_code(address) && std::memcmp(reinterpret_cast<const void*>(address), probe, sizeof probe) == 0;
+}
+
+// Takes a call to where the unwinder knows no function back: the caller stands at its call instruction again. Where the stack
+// shows no caller, the registers stay.
+void stand_at_caller(Registers& registers, const ActiveTrap& innermost) {
+  if (has_table(registers.instruction)) return;
+  const DWORD slot = registers.stack_pointer + (is_stack_probe(registers.instruction) ? 2 * word : 0);
+  if (slot % word != 0 || slot >= reinterpret_cast<DWORD>(&innermost)) return;
+  const DWORD instruction = word_at(slot) - 1;
+  if (!has_table(instruction)) return;
+  registers.instruction = instruction;
+  registers.stack_pointer = slot + word;
+}
+
+// Links the traps from the given one outwards, as far as they are to be seen.
+void link_traps(ActiveTrap& innermost) {
+  ActiveTrap* last = &innermost;
+  constexpr auto end = ~std::uintptr_t{};
+  for (FrameHandler* at = Guard::handler(innermost).next; reinterpret_cast<std::uintptr_t>(at) != end; at = at->next) {
+    if (at->handler != hedro34_on_exception) continue;
+    ActiveTrap* const trap = trap_of_guard(at);
+    if (faults_of_thread.hidden != nullptr && static_cast<const void*>(trap) >= faults_of_thread.hidden) return;
+    Guard::set_outer(*last, trap);
+    last = trap;
+  }
+}
+
+// The innermost frame that the unwinder reaches a trap from; else the guard of that trap, whose own data lead to its caller.
+Registers find_place(const Registers& fault, ActiveTrap& innermost, bool stack_overflow) {
+  FaultSearch search(&innermost, fault.stack_pointer, stack_overflow);
+  if (!search.can_begin()) return {};
+  struct Walk {
+    FaultSearch& search;
+    DWORD instruction;
+  } walk = {search, fault.instruction};
+  if (has_table(fault.instruction)) {
+    const auto run = [](void* argument) {
+      const Walk& to_run = *static_cast<Walk*>(argument);
+      walk_by_tables(to_run.search, to_run.instruction);
+    };
+    hedro34_at_fault(&fault, run, &walk);
+  }
+  if (const Place place = search.found()) {
+    const bool at_fault = place.stack_pointer == fault.stack_pointer && place.return_address == fault.instruction;
+    return {place.return_address - (at_fault ? 0 : 1),
+            place.stack_pointer,
+            place.kept[0],
+            place.kept[1],
+            place.kept[2],
+            place.kept[3]};
+  }
+  const auto& trap = *reinterpret_cast<const ActiveTrap*>(search.catching_trap());
+  return {reinterpret_cast<DWORD>(&hedro34_behind_body) - 1, Guard::stack_pointer(trap), 0, 0, 0, 0};
+}
+
+void restore_float_modes(const CONTEXT& context) {
+  constexpr DWORD flags = 0x3F;
+  DWORD vector = 0;
+  std::memcpy(&vector, context.ExtendedRegisters + 24, sizeof vector);
+  vector &= ~flags;
+  const auto word_of_control = static_cast<std::uint16_t>(context.FloatSave.ControlWord);
+  asm volatile("fninit; fldcw %0; ldmxcsr %1" : : "m"(word_of_control), "m"(vector));
+}
+
+}  // namespace
+
+ActiveTrap* trap_of_guard(void* frame) noexcept { return static_cast<ActiveTrap*>(frame); }
+
+bool depart(CONTEXT& context, ActiveTrap& innermost, bool stack_overflow, DWORD code, const void* address) noexcept {
+  Guard::set_outer(innermost, nullptr);
+  if (stack_overflow) link_traps(innermost);
+  Registers fault = {context.Eip, context.Esp, context.Ebx, context.Ebp, context.Esi, context.Edi};
+  stand_at_caller(fault, innermost);
+  const Registers place = find_place(fault, innermost, stack_overflow);
+  if (place.stack_pointer == 0) return false;
+  context.Eip = place.instruction;
+  context.Esp = place.stack_pointer;
+  context.Ebx = place.ebx;
+  context.Ebp = place.ebp;
+  context.Esi = place.esi;
+  context.Edi = place.edi;
+  context.Ecx = code;
+  context.Edx = reinterpret_cast<DWORD>(address);
+  return true;
+}
+
+// The handlers of a host's frames inside the guard hear that they are left. The throw is made from here: the unwinder goes on
+// at the place, whatever lies between.
+void go_on(CONTEXT& context, ActiveTrap& innermost, ::EXCEPTION_RECORD& record) {
+  const Registers place = {context.Eip, context.Esp, context.Ebx, context.Ebp, context.Esi, context.Edi};
+  hedro34_leave_frames(&Guard::handler(innermost), &record);
+  FrameHandler* first = &Guard::handler(innermost);
+  while (reinterpret_cast<DWORD>(first) < place.stack_pointer) first = first->next;
+  set_first_frame_handler(first);
+  restore_float_modes(context);
+  const auto raise = [](void* argument) {
+    const auto& fault = *static_cast<const CONTEXT*>(argument);
+    raise_fault_of_system(fault.Ecx, reinterpret_cast<const void*>(fault.Edx));
+  };
+  hedro34_at_fault(&place, raise, &context);
+  __builtin_unreachable();
+}
+
+}  // namespace hedro34
+
+#endif
