@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "hedro34/base/thread_value.h"
+#include "hedro34/platform/thread_value.h"
 
 namespace hedro34 {
 namespace {

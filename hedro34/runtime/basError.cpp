@@ -5,9 +5,9 @@
 #include <stdexcept>
 #include <utility>
 
-#include "hedro34/base/thread_value.h"
 #include "hedro34/platform/message_box.h"
 #include "hedro34/platform/platform.h"
+#include "hedro34/platform/thread_value.h"
 #include "hedro34/runtime/fault_trap.h"
 
 namespace hedro34 {

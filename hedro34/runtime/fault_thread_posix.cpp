@@ -7,7 +7,7 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-#include "hedro34/base/thread_value.h"
+#include "hedro34/platform/thread_value.h"
 #include "hedro34/runtime/fault_trap.h"
 
 namespace hedro34 {

@@ -4,7 +4,7 @@
 
 #ifdef HEDRO34_TRANSLATES_FAULTS
 
-#include "hedro34/base/thread_value.h"
+#include "hedro34/platform/thread_value.h"
 
 #include <malloc.h>
 #include <windows.h>

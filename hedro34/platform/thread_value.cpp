@@ -1,4 +1,4 @@
-#include "hedro34/base/thread_value.h"
+#include "hedro34/platform/thread_value.h"
 
 #include <cstdlib>
 
