@@ -1,5 +1,7 @@
 #include "hedro34/component/host_object.h"
 
+#include "hedro34/component/host_member.h"
+
 #include <vector>
 
 #include "hedro34/component/own_library.h"
@@ -85,9 +87,7 @@ OwnedVariant HostSide::invoke(StringView name, std::uint16_t flags, std::span<Ho
   const HostCall running;
   DISPID id = DISPID_VALUE;
   if (!name.empty()) {
-    String named(name);
-    OLECHAR* names[] = {named.data()};
-    const HRESULT found = host->GetIDsOfNames(IID_NULL, names, 1, 0, &id);
+    const HRESULT found = find_member(host.get(), name, id);
     if (found < 0) fail_with(found);
   }
   std::vector<VARIANT> backwards;
