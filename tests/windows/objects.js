@@ -1,0 +1,110 @@
+// An error object and a message box written in JScript, and what the library tells them. cscript //nologo objects.js EXAMPLES
+// The last line, "passed N", is the sign of success.
+var examples = WScript.Arguments(0), passed = 0, failed = 0;
+
+function check(what, found, expected) {
+  if (found === expected) {
+    ++passed;
+  } else {
+    ++failed;
+    WScript.Echo(what + ": " + found + " instead of " + expected);
+  }
+}
+
+// --- message box ---------------------------------------------------------------------------------------------------------
+
+var platform = new ActiveXObject("HEDRO34.Platform"), test = new ActiveXObject("HEDRO34.clsHEDROTest");
+var boxes = {
+  answer: 2,
+  shown: "",
+  Show: function (text, flags, title) {
+    this.shown += flags + " " + title + ": " + text + "\n";
+    return this.answer;
+  },
+  take: function () {
+    var taken = this.shown;
+    this.shown = "";
+    return taken;
+  }
+};
+var partial = "49 Partial Credit: Warning: One or more test questions allow partial credit; however, partial credit is not " +
+    "supported. All imported test questions will require that all correct answers be selected in order for the response to " +
+    "be considered correct.\n";
+platform.MessageBox = boxes;
+check("the host's own object comes back", platform.MessageBox === boxes, true);
+check("Cancel", test.LoadXML(examples + "\\mixed.xml"), false);
+check("its box", boxes.take(), partial);
+boxes.answer = 1;
+check("OK", test.LoadXML(examples + "\\mixed.xml"), true);
+check("again its box", boxes.take(), partial);
+
+var merge = new ActiveXObject("HEDRO34.clsHEDRO");
+merge.Tests.Add(test);
+check("RemoveInvalid", merge.RemoveInvalid(8), true);
+check("boxes of the removal", boxes.take(),
+      "48 Invalid Question Type(s): Warning: The file contains one or more question types that are not supported. The " +
+      "unsupported question types were removed.\r\n\r\nSupported Question Types: Multiple Choice, True/False, Yes/No\r\n\r\n" +
+      "\tNote: Modified True/False questions are NOT supported.\r\n\r\n" +
+      "Unsupported Question Number(s): 2, 4, 6, 7, 9, 10, 12, 13, 15, 17, 19, 20, 21\r\n\r\n" +
+      "Total Questions: 23\r\nRemoved Questions: 13\r\nRemaining Questions: 10\n" +
+      "48 Maximum Number of Questions: Warning: The file contains more questions than are supported. One or more questions " +
+      "were removed.\r\n\r\nNumber of Supported Questions: 8\r\n\r\nTotal Questions: 10\r\nRemoved Questions: 2\r\n" +
+      "Remaining Questions: 8\n");
+
+var refused = [["refused-count", "Invalid Test Versions"], ["refused-question", "Invalid Test Versions"],
+               ["refused-answer", "Invalid Test Versions"]];
+for (var i = 0; i < refused.length; ++i) {
+  merge = new ActiveXObject("HEDRO34.clsHEDRO");
+  for (var k = 0; k < 2; ++k) {
+    test = new ActiveXObject("HEDRO34.clsHEDROTest");
+    test.LoadXML(examples + "\\versions\\" + (k === 0 ? "unit-a" : refused[i][0]) + ".xml");
+    merge.Tests.Add(test);
+  }
+  check(refused[i][0], merge.ValidTestVersions(), false);
+  check("box of " + refused[i][0], boxes.take().split(":")[0].substr(3), refused[i][1]);
+}
+
+// --- error object --------------------------------------------------------------------------------------------------------
+
+var duplicate = "Error# 457: This key is already associated with an element of this collection, Location: HEDRO34 - " +
+    "clsHEDROTestQuestions.Add\n";
+var errors = {
+  told: "",
+  RaiseError: function (number) {
+    this.told += arguments.length + " arguments, " + number;
+    return 0;
+  }
+};
+var questions = test.Questions;
+check("a question twice", questions.Add(questions(1)), false);
+check("without an error object", boxes.take(), "48 Application Error: " + duplicate);
+check("SetError", merge.SetError(errors), true);
+check("again", questions.Add(questions(1)), false);
+check("the failure", errors.told, "13 arguments, 457");
+check("no box", boxes.take(), "");
+errors.RaiseError = function () {
+  throw new Error(70, "the host's own words");
+};
+questions.Add(questions(1));
+check("a failure in the host", boxes.take().split("\r\n").pop(), duplicate);
+
+// --- errors of the script ------------------------------------------------------------------------------------------------
+
+var mistakes = [
+  [429, function () { new ActiveXObject("HEDRO34.clsHEDROTst"); }],
+  [438, function () { test.Nothing(); }]
+];
+for (i = 0; i < mistakes.length; ++i) {
+  var number = 0;
+  try {
+    mistakes[i][1]();
+  } catch (error) {
+    number = error.number & 0xFFFF;
+  }
+  check("error " + i, number, mistakes[i][0]);
+}
+
+platform.MessageBox = new ActiveXObject("HEDRO34.MessageBox");
+check("another box", platform.MessageBox === boxes, false);
+if (failed === 0) WScript.Echo("passed " + passed);
+WScript.Quit(failed);
