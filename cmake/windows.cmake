@@ -3,7 +3,7 @@
 
 # Windows 10; the system's own headers with no more than is asked for, and wide characters.
 add_compile_definitions(_WIN32_WINNT=0x0A00 WIN32_LEAN_AND_MEAN NOMINMAX UNICODE _UNICODE)
-add_link_options(-static)
+add_link_options(-static -Wl,--no-insert-timestamp)  # the same sources give the same bytes
 if(CMAKE_SIZEOF_VOID_P EQUAL 4)
   add_link_options(-Wl,--large-address-aware)
 endif()
