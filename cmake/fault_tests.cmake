@@ -1,4 +1,5 @@
-# tests/faults/*.cpp make a program of its own, as it replaces malloc and the handlers of signals.
+# tests/faults/*.cpp make a program of its own, as it replaces malloc and the handlers of signals. On Windows it loads the DLL
+# that stands beside it.
 
 hedro34_sources(fault_test_sources tests/faults/*.cpp)
 if(HEDRO34_FAULTS AND fault_test_sources)
@@ -19,7 +20,9 @@ if(HEDRO34_FAULTS AND fault_test_sources)
   hedro34_warnings(hedro34_fault_tests)
   hedro34_fault_flags(hedro34_fault_tests)
   hedro34_in_order(${fault_test_sources})
-  if(NOT WIN32)
+  if(WIN32)
+    add_dependencies(hedro34_fault_tests hedro34_component)
+  else()
     gtest_discover_tests(hedro34_fault_tests DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 PROPERTIES LABELS faults)
   endif()
 endif()

@@ -19,7 +19,8 @@ binary::HRESULT class_factory(StringView name, binary::IClassFactory** factory) 
     if (name.find(u'\0') != StringView::npos) return CO_E_CLASSSTRING;
     if (const HRESULT result = ::CLSIDFromProgID(wide(String(name)), &class_id); FAILED(result)) return result;
     void* answer = nullptr;
-    const HRESULT result = ::CoGetClassObject(class_id, CLSCTX_INPROC_SERVER, nullptr, IID_IClassFactory, &answer);
+    const HRESULT result = running.make(
+        [&] { return ::CoGetClassObject(class_id, CLSCTX_INPROC_SERVER, nullptr, IID_IClassFactory, &answer); });
     if (FAILED(result)) {
       RegisteredClass registered;
       if (find_class(name, registered) != S_OK) registered.library = name;

@@ -14,7 +14,8 @@ binary::HRESULT create_object(StringView name, binary::IDispatch** object) noexc
     const HostCall running;
     const auto factory = Held<binary::IClassFactory>::taken(made_by);
     void* answer = nullptr;
-    const binary::HRESULT result = factory->CreateInstance(nullptr, binary::IID_IDispatch, &answer);
+    const binary::HRESULT result =
+        running.make([&] { return factory->CreateInstance(nullptr, binary::IID_IDispatch, &answer); });
     if (result < 0) return result;
     *object = static_cast<binary::IDispatch*>(answer);
     return answer == nullptr ? binary::E_UNEXPECTED : result;

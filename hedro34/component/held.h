@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <optional>
+#include <type_traits>
 #include <utility>
 
 #include "hedro34/component/binary.h"
@@ -21,6 +22,20 @@ class HostCall {
     if (!faults_are_failures.load(std::memory_order_relaxed)) hidden_.emplace();
   }
 
+  // Makes the call itself, and gives what it gives.
+  template <class Called>
+  auto make(Called called) const -> decltype(called()) {
+    using Result = decltype(called());
+    if constexpr (std::is_void_v<Result>) {
+      call_foreign([](void* context) { (*static_cast<Called*>(context))(); }, &called);
+    } else {
+      Result result{};
+      const auto keep_result = [&] { result = called(); };
+      make(keep_result);
+      return result;
+    }
+  }
+
   static inline std::atomic<bool> faults_are_failures{true};
 
  private:
@@ -34,7 +49,7 @@ class Held {
   explicit Held(T* object) : object_(object) {
     if (object_ == nullptr) return;
     const HostCall running;
-    object_->AddRef();
+    running.make([this] { object_->AddRef(); });
   }
   // Takes over a count that the caller has.
   static Held taken(T* object) noexcept {
@@ -48,7 +63,7 @@ class Held {
     if (object_ != nullptr) {
       quietly([this] {
         const HostCall running;
-        object_->Release();
+        running.make([this] { object_->Release(); });
       });
     }
   }
@@ -72,7 +87,7 @@ Held<T> query(binary::IUnknown* object, const binary::GUID& iid) {
   void* found = nullptr;
   if (object == nullptr) return {};
   const HostCall running;
-  if (object->QueryInterface(iid, &found) < 0) return {};
+  if (running.make([&] { return object->QueryInterface(iid, &found); }) < 0) return {};
   return Held<T>::taken(static_cast<T*>(found));
 }
 
@@ -88,7 +103,7 @@ class OwnedVariant {
     if (value_.vt > binary::VT_R8) {
       quietly([this] {
         const HostCall running;
-        binary::VariantClear(&value_);
+        running.make([this] { binary::VariantClear(&value_); });
       });
     }
   }

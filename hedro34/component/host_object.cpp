@@ -57,8 +57,8 @@ struct Exception : EXCEPINFO {
     SysFreeString(bstrHelpFile);
   }
 
-  [[noreturn]] void fail() {
-    if (pfnDeferredFillIn != nullptr) pfnDeferredFillIn(this);
+  [[noreturn]] void fail(const HostCall& running) {
+    if (pfnDeferredFillIn != nullptr) running.make([this] { pfnDeferredFillIn(this); });
     if (wCode == 0 && scode >= 0) fail_with(DISP_E_EXCEPTION);  // it says nothing
     const std::int32_t number = wCode != 0 ? std::int32_t{wCode} : number_of(scode);
     const String words(bstrDescription != nullptr ? StringView(bstrDescription, SysStringLen(bstrDescription))
@@ -87,7 +87,7 @@ OwnedVariant HostSide::invoke(StringView name, std::uint16_t flags, std::span<Ho
   const HostCall running;
   DISPID id = DISPID_VALUE;
   if (!name.empty()) {
-    const HRESULT found = find_member(host.get(), name, id);
+    const HRESULT found = running.make([&] { return find_member(host.get(), name, id); });
     if (found < 0) fail_with(found);
   }
   std::vector<VARIANT> backwards;
@@ -100,9 +100,11 @@ OwnedVariant HostSide::invoke(StringView name, std::uint16_t flags, std::span<Ho
   OwnedVariant result;
   Exception exception;
   std::uint32_t bad_argument = 0;
-  const HRESULT code =
-      host->Invoke(id, IID_NULL, 0, flags, &parameters, writes ? nullptr : result.get(), &exception, &bad_argument);
-  if (code == DISP_E_EXCEPTION) exception.fail();
+  const HRESULT code = running.make([&] {
+    return host->Invoke(id, IID_NULL, 0, flags, &parameters, writes ? nullptr : result.get(), &exception,
+                        &bad_argument);
+  });
+  if (code == DISP_E_EXCEPTION) exception.fail(running);
   if (code < 0) fail_with(code);
   return result;
 }

@@ -131,7 +131,8 @@ Held<binary::IDispatch> create_host_object(StringView name, Need need) {
   if (!registered) return {};
   void* made = nullptr;
   const HostCall running;
-  const binary::HRESULT result = registered->CreateInstance(nullptr, binary::IID_IDispatch, &made);
+  const binary::HRESULT result =
+      running.make([&] { return registered->CreateInstance(nullptr, binary::IID_IDispatch, &made); });
   if (result < 0 || made == nullptr) cannot_create(name);
   return Held<binary::IDispatch>::taken(static_cast<binary::IDispatch*>(made));
 }

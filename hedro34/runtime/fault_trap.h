@@ -24,8 +24,14 @@ namespace hedro34 {
 
 // An entry in the system's chain of handlers for the thread, which it asks from the innermost. It lives on the stack.
 struct FrameHandler {
-  FrameHandler* next;
-  int (*handler)(void* record, void* frame, void* context, void* dispatcher);
+  FrameHandler* next = nullptr;
+  int (*handler)(void* record, void* frame, void* context, void* dispatcher) = nullptr;
+};
+
+// What a guard keeps: its entry, and its stack pointer where it calls the body.
+struct GuardEntry {
+  FrameHandler handler;
+  const void* stack = nullptr;
 };
 
 inline FrameHandler* first_frame_handler() noexcept {
@@ -60,8 +66,7 @@ class ActiveTrap {
   friend class Guard;
 #endif
 #ifdef HEDRO34_CHAINED_GUARDS
-  FrameHandler handler_;
-  const void* stack_ = nullptr;  // of the guard, where it calls the body
+  GuardEntry entry_;
 #endif
   const ActiveTrap* outer_;  // with guards, as far as the fault that is being looked at needs it
   bool reports_;
@@ -88,14 +93,14 @@ extern constinit thread_local ThreadFaults faults_of_thread;
 
 #ifdef HEDRO34_GUARDED_TRAPS
 
-extern "C" void hedro34_run_guarded(void (*body)(void*), void* context, ActiveTrap* trap);
+extern "C" void hedro34_run_guarded(void (*body)(void*), void* context, void* trap);
 
 #ifdef HEDRO34_CHAINED_GUARDS
 inline ActiveTrap::ActiveTrap(bool reports) noexcept
-    : handler_{first_frame_handler(), hedro34_on_exception}, outer_(nullptr), reports_(reports) {
-  set_first_frame_handler(&handler_);
+    : entry_{{first_frame_handler(), hedro34_on_exception}}, outer_(nullptr), reports_(reports) {
+  set_first_frame_handler(&entry_.handler);
 }
-inline void ActiveTrap::leave() noexcept { set_first_frame_handler(handler_.next); }
+inline void ActiveTrap::leave() noexcept { set_first_frame_handler(entry_.handler.next); }
 #else
 inline ActiveTrap::ActiveTrap(bool reports) noexcept : outer_(nullptr), reports_(reports) {}
 inline void ActiveTrap::leave() noexcept {}

@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "hedro34/runtime/fault_backtrace.h"
+#include "hedro34/runtime/hidden_traps.h"
 
 namespace {
 
@@ -25,8 +26,8 @@ namespace hedro34 {
 
 class Guard {
  public:
-  static FrameHandler& handler(ActiveTrap& trap) noexcept { return trap.handler_; }
-  static DWORD stack_pointer(const ActiveTrap& trap) noexcept { return reinterpret_cast<DWORD>(trap.stack_); }
+  static FrameHandler& handler(ActiveTrap& trap) noexcept { return trap.entry_.handler; }
+  static const GuardEntry& entry(const ActiveTrap& trap) noexcept { return trap.entry_; }
   static void set_outer(ActiveTrap& trap, const ActiveTrap* outer) noexcept { trap.outer_ = outer; }
 };
 
@@ -77,32 +78,48 @@ void link_traps(ActiveTrap& innermost) {
   }
 }
 
-// The innermost frame that the unwinder reaches a trap from; else the guard of that trap, whose own data lead to its caller.
-Registers find_place(const Registers& fault, ActiveTrap& innermost, bool stack_overflow) {
-  FaultSearch search(&innermost, fault.stack_pointer, stack_overflow);
-  if (!search.can_begin()) return {};
+Registers at_call_of(const GuardEntry& guard) {
+  return {reinterpret_cast<DWORD>(&hedro34_behind_body) - 1, reinterpret_cast<DWORD>(guard.stack), 0, 0, 0, 0};
+}
+
+// Where the unwinder reaches the trap that is to catch, from the given registers outwards.
+Registers find_place_from(const Registers& start, FaultSearch search) {
+  if (!has_table(start.instruction)) return {};
   struct Walk {
     FaultSearch& search;
     DWORD instruction;
-  } walk = {search, fault.instruction};
-  if (has_table(fault.instruction)) {
-    const auto run = [](void* argument) {
-      const Walk& to_run = *static_cast<Walk*>(argument);
-      walk_by_tables(to_run.search, to_run.instruction);
-    };
-    hedro34_at_fault(&fault, run, &walk);
+  } walk = {search, start.instruction};
+  const auto run = [](void* argument) {
+    const Walk& to_run = *static_cast<Walk*>(argument);
+    walk_by_tables(to_run.search, to_run.instruction);
+  };
+  hedro34_at_fault(&start, run, &walk);
+  const Place place = search.found();
+  if (!place) return {};
+  const bool at_start = place.stack_pointer == start.stack_pointer && place.return_address == start.instruction;
+  return {place.return_address - (at_start ? 0 : 1),
+          place.stack_pointer,
+          place.kept[0],
+          place.kept[1],
+          place.kept[2],
+          place.kept[3]};
+}
+
+int on_foreign_exception(void*, void*, void*, void*) { return ExceptionContinueSearch; }
+
+// The innermost frame from which the unwinder reaches a trap: from the fault, from the innermost call of a host that it reaches
+// one from, and at last the guard of that trap itself.
+Registers find_place(const Registers& fault, ActiveTrap& innermost, bool stack_overflow) {
+  const FaultSearch search(&innermost, fault.stack_pointer, stack_overflow);
+  if (!search.can_begin()) return {};
+  Registers place = find_place_from(fault, search);
+  for (FrameHandler* at = first_frame_handler(); at != &Guard::handler(innermost); at = at->next) {
+    if (place.stack_pointer != 0) break;
+    if (at->handler != on_foreign_exception) continue;
+    place = find_place_from(at_call_of(*reinterpret_cast<const GuardEntry*>(at)), search);
   }
-  if (const Place place = search.found()) {
-    const bool at_fault = place.stack_pointer == fault.stack_pointer && place.return_address == fault.instruction;
-    return {place.return_address - (at_fault ? 0 : 1),
-            place.stack_pointer,
-            place.kept[0],
-            place.kept[1],
-            place.kept[2],
-            place.kept[3]};
-  }
-  const auto& trap = *reinterpret_cast<const ActiveTrap*>(search.catching_trap());
-  return {reinterpret_cast<DWORD>(&hedro34_behind_body) - 1, Guard::stack_pointer(trap), 0, 0, 0, 0};
+  if (place.stack_pointer != 0) return place;
+  return at_call_of(Guard::entry(*reinterpret_cast<const ActiveTrap*>(search.catching_trap())));
 }
 
 void restore_float_modes(const CONTEXT& context) {
@@ -114,7 +131,24 @@ void restore_float_modes(const CONTEXT& context) {
   asm volatile("fninit; fldcw %0; ldmxcsr %1" : : "m"(word_of_control), "m"(vector));
 }
 
+class ForeignCall {
+ public:
+  ForeignCall() noexcept : entry_{{first_frame_handler(), on_foreign_exception}} {
+    set_first_frame_handler(&entry_.handler);
+  }
+  ~ForeignCall() { set_first_frame_handler(entry_.handler.next); }
+  ForeignCall(const ForeignCall&) = delete;
+  ForeignCall& operator=(const ForeignCall&) = delete;
+
+  void run(void (*called)(void*), void* context) { hedro34_run_guarded(called, context, &entry_); }
+
+ private:
+  GuardEntry entry_;
+};
+
 }  // namespace
+
+void call_foreign(void (*called)(void*), void* context) { ForeignCall().run(called, context); }
 
 ActiveTrap* trap_of_guard(void* frame) noexcept { return static_cast<ActiveTrap*>(frame); }
 
@@ -152,6 +186,16 @@ void go_on(CONTEXT& context, ActiveTrap& innermost, ::EXCEPTION_RECORD& record) 
   hedro34_at_fault(&place, raise, &context);
   __builtin_unreachable();
 }
+
+}  // namespace hedro34
+
+#elif defined(__i386__)
+
+#include "hedro34/runtime/hidden_traps.h"
+
+namespace hedro34 {
+
+void call_foreign(void (*called)(void*), void* context) { called(context); }
 
 }  // namespace hedro34
 

@@ -1,4 +1,4 @@
-// Traps that are to let native faults pass.
+// What a call of a host's code does to native faults in it.
 #pragma once
 
 namespace hedro34 {
@@ -14,5 +14,13 @@ class HiddenTraps {
  private:
   const void* former_;
 };
+
+// Calls `called(context)`, a host's code. A native fault in there leaves this call like a failure that was thrown from it, also
+// where the host's frames say nothing to g++'s unwinder, as on Windows in 32 bits.
+#if defined(_WIN32) && defined(__i386__)
+void call_foreign(void (*called)(void*), void* context);
+#else
+inline void call_foreign(void (*called)(void*), void* context) { called(context); }
+#endif
 
 }  // namespace hedro34
