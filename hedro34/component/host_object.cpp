@@ -1,10 +1,8 @@
 #include "hedro34/component/host_object.h"
 
-#include "hedro34/component/host_member.h"
-
 #include <vector>
 
-#include "hedro34/component/own_library.h"
+#include "hedro34/component/host_member.h"
 
 namespace hedro34 {
 namespace {
@@ -75,10 +73,6 @@ HostArgument HostArgument::by_reference(HostArgument& target) {
   result.value_->vt = static_cast<VARTYPE>(VT_BYREF | value.vt);
   result.value_->byref = &value.llVal;
   return result;
-}
-
-HostSide::~HostSide() {
-  if (host_ && process_is_ending()) static_cast<void>(host_.detach());
 }
 
 OwnedVariant HostSide::invoke(StringView name, std::uint16_t flags, std::span<HostArgument> arguments) const {

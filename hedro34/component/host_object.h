@@ -38,7 +38,7 @@ class HostSide {
   binary::IDispatch* host() const noexcept { return host_.get(); }
 
  protected:
-  virtual ~HostSide();
+  virtual ~HostSide() = default;
 
   // Calls a member, the default member for an empty name, with the flags of its kind. A put has its value last.
   OwnedVariant invoke(StringView name, std::uint16_t flags, std::span<HostArgument> arguments) const;

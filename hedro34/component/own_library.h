@@ -12,8 +12,4 @@ String path_of_library(const void* address_in_it);
 // Keeps the shared library that holds this address in memory to the end of the process.
 void keep_loaded(const void* address_in_it) noexcept;
 
-// Whether the process ends in such a way that libraries of the host may be gone before this one: nothing of theirs may be
-// called any more.
-bool process_is_ending() noexcept;
-
 }  // namespace hedro34

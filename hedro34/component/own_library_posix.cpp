@@ -23,6 +23,4 @@ String path_of_library(const void* address_in_it) {
 
 void keep_loaded(const void*) noexcept {}  // the linker has marked the library so
 
-bool process_is_ending() noexcept { return false; }
-
 }  // namespace hedro34

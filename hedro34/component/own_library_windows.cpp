@@ -4,9 +4,6 @@
 
 #include <vector>
 
-// Of the system's own library; its header is for drivers.
-extern "C" __declspec(dllimport) BOOLEAN NTAPI RtlDllShutdownInProgress();
-
 namespace hedro34 {
 namespace {
 
@@ -30,7 +27,5 @@ String path_of_library(const void* address_in_it) {
 }
 
 void keep_loaded(const void* address_in_it) noexcept { module_of(address_in_it, GET_MODULE_HANDLE_EX_FLAG_PIN); }
-
-bool process_is_ending() noexcept { return ::RtlDllShutdownInProgress() != 0; }
 
 }  // namespace hedro34
