@@ -123,12 +123,18 @@ Registers find_place(const Registers& fault, ActiveTrap& innermost, bool stack_o
 }
 
 void restore_float_modes(const CONTEXT& context) {
-  constexpr DWORD flags = 0x3F;
-  DWORD vector = 0;
-  std::memcpy(&vector, context.ExtendedRegisters + 24, sizeof vector);
-  vector &= ~flags;
-  const auto word_of_control = static_cast<std::uint16_t>(context.FloatSave.ControlWord);
-  asm volatile("fninit; fldcw %0; ldmxcsr %1" : : "m"(word_of_control), "m"(vector));
+  const auto has = [&](DWORD part) { return (context.ContextFlags & part) == part; };
+  if (has(CONTEXT_FLOATING_POINT)) {
+    const auto modes = static_cast<std::uint16_t>(context.FloatSave.ControlWord);
+    asm volatile("fninit; fldcw %0" : : "m"(modes));
+  }
+  if (has(CONTEXT_EXTENDED_REGISTERS)) {
+    constexpr DWORD flags = 0x3F;
+    DWORD modes = 0;
+    std::memcpy(&modes, context.ExtendedRegisters + 24, sizeof modes);
+    modes &= ~flags;
+    asm volatile("ldmxcsr %0" : : "m"(modes));
+  }
 }
 
 class ForeignCall {

@@ -1,6 +1,8 @@
 // Native faults where the system calls handlers of frames: a host's own come before the library's guards.
 #include <gtest/gtest.h>
 
+#include <csetjmp>
+
 #include "hedro34/component/held.h"
 #include "hedro34/merge/clsHEDRO.h"
 #include "tests/faults/provoke_windows.h"
@@ -16,7 +18,9 @@ TEST(Guards, AreAllThatTheLibraryInstalls) { EXPECT_TRUE(has_filter_of_host()); 
 
 TEST(Guards, LetAHostLookIntoItsOwnFaults) {
   clsHEDROTest test;
-  EXPECT_EQ(load(test, [] { EXPECT_EQ(in_host_frame(read_null), STATUS_ACCESS_VIOLATION); }), Lines());
+  for (const bool twice : {false, true}) {
+    EXPECT_EQ(load(test, [&] { EXPECT_EQ(in_host_frame(read_null, twice), STATUS_ACCESS_VIOLATION); }), Lines());
+  }
   EXPECT_EQ(load(test,
                  [] {
                    EXPECT_TRUE(IsBadReadPtr(reinterpret_cast<const void*>(16), 4));
@@ -57,6 +61,18 @@ TEST(Guards, LeaveAHostsFrameWithoutTables) {
   }
 }
 #endif
+
+TEST(Guards, AreGoneAfterALongJump) {
+  static std::jmp_buf way_out;
+  static int round = 0;
+  for (round = 0; round < 2; ++round) {
+    if (setjmp(way_out) == 0) trap({u"a", u"B"}, [] { std::longjmp(way_out, 1); });
+    EXPECT_TRUE(null_reaches_former_handler());
+    Recorder recorder;
+    trap({u"a", u"B"}, read_null);
+    EXPECT_EQ(recorder.take(), Lines{"10005 Access Violation: HEDRO34 - a.B"});
+  }
+}
 
 // What an application raises for itself, as the C++ of other compilers does, is nobody else's.
 template <DWORD code>

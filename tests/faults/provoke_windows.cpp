@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <utility>
+
 extern "C" void NTAPI RtlRaiseException(::EXCEPTION_RECORD* record);
 
 namespace hedro34::testing {
@@ -30,8 +32,10 @@ void raise_chain() {
 }
 
 thread_local DWORD met = 0;
+thread_local bool handler_faults = false;
 
 bool is_hosts(const ::EXCEPTION_RECORD& record) {
+  if (std::exchange(handler_faults, false)) read_null();
   constexpr DWORD unwinding = 0x06;
   constexpr DWORD of_this_compiler = 0x20474343;
   return (record.ExceptionFlags & unwinding) == 0 && record.ExceptionCode != of_this_compiler;
@@ -142,8 +146,9 @@ _hedro34_test_host_leave:
 
 #endif
 
-std::uint32_t in_host_frame(void (*deed)()) {
+std::uint32_t in_host_frame(void (*deed)(), bool with_faulting_handler) {
   met = 0;
+  handler_faults = with_faulting_handler;
   hedro34_test_host_frame(deed);
   return met;
 }

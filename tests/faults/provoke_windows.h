@@ -5,8 +5,9 @@
 
 namespace hedro34::testing {
 
-// Runs the deed in such a frame, which leaves it when it faults; gives the code of the fault, 0 for none.
-std::uint32_t in_host_frame(void (*deed)());
+// Runs the deed in such a frame, which leaves it when it faults; gives the code of the fault, 0 for none. The handler may fault
+// itself, once; the fault inside a fault is then the host's as well.
+std::uint32_t in_host_frame(void (*deed)(), bool with_faulting_handler = false);
 
 #ifdef __i386__
 // Runs the deed, unless it is null, and faults, in a frame that tells an unwinder nothing.
