@@ -13,7 +13,7 @@ std::uint32_t memory_code(const siginfo_t& signal, const ucontext_t& context) {
   const auto stack = static_cast<std::uintptr_t>(context.uc_mcontext.gregs[REG_RSP]);
   if (signal.si_code == SI_KERNEL) {
     const bool can_exist = instruction >> 47 == 0;
-    return can_exist && is_privileged(instruction) ? 0xC0000096 : 0xC0000005;
+    return can_exist && is_privileged(reinterpret_cast<const void*>(instruction)) ? 0xC0000096 : 0xC0000005;
   }
   return is_stack_overflow(reinterpret_cast<std::uintptr_t>(signal.si_addr), stack) ? code_stack_overflow : 0xC0000005;
 }

@@ -33,8 +33,7 @@ std::uint32_t raised(const CONTEXT& context) {
 bool is_privileged_fault(const ::EXCEPTION_RECORD& last) {
   constexpr ULONG_PTR no_address = ~ULONG_PTR{};
   return last.NumberParameters >= 2 && last.ExceptionInformation[0] == EXCEPTION_READ_FAULT &&
-         last.ExceptionInformation[1] == no_address &&
-         is_privileged(reinterpret_cast<std::uintptr_t>(last.ExceptionAddress));
+         last.ExceptionInformation[1] == no_address && is_privileged(last.ExceptionAddress);
 }
 
 // The first of several faults in one instruction, as the processor orders them.

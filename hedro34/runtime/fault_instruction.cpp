@@ -1,5 +1,7 @@
 #include "hedro34/runtime/fault_instruction.h"
 
+#include <cstdint>
+
 namespace hedro34 {
 namespace {
 
@@ -26,8 +28,8 @@ bool is_prefix(std::uint8_t byte) {
 
 }  // namespace
 
-bool is_privileged(std::uintptr_t address) noexcept {
-  const auto* instruction = reinterpret_cast<const std::uint8_t*>(address);
+bool is_privileged(const void* address) noexcept {
+  const auto* instruction = static_cast<const std::uint8_t*>(address);
   for (int length = 0; length < 14 && is_prefix(*instruction); ++length) ++instruction;
   switch (*instruction) {
     case 0xF4:

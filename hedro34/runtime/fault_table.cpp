@@ -40,21 +40,21 @@ class Table {
 
 }  // namespace
 
-CallSite call_site(const void* data, std::uintptr_t offset) noexcept {
-  if (data == nullptr) return {};
-  Table table(data);
+CallSite call_site(const void* table, std::uintptr_t offset) noexcept {
+  if (table == nullptr) return {};
+  Table reader(table);
   // A start of its own for handlers: no table of these compilers.
-  if (table.byte() != Table::omitted) return {};
-  if (table.byte() != Table::omitted) table.leb128();
-  const std::uint8_t encoding = table.byte();
+  if (reader.byte() != Table::omitted) return {};
+  if (reader.byte() != Table::omitted) reader.leb128();
+  const std::uint8_t encoding = reader.byte();
   if (encoding != Table::encoding_leb128 && encoding != Table::encoding_four_bytes) return {};
-  const std::uintptr_t size = table.leb128();
-  const std::uint8_t* const end = table.at() + size;
-  while (table.at() < end) {
-    const std::uintptr_t start = table.number(encoding);
-    const std::uintptr_t length = table.number(encoding);
-    table.number(encoding);  // where the handler is
-    const std::uintptr_t action = table.leb128();
+  const std::uintptr_t size = reader.leb128();
+  const std::uint8_t* const end = reader.at() + size;
+  while (reader.at() < end) {
+    const std::uintptr_t start = reader.number(encoding);
+    const std::uintptr_t length = reader.number(encoding);
+    reader.number(encoding);  // where the handler is
+    const std::uintptr_t action = reader.leb128();
     if (offset < start) break;
     if (offset < start + length) return {action == 0 ? Passage::Free : Passage::Caught, start, length};
   }
