@@ -53,6 +53,7 @@ if(HEDRO34_BUILD_TESTS)
 endif()
 
 # The type library, from the interface definition that the member tables print.
+find_package(Python3 REQUIRED COMPONENTS Interpreter)
 find_program(WIDL_PROGRAM ${mingw}-widl REQUIRED)
 file(GLOB standard_library /usr/lib/*/wine/x86_64-windows/stdole2.tlb)
 if(NOT standard_library)
@@ -63,7 +64,8 @@ set(definition ${PROJECT_SOURCE_DIR}/hedro34/component/HEDRO34.idl)
 set(type_library ${PROJECT_BINARY_DIR}/HEDRO34.tlb)
 add_custom_command(OUTPUT ${type_library}
   COMMAND ${WIDL_PROGRAM} -t -I/usr/include/wine/wine/windows -L${standard_library} -o ${type_library} ${definition}
-  DEPENDS ${definition} VERBATIM)
+  COMMAND ${Python3_EXECUTABLE} ${PROJECT_SOURCE_DIR}/cmake/without_time.py ${type_library}
+  DEPENDS ${definition} ${PROJECT_SOURCE_DIR}/cmake/without_time.py VERBATIM)
 
 enable_language(RC)
 
