@@ -27,9 +27,8 @@ VARIANT read(IDispatch& object, String& name) {
   DISPID id = 0;
   DISPPARAMS parameters{};
   VARIANT result{};
-  const bool done =
-      object.GetIDsOfNames(IID_NULL, names, 1, 0, &id) >= 0 &&
-      object.Invoke(id, IID_NULL, 0, DISPATCH_PROPERTYGET, &parameters, &result, nullptr, nullptr) >= 0;
+  const bool done = object.GetIDsOfNames(IID_NULL, names, 1, 0, &id) >= 0 &&
+                    object.Invoke(id, IID_NULL, 0, DISPATCH_PROPERTYGET, &parameters, &result, nullptr, nullptr) >= 0;
   if (!done) std::exit(1);
   return result;
 }

@@ -50,11 +50,16 @@ def commands():
 
 
 def outcome(program, command):
-    with tempfile.TemporaryDirectory() as folder:
-        done = subprocess.run([*program, *map(str, command)], cwd=folder, stdin=subprocess.DEVNULL, capture_output=True,
-                              timeout=300, check=False)
+    # Not through pipes, whose end would be that of the services that Wine starts.
+    with tempfile.TemporaryDirectory() as folder, tempfile.TemporaryFile() as out, tempfile.TemporaryFile() as err:
+        done = subprocess.run([*program, *map(str, command)], cwd=folder, stdin=subprocess.DEVNULL, stdout=out, stderr=err,
+                              timeout=60, check=False)
         files = {path.name: path.read_bytes() for path in pathlib.Path(folder).rglob("*") if path.is_file()}
-    return {"exit code": done.returncode, "standard output": done.stdout, "standard error": done.stderr, **files}
+        streams = []
+        for stream in (out, err):
+            stream.seek(0)
+            streams.append(stream.read())
+    return {"exit code": done.returncode, "standard output": streams[0], "standard error": streams[1], **files}
 
 
 def main():
