@@ -104,8 +104,23 @@ HRESULT assign(const Member& member, const DISPPARAMS& parameters, bool writes, 
   return writes && arguments.given[member.count] == nullptr ? DISP_E_PARAMNOTOPTIONAL : S_OK;
 }
 
+// The memory of an identity that went, for the next one: mostly they come and go one at a time, and the heaps of some systems
+// take longer for that than all else in a call.
+std::atomic<void*> spare_memory{nullptr};
+
 class Identity final : public IDispatch {
  public:
+  static void* operator new(std::size_t size) {
+    void* const memory = spare_memory.exchange(nullptr, std::memory_order_acquire);
+    return memory != nullptr ? memory : ::operator new(size);
+  }
+  static void operator delete(void* memory) noexcept {
+    void* nothing = nullptr;
+    if (!spare_memory.compare_exchange_strong(nothing, memory, std::memory_order_release, std::memory_order_relaxed)) {
+      ::operator delete(memory);
+    }
+  }
+
   Identity(Ref<Object> object, const ClassTable& table) : object_(std::move(object)), table_(table) {
     object_->set_outside_holder(this);
   }
