@@ -54,7 +54,10 @@ std::string exponent(Scanner& scanner) {
 
 // The value of a number that 64 bits do not hold: its power of ten says whether it is too large or too small.
 double beyond_range(const std::string& whole, const std::string& fraction, const std::string& power) {
-  const auto zeros = [](const std::string& text) { return static_cast<std::int64_t>(text.find_first_not_of('0')); };
+  const auto zeros = [](const std::string& text) -> std::int64_t {
+    const std::size_t count = text.find_first_not_of('0');
+    return count == std::string::npos ? -1 : static_cast<std::int64_t>(count);
+  };
   std::int64_t exponent = 0;
   if (!power.empty()) {
     const std::size_t digits_at = power.find_first_of("0123456789");
