@@ -101,6 +101,14 @@ TEST_F(WindowsFiles, OnlyWhatNobodyWritesIsAbandoned) {
   EXPECT_EQ(content(".hedro34-2000000004-1.tmp"), "<unreadable>");
 }
 
+TEST(WindowsDrives, TheRootIsAFolderLikeOthers) {
+  const String left = u"C:\\.hedro34-2000000004-1.tmp";
+  if (!system::create(system::to_path(left), false)) GTEST_SKIP() << "this user writes nothing there";
+  remove_abandoned_files(u"C:\\any");
+  EXPECT_EQ(kind_of(left), FileKind::Nothing);
+  system::remove(system::to_path(left));
+}
+
 // HEDRO34_SMALL_DISK names a folder on a disk of less than a megabyte.
 TEST_F(WindowsFiles, AFullDiskLeavesTheTarget) {
   const char* const small = std::getenv("HEDRO34_SMALL_DISK");

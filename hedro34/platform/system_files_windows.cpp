@@ -232,7 +232,8 @@ Path behind_links(Path path) {
 Path resolved(const Path& path) {
   const std::wstring& full = path.native();
   for (std::size_t end = full.size();;) {
-    const File there = looked_at(full.substr(0, end));
+    // With the separator: "C:" without one is a drive, and no folder.
+    const File there = looked_at(full.substr(0, end + 1));
     const std::wstring name = there ? final_name(there) : std::wstring();
     const std::size_t separator = end == 0 ? std::wstring::npos : full.rfind(L'\\', end - 1);
     if (!name.empty() || separator == std::wstring::npos) {
@@ -405,7 +406,7 @@ bool is_running(std::uint32_t process) noexcept {
   return ::WaitForSingleObject(handle(running), 0) == WAIT_TIMEOUT;
 }
 
-Folder::Folder(const Path& path) : path_(path), file_(looked_at(path)) {
+Folder::Folder(const Path& path) : path_(path), file_(looked_at(path / L"")) {
   const auto found = information(file_);
   if (!found || (found->dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0) file_.close();
   identity_ = identity(file_).value_or(Identity{});
