@@ -86,6 +86,11 @@ Check "through a property", test.TrueFalseScale.AsString(","), "T,X"
 Set test.YesNoScale = strings
 Check "an object", test.YesNoScale Is strings, True
 Check "Remove", strings.Remove("key") And strings.AsString(",") = "A,c", True
+Dim texts(1)
+texts(0) = "d"
+texts(1) = 5
+Check "an array", strings.AddArray(texts) And strings.AddArray(Array("e")), True
+Check "what it held", strings.AsString(","), "A,c,d,5,e"
 Check "AddDefault", test.Sequences.AddDefault(test.Questions, "Q"), True
 Set sequence = test.Sequences("q")
 Check "sequence(key)", CLng(sequence("741")), CLng(2)
@@ -155,6 +160,8 @@ test.Source = "x"
 CheckError "no number", 13
 ignored = test.AddSequence(strings)
 CheckError "an object of another class", 13
+ignored = strings.AddArray("x")
+CheckError "no array", 13
 Set test.Questions = strings
 CheckError "assigned", 13
 test.Source = 3000000000
@@ -168,8 +175,9 @@ On Error GoTo 0
 Dim form
 Set form = CreateObject("HEDRO34.FormTemplate")
 Check "no such file", test.LoadXML(out & "\missing.xml"), False
-Check "its reason", Left(platform.LastFileError, Len(out & "\missing.xml: ")), out & "\missing.xml: "
+Check "its reason", platform.LastFileError, out & "\missing.xml: No such file or directory"
 Check "a folder", form.Load(out), False
+Check "its reason", platform.LastFileError, out & ": Is a directory"
 Check "letters beyond the code page", test.LoadXML(far & "\biology.xml"), True
 Check "no reason", platform.LastFileError, ""
 Check "Load", form.Load(examples & "\biology.form.json"), True
@@ -177,6 +185,7 @@ Check "Save", form.Save(far & ".form.json"), True
 Check "Load of it", form.Load(far & ".form.json"), True
 Check "the fields", CLng(form.QuestionCount), CLng(29)
 Check "Save in no folder", form.Save(out & "\nowhere\x.json"), False
+Check "its reason", platform.LastFileError, out & "\nowhere\x.json: the folder does not exist"
 
 If failed = 0 Then WScript.Echo "passed " & passed
 WScript.Quit failed

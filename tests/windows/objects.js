@@ -92,7 +92,9 @@ check("a failure in the host", boxes.take().split("\r\n").pop(), duplicate);
 
 var mistakes = [
   [429, function () { new ActiveXObject("HEDRO34.clsHEDROTst"); }],
-  [438, function () { test.Nothing(); }]
+  [438, function () { test.Nothing(); }],
+  [3, function () { platform.MessageBox = null; }], // no such kind of member, and no object
+  [5, function () { merge.SetError(null); }]
 ];
 for (i = 0; i < mistakes.length; ++i) {
   var number = 0;

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""What compare.py cannot see: standard streams, letters beyond every code page, and a disk that is full.
+"""What compare.py cannot see: standard streams, letters beyond every code page, no rights, and a disk that is full.
 streams.py NATIVE_PROGRAM WINDOWS_COMMAND... ; where HEDRO34_SMALL_DISK names a folder on a disk of less than 64 KB, as Windows
 calls it, a file that does not fit is written there."""
 
@@ -67,6 +67,11 @@ class Streams(unittest.TestCase):
             _, out, line_there = self.run_on(WINDOWS, command)
             self.assertEqual((out, line_there), (b"", f"hedro34: {line}\n"))
         self.assertEqual(list(self.folder.iterdir()), [])
+
+    def test_folder_without_rights(self):
+        # Nobody makes a file there, not even root.
+        outcome = self.run_on(WINDOWS, ["form", "--questions", "1", "--out", "/sys/form"])
+        self.assertEqual(outcome, (4, b"", "hedro34: cannot write the form: /sys/form: Permission denied\n"))
 
     @unittest.skipUnless(os.environ.get("HEDRO34_SMALL_DISK"), "no small disk is named")
     def test_full_disk(self):
