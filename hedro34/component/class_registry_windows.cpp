@@ -63,13 +63,11 @@ Content content_of(const String& text) {
 
 std::optional<Content> read(HKEY key, const String& name) {
   Content content;
-  DWORD size = 0;
-  LSTATUS status = ::RegQueryValueExW(key, wide(name), nullptr, &content.type, nullptr, &size);
+  DWORD size = 600;  // more than most, since each question is a way to the system and back
+  LSTATUS status = ERROR_SUCCESS;
   do {
     content.bytes.resize(size);
-    if (status == ERROR_SUCCESS) {
-      status = ::RegQueryValueExW(key, wide(name), nullptr, &content.type, content.bytes.data(), &size);
-    }
+    status = ::RegQueryValueExW(key, wide(name), nullptr, &content.type, content.bytes.data(), &size);
   } while (status == ERROR_MORE_DATA);
   if (status != ERROR_SUCCESS) return std::nullopt;
   content.bytes.resize(size);
@@ -108,23 +106,27 @@ class Changes {
     const Content content = content_of(value.text);
     done_.push_back({value.key, value.name, std::nullopt, Step::Nothing});
     Step& step = done_.back();
-    HKEY made = nullptr;
-    DWORD disposition = 0;
-    LSTATUS status = ::RegCreateKeyExW(root(place_), wide(path_of(value.key)), 0, nullptr, 0,
-                                       KEY_QUERY_VALUE | KEY_SET_VALUE, nullptr, &made, &disposition);
-    Key key(made);
-    if (status == ERROR_ACCESS_DENIED && open(place_, value.key, KEY_QUERY_VALUE, key) == ERROR_SUCCESS) {
+    LSTATUS status = ERROR_SUCCESS;
+    DWORD disposition = REG_OPENED_EXISTING_KEY;
+    if (!key_ || name_of_key_ != value.key) {
+      HKEY made = nullptr;
+      status = ::RegCreateKeyExW(root(place_), wide(path_of(value.key)), 0, nullptr, 0, KEY_QUERY_VALUE | KEY_SET_VALUE,
+                                 nullptr, &made, &disposition);
+      key_.reset(made);
+      name_of_key_ = value.key;
+    }
+    if (Key key; status == ERROR_ACCESS_DENIED && open(place_, value.key, KEY_QUERY_VALUE, key) == ERROR_SUCCESS) {
       return read(key.get(), value.name) == content ? ERROR_SUCCESS : cannot_change(place_, value.key, status);
     }
     if (status != ERROR_SUCCESS) return cannot_change(place_, value.key, status);
     if (disposition == REG_CREATED_NEW_KEY) {
       step.undo = Step::DeleteKey;
     } else {
-      step.former = read(key.get(), value.name);
+      step.former = read(key_.get(), value.name);
       if (step.former == content) return ERROR_SUCCESS;
       step.undo = Step::PutValueBack;
     }
-    status = ::RegSetValueExW(key.get(), wide(value.name), 0, content.type, content.bytes.data(),
+    status = ::RegSetValueExW(key_.get(), wide(value.name), 0, content.type, content.bytes.data(),
                               static_cast<DWORD>(content.bytes.size()));
     return status == ERROR_SUCCESS ? status : cannot_change(place_, value.key, status);
   }
@@ -154,6 +156,8 @@ class Changes {
 
   const Place place_;
   std::vector<Step> done_;
+  Key key_;  // of the last value, since the next one often stands there too
+  String name_of_key_;
 };
 
 String hexadecimal(std::uint32_t number) {
