@@ -56,8 +56,8 @@ binary::HRESULT register_classes(std::span<const RegisteredClass> classes,
                                  const RegisteredTypeLibrary* types = nullptr) noexcept;
 
 // Removes the classes with these identifiers, and the type library; one that is not there is no error. Results as above. From
-// the system's registry all that can be removed is, for the machine and for the user, but nothing that another library has
-// put in its place, and nothing that the same library of another bitness still needs.
+// the system's registry all that can be removed is, for the machine and for the user, whichever file it names, but no name and
+// no interface that another class or type library has taken, and nothing that the same library of another bitness still needs.
 binary::HRESULT unregister_classes(std::span<const RegisteredClass> classes,
                                    const RegisteredTypeLibrary* types = nullptr) noexcept;
 
