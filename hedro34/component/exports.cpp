@@ -103,6 +103,7 @@ HEDRO34_EXPORT HRESULT HEDRO34_CALL DllCanUnloadNow() { return Alive::count() ==
 
 HEDRO34_EXPORT HRESULT HEDRO34_CALL DllRegisterServer() {
   return result_of([] {
+    keep_loaded(&in_this_library);
     const Registration known;
     return register_classes(known.classes, &known.types);
   });
@@ -110,6 +111,7 @@ HEDRO34_EXPORT HRESULT HEDRO34_CALL DllRegisterServer() {
 
 HEDRO34_EXPORT HRESULT HEDRO34_CALL DllUnregisterServer() {
   return result_of([] {
+    keep_loaded(&in_this_library);
     const Registration known;
     return unregister_classes(known.classes, &known.types);
   });

@@ -492,6 +492,16 @@ void apartments() {
   CloseHandle(thread);
 }
 
+// To register leaves something with the thread, so the library stays for that as well. It says the same once more here.
+void registering(const wchar_t* path) {
+  const HMODULE library = LoadLibraryW(path);
+  const auto address = library != nullptr ? GetProcAddress(library, "DllRegisterServer") : nullptr;
+  if (address == nullptr) return check("DllRegisterServer", "missing", "there");
+  check("registered again", reinterpret_cast<HRESULT(STDMETHODCALLTYPE*)()>(reinterpret_cast<void*>(address))());
+  FreeLibrary(library);
+  check("it stays", GetModuleHandleW(L"HEDRO34.dll") == library ? S_OK : E_FAIL);
+}
+
 // The library counts what is held outside, and stays as long as anything might come back to it.
 void unloading(const wchar_t* path) {
   const HMODULE library = LoadLibraryW(path);
@@ -518,6 +528,7 @@ int wmain(int count, wchar_t** arguments) {
   if (count != 3) return std::puts("usage: hedro34_windows_host EXAMPLES HEDRO34.DLL"), 2;
   examples = arguments[1];
   CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+  registering(arguments[2]);
   classes_are_registered();
   types_are_those_of_the_library();
   calls();
