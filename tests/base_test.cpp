@@ -163,6 +163,9 @@ TEST(Variant, Converts) {
       {u"\u0661", "\u0661 | #13 | #13 | #13 | #13"},
   };
   for (const auto& [value, expected] : rows) EXPECT_EQ(conversions(value), expected);
+  // Digits and powers that lie near the middle between two floats.
+  EXPECT_EQ(to_double(u"236726227e19"), 236726227e19);
+  EXPECT_EQ(to_double(u"6206282636059e14"), 6206282636059e14);
   EXPECT_EQ(to_float32(0.1), 0.1F);
   EXPECT_EQ(failure_of([] { to_float32(-1e39); }), 6);
   EXPECT_TRUE(std::isinf(to_float32(std::numeric_limits<double>::infinity())));

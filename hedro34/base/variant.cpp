@@ -7,6 +7,8 @@
 #include <optional>
 #include <utility>
 
+#include "hedro34/base/from_decimal.h"
+
 namespace hedro34 {
 namespace {
 
@@ -32,7 +34,7 @@ std::optional<double> parse_number(StringView text) {
     ascii.push_back(static_cast<char>(unit));
   }
   double number = 0;
-  const auto [end, error] = std::from_chars(ascii.data(), ascii.data() + ascii.size(), number);
+  const auto [end, error] = from_decimal(ascii.data(), ascii.data() + ascii.size(), number);
   if (error == std::errc::result_out_of_range) fail(FailureNumber::Overflow);
   if (error != std::errc() || end != ascii.data() + ascii.size()) return std::nullopt;
   return number;

@@ -1,9 +1,10 @@
 #include "hedro34/import/leading_number.h"
 
 #include <algorithm>
-#include <charconv>
 #include <limits>
 #include <string>
+
+#include "hedro34/base/from_decimal.h"
 
 namespace hedro34 {
 namespace {
@@ -86,7 +87,7 @@ double leading_number(StringView text) {
   const std::string power = exponent(scanner);
   const std::string number = (whole.empty() ? "0" : whole) + "." + (fraction.empty() ? "0" : fraction) + power;
   double value = 0;
-  const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), value);
+  const auto [end, error] = from_decimal(number.data(), number.data() + number.size(), value);
   if (error == std::errc::result_out_of_range) value = beyond_range(whole, fraction, power);
   return sign == '-' ? -value : value;
 }
