@@ -7,13 +7,6 @@
 namespace hedro34 {
 namespace {
 
-// Their numbers in unwind tables.
-#ifdef __x86_64__
-constexpr KeptRegisters kept_registers = {3, 6, 12, 13, 14, 15};  // rbx, rbp, r12 to r15
-#else
-constexpr KeptRegisters kept_registers = {3, 5, 6, 7};  // ebx, ebp, esi, edi
-#endif
-
 // The frames of the present thread, from the one that stands at the faulting instruction.
 class Walk {
  public:
@@ -37,7 +30,7 @@ class Walk {
                               .return_address = instruction};
     const bool goes_on = search_.step(frame, [&](KeptRegisters& kept) {
       for (std::size_t i = 0; i < kept.size(); ++i)
-        kept[i] = _Unwind_GetGR(context, static_cast<int>(kept_registers[i]));
+        kept[i] = _Unwind_GetGR(context, static_cast<int>(numbers_of_kept[i]));
     });
     return goes_on ? _URC_NO_REASON : _URC_END_OF_STACK;
   }

@@ -4,6 +4,7 @@
 
 #include "hedro34/runtime/fault_instruction.h"
 #include "hedro34/runtime/fault_thread.h"
+#include "hedro34/runtime/fault_thread_posix.h"
 
 namespace hedro34 {
 namespace {

@@ -29,7 +29,7 @@ bool translate(const ::EXCEPTION_RECORD& record, CONTEXT& context, ActiveTrap& t
   if (!is_fault(record.ExceptionCode) || filter_of_process.load(std::memory_order_relaxed) == nullptr) return false;
   ThreadFaults& thread = faults_of_thread;
   if (thread.raising) return false;  // a fault on the way of a fault
-  if (thread.hidden != nullptr && static_cast<const void*>(&trap) >= thread.hidden) return false;
+  if (is_hidden(trap)) return false;
   const ::EXCEPTION_RECORD* last = &record;
   while (last->ExceptionRecord != nullptr) last = last->ExceptionRecord;
   const DWORD code = code_of_fault(*last, context);

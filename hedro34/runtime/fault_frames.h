@@ -6,21 +6,19 @@
 
 #ifdef HEDRO34_TRANSLATES_FAULTS
 
-#include <array>
 #include <cstdint>
 
 #include "hedro34/runtime/fault_trap.h"
 
-namespace hedro34 {
-
-// The registers that a call keeps, as a frame has them at its present instruction; the walk knows which.
-#if defined(_WIN32) && defined(__x86_64__)
-using KeptRegisters = std::array<std::uintptr_t, 28>;
+#ifndef _WIN32
+#include "hedro34/runtime/kept_registers_posix.h"
 #elif defined(__x86_64__)
-using KeptRegisters = std::array<std::uintptr_t, 6>;
+#include "hedro34/runtime/kept_registers64_windows.h"
 #else
-using KeptRegisters = std::array<std::uintptr_t, 4>;
+#include "hedro34/runtime/kept_registers32_windows.h"
 #endif
+
+namespace hedro34 {
 
 // A frame as a walk passes it.
 struct StackFrame {

@@ -26,10 +26,6 @@ struct Stack {
 };
 Stack stack_of_this_thread() noexcept;
 
-// Whether an invalid address, with the stack pointer of that moment, means that the thread's stack has run full. (For systems
-// that do not say so themselves.)
-bool is_stack_overflow(std::uintptr_t address, std::uintptr_t stack_pointer) noexcept;
-
 }  // namespace hedro34
 
 #endif

@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include "hedro34/platform/thread_value.h"
+#include "hedro34/runtime/fault_thread_posix.h"
 #include "hedro34/runtime/fault_trap.h"
 
 namespace hedro34 {

@@ -7,23 +7,9 @@
 #include <cxxabi.h>
 #endif
 
-#include "hedro34/runtime/hidden_traps.h"
-
 namespace hedro34 {
 
 constinit thread_local ThreadFaults faults_of_thread = {};
-
-#ifdef HEDRO34_GUARDED_TRAPS
-
-HiddenTraps::HiddenTraps() noexcept : former_(std::exchange(faults_of_thread.hidden, this)) {}
-HiddenTraps::~HiddenTraps() { faults_of_thread.hidden = former_; }
-
-#else
-
-HiddenTraps::HiddenTraps() noexcept : former_(std::exchange(faults_of_thread.innermost, nullptr)) {}
-HiddenTraps::~HiddenTraps() { faults_of_thread.innermost = static_cast<const ActiveTrap*>(former_); }
-
-#endif
 
 #if defined(__GNUC__)
 

@@ -35,29 +35,11 @@ namespace {
 
 constexpr DWORD word = sizeof(DWORD);
 
-DWORD word_at(DWORD address) {
-  DWORD result = 0;
-  std::memcpy(&result, reinterpret_cast<const void*>(address), sizeof result);
-  return result;
-}
-
-bool is_code(DWORD address) {
-  MEMORY_BASIC_INFORMATION memory = {};
-  return VirtualQuery(reinterpret_cast<const void*>(address), &memory, sizeof memory) != 0 &&
-         memory.State == MEM_COMMIT && memory.Type == MEM_IMAGE;
-}
-
-// libgcc's probe of a large frame has no unwind data, and has pushed two registers when it meets the end of the stack.
-bool is_stack_probe(DWORD address) {
-  constexpr unsigned char probe[] = {0x83, 0x09, 0x00};  // orl $0, (%ecx)
-  return is_code(address) && std::memcmp(reinterpret_cast<const void*>(address), probe, sizeof probe) == 0;
-}
-
 // Takes a call to where the unwinder knows no function back: the caller stands at its call instruction again. Where the stack
 // shows no caller, the registers stay.
 void stand_at_caller(Registers& registers, const ActiveTrap& innermost) {
   if (has_table(registers.instruction)) return;
-  const DWORD slot = registers.stack_pointer + (is_stack_probe(registers.instruction) ? 2 * word : 0);
+  const DWORD slot = slot_of_caller(registers.instruction, registers.stack_pointer);
   if (slot % word != 0 || slot >= reinterpret_cast<DWORD>(&innermost)) return;
   const DWORD instruction = word_at(slot) - 1;
   if (!has_table(instruction)) return;
@@ -72,7 +54,7 @@ void link_traps(ActiveTrap& innermost) {
   for (FrameHandler* at = Guard::handler(innermost).next; reinterpret_cast<std::uintptr_t>(at) != end; at = at->next) {
     if (at->handler != hedro34_on_exception) continue;
     ActiveTrap* const trap = trap_of_guard(at);
-    if (faults_of_thread.hidden != nullptr && static_cast<const void*>(trap) >= faults_of_thread.hidden) return;
+    if (is_hidden(*trap)) return;
     Guard::set_outer(*last, trap);
     last = trap;
   }
@@ -139,10 +121,8 @@ void restore_float_modes(const CONTEXT& context) {
 
 class ForeignCall {
  public:
-  ForeignCall() noexcept : entry_{{first_frame_handler(), on_foreign_exception}} {
-    set_first_frame_handler(&entry_.handler);
-  }
-  ~ForeignCall() { set_first_frame_handler(entry_.handler.next); }
+  ForeignCall() noexcept : entry_(on_foreign_exception) {}
+  ~ForeignCall() { entry_.leave(); }
   ForeignCall(const ForeignCall&) = delete;
   ForeignCall& operator=(const ForeignCall&) = delete;
 
@@ -192,16 +172,6 @@ void go_on(CONTEXT& context, ActiveTrap& innermost, ::EXCEPTION_RECORD& record) 
   hedro34_at_fault(&place, raise, &context);
   __builtin_unreachable();
 }
-
-}  // namespace hedro34
-
-#elif defined(__i386__)
-
-#include "hedro34/runtime/hidden_traps.h"
-
-namespace hedro34 {
-
-void call_foreign(void (*called)(void*), void* context) { called(context); }
 
 }  // namespace hedro34
 

@@ -43,12 +43,6 @@ void put_back(CONTEXT& context, const KeptRegisters& kept) {
   std::memcpy(&context.FltSave.XmmRegisters[first_kept_vector], &kept[next], kept_vectors * sizeof(M128A));
 }
 
-DWORD64 word_at(DWORD64 address) {
-  DWORD64 result = 0;
-  std::memcpy(&result, reinterpret_cast<const void*>(address), sizeof result);
-  return result;
-}
-
 // The walk from the fault outwards, as the system's own dispatcher goes.
 class Walk {
  public:
@@ -94,12 +88,6 @@ class Walk {
     return handler == nullptr ? nullptr : data;
   }
 
-  // libgcc's probe of a large frame has no unwind data, and has pushed two registers when it meets the end of the stack.
-  static bool is_stack_probe(DWORD64 address) {
-    constexpr unsigned char probe[] = {0x48, 0x83, 0x09, 0x00};  // orq $0, (%rcx)
-    return std::memcmp(reinterpret_cast<const void*>(address), probe, sizeof probe) == 0;
-  }
-
   void look() {
     outer_ = context_;
     table_ = nullptr;
@@ -108,10 +96,7 @@ class Walk {
       table_ = unwind(outer_, context_.Rip, base_, entry_);
       return;
     }
-    MEMORY_BASIC_INFORMATION memory = {};
-    const bool is_code = VirtualQuery(reinterpret_cast<const void*>(context_.Rip), &memory, sizeof memory) != 0 &&
-                         memory.State == MEM_COMMIT && memory.Type == MEM_IMAGE;
-    if (is_code && is_stack_probe(context_.Rip)) outer_.Rsp += 2 * word;
+    outer_.Rsp = slot_of_caller(context_.Rip, context_.Rsp);
     outer_.Rip = outer_.Rsp % word == 0 && outer_.Rsp < high_ ? word_at(outer_.Rsp) : 0;
     outer_.Rsp += word;
   }
@@ -152,7 +137,7 @@ void link_traps(Walk walk, ActiveTrap& innermost) {
       begun = trap == &innermost;
       continue;
     }
-    if (faults_of_thread.hidden != nullptr && static_cast<const void*>(trap) >= faults_of_thread.hidden) return;
+    if (is_hidden(*trap)) return;
     Guard::set_outer(*last, trap);
     last = trap;
   }

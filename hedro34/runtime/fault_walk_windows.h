@@ -3,6 +3,8 @@
 
 #include <windows.h>
 
+#include <cstdint>
+
 #include "hedro34/runtime/fault_trap.h"
 
 namespace hedro34 {
@@ -18,6 +20,15 @@ bool depart(CONTEXT& context, ActiveTrap& innermost, bool stack_overflow, DWORD 
 
 // The trap whose guard stands in a frame.
 ActiveTrap* trap_of_guard(void* frame) noexcept;
+
+// Whether the trap is one that a call of a host's code hides (hidden_traps.h).
+bool is_hidden(const ActiveTrap& trap) noexcept;
+
+// Where a function without unwind data has its return address, when it stands at the instruction with that stack pointer.
+std::uintptr_t slot_of_caller(std::uintptr_t instruction, std::uintptr_t stack_pointer) noexcept;
+
+// What stands there.
+std::uintptr_t word_at(std::uintptr_t address) noexcept;
 
 // Throws the fault; to be called with unwind data that lead to the place.
 [[noreturn]] void raise_fault_of_system(DWORD code, const void* address);

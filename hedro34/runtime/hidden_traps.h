@@ -17,10 +17,6 @@ class HiddenTraps {
 
 // Calls `called(context)`, a host's code. A native fault in there leaves this call like a failure that was thrown from it, also
 // where the host's frames say nothing to g++'s unwinder, as on Windows in 32 bits.
-#if defined(_WIN32) && defined(__i386__)
 void call_foreign(void (*called)(void*), void* context);
-#else
-inline void call_foreign(void (*called)(void*), void* context) { called(context); }
-#endif
 
 }  // namespace hedro34
