@@ -56,7 +56,7 @@ String report_text(const Variant& vNumber, const String& sDescription, const Str
 
 // Makes ready for the next fault what the last one used up.
 void restock() {
-  if (std::exchange(faults_of_thread.overflowed, false)) restore_end_of_stack();
+  if (faults_of_thread.overflowed) faults_of_thread.overflowed = !restore_end_of_stack();
   if (!faults_of_thread.needs_failure()) return;
   faults_of_thread.making = true;
   quietly([] { make_fault_failure(); });

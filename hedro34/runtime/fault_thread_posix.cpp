@@ -114,6 +114,6 @@ bool is_stack_overflow(std::uintptr_t address, std::uintptr_t stack_pointer) noe
 
 namespace hedro34 {
 
-void restore_end_of_stack() noexcept {}
+bool restore_end_of_stack() noexcept { return true; }
 
 }  // namespace hedro34

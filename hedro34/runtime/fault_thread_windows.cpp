@@ -62,6 +62,6 @@ Stack stack_of_this_thread() noexcept {
 
 namespace hedro34 {
 
-void restore_end_of_stack() noexcept { _resetstkoflw(); }
+bool restore_end_of_stack() noexcept { return _resetstkoflw() != 0; }
 
 }  // namespace hedro34

@@ -21,7 +21,8 @@
 namespace hedro34 {
 
 // After a stack overflow, once the stack is free again: makes its end stop the next one. Nothing where it does so by itself.
-void restore_end_of_stack() noexcept;
+// False when the system did not do it, as closer to the end than it wants; further out it may.
+bool restore_end_of_stack() noexcept;
 
 // Makes the thread's prepared failure; allocates.
 void make_fault_failure();
