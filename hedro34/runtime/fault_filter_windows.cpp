@@ -5,10 +5,12 @@
 #ifdef HEDRO34_TRANSLATES_FAULTS
 
 #include <atomic>
+#include <utility>
 
 #include "hedro34/runtime/fault_codes_windows.h"
 #include "hedro34/runtime/fault_thread.h"
 #include "hedro34/runtime/fault_walk_windows.h"
+#include "hedro34/runtime/hidden_traps.h"
 
 namespace hedro34 {
 namespace {
@@ -40,6 +42,15 @@ bool translate(const ::EXCEPTION_RECORD& record, CONTEXT& context, ActiveTrap& t
   return true;
 }
 
+// A host that leaves by a long jump ends its calls without destructors; what they hide inside the guard is to be seen again.
+void end_hiding_inside(const ActiveTrap& trap) noexcept {
+  const HiddenTraps*& hidden = faults_of_thread.hidden;
+  const void* inside = __builtin_frame_address(0);
+  while (hidden > inside && hidden < static_cast<const void*>(&trap)) {
+    inside = std::exchange(hidden, static_cast<const HiddenTraps*>(hidden->former()));
+  }
+}
+
 }  // namespace
 
 bool set_fault_filter(FaultFilter filter) noexcept {
@@ -62,7 +73,11 @@ extern "C" int hedro34_on_exception(void* exception, void* frame, void* register
   auto& context = *static_cast<CONTEXT*>(registers);
   ActiveTrap& trap = *trap_of_guard(frame);
   constexpr DWORD unwinding = 0x06;  // EXCEPTION_UNWINDING, EXCEPTION_EXIT_UNWIND
-  if ((record.ExceptionFlags & unwinding) == 0 && translate(record, context, trap)) go_on(context, trap, record);
+  if ((record.ExceptionFlags & unwinding) != 0) {
+    end_hiding_inside(trap);
+  } else if (translate(record, context, trap)) {
+    go_on(context, trap, record);
+  }
   return ExceptionContinueSearch;
 }
 

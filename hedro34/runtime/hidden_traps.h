@@ -11,6 +11,8 @@ class HiddenTraps {
   HiddenTraps(const HiddenTraps&) = delete;
   HiddenTraps& operator=(const HiddenTraps&) = delete;
 
+  const void* former() const noexcept { return former_; }  // what was in its place; on Windows one of these
+
  private:
   const void* former_;
 };
