@@ -174,7 +174,7 @@ TEST_F(SystemRegistry, IsAsItWasWhenAChangeFailsHalfway) {
     EXPECT_EQ(register_classes(moved, &types), REGDB_E_WRITEREGDB);
     EXPECT_EQ(to_line(last_file_error()),
               "HKEY_CURRENT_USER\\Software\\Classes\\Interface\\{0000001A-ABCD-00EF-0102-0304050607F8}"
-              "\\ProxyStubClsid32: Access denied");
+              "\\ProxyStubClsid32: Permission denied");
     EXPECT_EQ(content(user), before);
   }
   const std::pair<RegisteredClass, const char*> rows[] = {
@@ -195,6 +195,20 @@ TEST_F(SystemRegistry, NeedsNoRightForWhatItSaysAlready) {
   const Protected key(machine_classes, L"CLSID\\{0000000A-ABCD-00EF-0102-0304050607F8}\\InprocServer32");
   EXPECT_EQ(register_classes(classes, &types), S_OK);
   EXPECT_EQ(content(user), Lines());
+}
+
+TEST_F(SystemRegistry, LosesWhatMayBeTakenBackThoughNotAll) {
+  EXPECT_EQ(register_classes(classes, &types), S_OK);
+  const std::string key = "CLSID\\{0000000A-ABCD-00EF-0102-0304050607F8}";
+  {
+    const Protected key_of_a(machine_classes, wide(from_utf8(key)));
+    EXPECT_EQ(unregister_classes(classes, &types), REGDB_E_WRITEREGDB);
+  }
+  EXPECT_EQ(to_line(last_file_error()), "HKEY_LOCAL_MACHINE\\Software\\Classes\\" + key + ": Permission denied");
+  Lines left =
+      all_entries();  // one view of all keys here: what stays of a class is what another width needs, with its name
+  std::erase_if(left, [&](const std::string& line) { return !line.starts_with(key) && !line.starts_with("Test.A"); });
+  EXPECT_EQ(content(machine), left);
 }
 
 TEST_F(SystemRegistry, KeepsWhatIsSomebodyElses) {

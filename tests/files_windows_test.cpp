@@ -3,6 +3,7 @@
 
 #include <windows.h>
 // After it.
+#include <cerrno>
 #include <cstdlib>
 
 namespace hedro34::testing {
@@ -85,6 +86,24 @@ TEST_F(WindowsFiles, SeveralAreTakenBackWhenOneIsOpenElsewhere) {
   EXPECT_EQ(count(), 2);
 }
 
+TEST_F(WindowsFiles, ALockThatThisUserMayNotHaveIsGoneWithout) {
+  const fs::path lock = form(".hedro34-lock");
+  folder_.write(".hedro34-lock", "left behind");
+  ::SetFileAttributesW(lock.c_str(), FILE_ATTRIBUTE_READONLY);
+  auto files = written({"a", "b"});
+  EXPECT_TRUE(commit_together(files)) << last_file_error().reason;
+  ::SetFileAttributesW(lock.c_str(), FILE_ATTRIBUTE_NORMAL);
+  ::DeleteFileW(lock.c_str());
+  ::CreateDirectoryW(lock.c_str(), nullptr);
+  files = written({"a", "b"});
+  EXPECT_TRUE(commit_together(files)) << last_file_error().reason;
+  EXPECT_FALSE(system::Folder(lock.parent_path()).try_lock());
+  EXPECT_EQ(errno, EACCES);
+  EXPECT_TRUE(::RemoveDirectoryW(lock.c_str()));
+  EXPECT_TRUE(system::Folder(lock.parent_path()).try_lock());
+  EXPECT_EQ(count(), 2);
+}
+
 TEST_F(WindowsFiles, OnlyWhatNobodyWritesIsAbandoned) {
   folder_.write(".hedro34-2000000004-1.tmp", "dead");  // no process has this number
   folder_.write(".hedro34-2000000004-2.tmp", "held on another machine");
@@ -125,6 +144,7 @@ TEST_F(WindowsFiles, AFullDiskLeavesTheTarget) {
 
 TEST(Reasons, AreOneLineWhateverTheSystemSays) {
   EXPECT_EQ(system::reason(EACCES), "Permission denied");
+  EXPECT_EQ(system::reason(-ERROR_ACCESS_DENIED), "Permission denied");
   const std::string why = system::reason(-ERROR_BAD_NETPATH);
   EXPECT_TRUE(!why.empty() && why.find_first_of("\r\n") == std::string::npos && why.back() != '.') << why;
   EXPECT_EQ(system::reason(-0x3FFFFFFF), "error 1073741823 of the system");

@@ -61,7 +61,7 @@ class PendingFile {
 // Renames several files over their targets, in their order, all or none: when one cannot be renamed, those before it are
 // taken back, so that each target has its former content again or is not there. The folders are locked meanwhile, so that of
 // two programs that do this with the same targets one comes wholly before the other; False, with a file error, as well when
-// somebody else keeps a folder locked for five seconds. A file system without locks goes without. When the process is killed
+// somebody else keeps a folder locked for five seconds. Where no lock can be had it goes without. When the process is killed
 // in between, each target is whole, the first ones new and the others old.
 bool commit_together(std::span<PendingFile> files);
 

@@ -111,7 +111,8 @@ class Folder {
   bool operator<(const Folder& other) const noexcept { return identity_ < other.identity_; }
   bool operator==(const Folder& other) const noexcept { return identity_ == other.identity_; }
 
-  // False, and EWOULDBLOCK, when somebody else has the lock; the lock leaves no file behind.
+  // False, and EWOULDBLOCK, when somebody else has the lock; the lock leaves no file behind. False with another number when it
+  // cannot be had at all, as where a file that stands for it was left that this user may not open.
   bool try_lock();
   void flush_names() const;  // makes the names in it survive a loss of power
 

@@ -165,20 +165,22 @@ bool take_over_rights(const Path& path, const Path& from) {
 }
 
 // In place of what stands there though others have that open, where the system can do so.
-DWORD rename_as_posix(const Path& file, const Path& target) noexcept {
+DWORD rename_as_posix(const Path& file, const Path& target) noexcept try {
   constexpr DWORD replace_open_ones = 1 | 2;  // FILE_RENAME_FLAG_REPLACE_IF_EXISTS, FILE_RENAME_FLAG_POSIX_SEMANTICS
   constexpr auto rename_with_flags = static_cast<FILE_INFO_BY_HANDLE_CLASS>(22);  // FileRenameInfoEx
   const std::size_t name_size = target.native().size() * sizeof(wchar_t);
   const std::size_t size = sizeof(FILE_RENAME_INFO) + name_size;
-  const auto bytes = std::unique_ptr<std::byte[]>(new (std::nothrow) std::byte[size]());
+  const auto bytes = std::make_unique<std::byte[]>(size);
   const File renamed = looked_at(file, DELETE);
-  if (!bytes || !renamed) return ERROR_NOT_SUPPORTED;
+  if (!renamed) return ERROR_NOT_SUPPORTED;
   auto* const how = reinterpret_cast<FILE_RENAME_INFO*>(bytes.get());
   how->Flags = replace_open_ones;
   how->FileNameLength = static_cast<DWORD>(name_size);
   std::memcpy(how->FileName, target.c_str(), name_size);
   if (::SetFileInformationByHandle(handle(renamed), rename_with_flags, how, static_cast<DWORD>(size)) != 0) return 0;
   return ::GetLastError();
+} catch (const std::bad_alloc&) {
+  return ERROR_NOT_SUPPORTED;  // the other way needs no memory of ours
 }
 
 bool is_unknown_call(DWORD error) noexcept {
@@ -189,6 +191,7 @@ bool is_unknown_call(DWORD error) noexcept {
 }  // namespace
 
 std::string reason(int error) {
+  if (error < 0) error = number_of(static_cast<DWORD>(-error));
   for (const Words& row : common) {
     if (error == row.number) return row.words;
   }
@@ -416,14 +419,19 @@ Folder::~Folder() = default;
 
 // A folder itself cannot be locked. The file that stands for that vanishes with the lock, also when the process is killed.
 bool Folder::try_lock() {
+  const Path name = path_ / L".hedro34-lock";
   constexpr DWORD flags = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE;
-  lock_ = opened(path_ / L".hedro34-lock", GENERIC_WRITE | DELETE, 0, OPEN_ALWAYS, flags);
+  lock_ = opened(name, GENERIC_WRITE | DELETE, 0, OPEN_ALWAYS, flags);
   if (lock_) return true;
-  const DWORD error = ::GetLastError();
+  DWORD error = ::GetLastError();
+  // The system says "access denied" of a file that is just vanishing and of one that this user has no right to. The former
+  // lets nobody look at it; the latter is seen, and whether somebody holds it where it can be read.
+  if (error == ERROR_ACCESS_DENIED) {
+    const bool can_be_read = static_cast<bool>(looked_at(name, GENERIC_READ));
+    if (!can_be_read && (::GetLastError() != ERROR_ACCESS_DENIED || !is_there(name))) error = ERROR_DELETE_PENDING;
+  }
   failed(error);
-  // Of a file that is just vanishing the system says "access denied".
-  if (error == ERROR_SHARING_VIOLATION || error == ERROR_ACCESS_DENIED || error == ERROR_DELETE_PENDING)
-    errno = EWOULDBLOCK;
+  if (error == ERROR_SHARING_VIOLATION || error == ERROR_DELETE_PENDING) errno = EWOULDBLOCK;
   return false;
 }
 
