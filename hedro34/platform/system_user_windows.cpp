@@ -4,18 +4,24 @@
 // It has names of ours as macros.
 #undef MessageBox
 
+#include <algorithm>
 #include <string>
 
 namespace hedro34::system {
 namespace {
 
+// With U+FFFD for what would end it.
+std::wstring whole(StringView text) {
+  std::wstring result(text.begin(), text.end());
+  std::replace(result.begin(), result.end(), L'\0', L'\uFFFD');
+  return result;
+}
+
 class WindowMessageBox : public MessageBox {
  public:
   std::int32_t Show(StringView text, std::int32_t flags, StringView title) override {
-    const std::wstring wide_text(text.begin(), text.end());
-    const std::wstring wide_title(title.begin(), title.end());
     const UINT style = static_cast<UINT>(flags) | MB_TASKMODAL;
-    const int answer = ::MessageBoxW(nullptr, wide_text.c_str(), wide_title.c_str(), style);
+    const int answer = ::MessageBoxW(nullptr, whole(text).c_str(), whole(title).c_str(), style);
     if (answer > 0) return answer;
     // Where there is no desktop nobody can be asked.
     return (flags & box_buttons_mask) == box_ok_cancel ? answer_cancel : answer_ok;
