@@ -4,10 +4,11 @@
 
 #include "hedro34/base/text.h"
 #include "hedro34/component/binary.h"
+#include "hedro34/component/held.h"
 
 namespace hedro34 {
 
 // The member's number in `id`, or the object's refusal. A native fault or an exception of the host leaves.
-binary::HRESULT find_member(binary::IDispatch* host, StringView name, binary::DISPID& id);
+binary::HRESULT find_member(const HostCall& running, binary::IDispatch* host, StringView name, binary::DISPID& id);
 
 }  // namespace hedro34

@@ -2,10 +2,10 @@
 
 namespace hedro34 {
 
-binary::HRESULT find_member(binary::IDispatch* host, StringView name, binary::DISPID& id) {
+binary::HRESULT find_member(const HostCall& running, binary::IDispatch* host, StringView name, binary::DISPID& id) {
   String named(name);
   binary::OLECHAR* names[] = {named.data()};
-  return host->GetIDsOfNames(binary::IID_NULL, names, 1, 0, &id);
+  return running.make([&] { return host->GetIDsOfNames(binary::IID_NULL, names, 1, 0, &id); });
 }
 
 }  // namespace hedro34

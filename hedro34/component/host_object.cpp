@@ -81,7 +81,7 @@ OwnedVariant HostSide::invoke(StringView name, std::uint16_t flags, std::span<Ho
   const HostCall running;
   DISPID id = DISPID_VALUE;
   if (!name.empty()) {
-    const HRESULT found = running.make([&] { return find_member(host.get(), name, id); });
+    const HRESULT found = find_member(running, host.get(), name, id);
     if (found < 0) fail_with(found);
   }
   std::vector<VARIANT> backwards;

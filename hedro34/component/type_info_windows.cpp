@@ -17,15 +17,18 @@ namespace hedro34 {
 namespace {
 
 // The library of the module that this code is in, for all threads and to the end of the process: the system's type libraries
-// belong to no thread.
+// belong to no thread. Null when it cannot be loaded, as for want of memory; the next call tries again.
 ITypeLib* type_library() {
-  static ITypeLib* const library = []() -> ITypeLib* {
-    static constexpr char here = 0;
-    ITypeLib* loaded = nullptr;
-    const String path = path_of_library(&here);
-    return SUCCEEDED(::LoadTypeLibEx(wide(path), REGKIND_NONE, &loaded)) ? loaded : nullptr;
-  }();
-  return library;
+  static std::atomic<ITypeLib*> library = nullptr;
+  if (ITypeLib* const known = library) return known;
+  static constexpr char here = 0;
+  ITypeLib* loaded = nullptr;
+  const String path = path_of_library(&here);
+  if (FAILED(::LoadTypeLibEx(wide(path), REGKIND_NONE, &loaded))) return nullptr;
+  ITypeLib* first = nullptr;
+  if (library.compare_exchange_strong(first, loaded)) return loaded;
+  loaded->Release();  // another thread was faster
+  return first;
 }
 
 ITypeInfo* type_of(const binary::GUID& id) {
