@@ -3,22 +3,16 @@
 // into being only while there is memory.
 #pragma once
 
-#include <memory>
-#include <new>
+#ifdef _WIN32
+#include "hedro34/platform/thread_value_windows.h"
+#else
+#include "hedro34/platform/thread_value_posix.h"
+#endif
 
 namespace hedro34 {
 
 // Whether a few thousand bytes can be had; they are given back.
 bool has_memory() noexcept;
-
-// For Windows, where the compiler's own thread data is freed before its destructors run: takes what is to go when the calling
-// thread ends, the last one first. False, and gone already, when memory is gone. What a process still has when it ends is left
-// to the system.
-struct EndsWithThread {
-  virtual ~EndsWithThread() = default;
-  std::unique_ptr<EndsWithThread> before;
-};
-bool end_with_thread(std::unique_ptr<EndsWithThread> value) noexcept;
 
 // The constructor of `T` allocates nothing.
 template <class T>
@@ -29,28 +23,13 @@ class ThreadValue {
 
   // The same, made when it is not there; null as well when memory is gone.
   static T* make() noexcept {
-    if (value_ != nullptr || !has_memory()) return value_;
-#ifdef _WIN32
-    struct Held final : EndsWithThread {
-      T value{};
-      ~Held() { value_ = nullptr; }
-    };
-    std::unique_ptr<Held> held(new (std::nothrow) Held);
-    T* const made = held ? &held->value : nullptr;
-    if (made != nullptr && end_with_thread(std::move(held))) value_ = made;
-#else
-    struct Held {
-      T value{};
-      Held() noexcept { value_ = &value; }
-      ~Held() { value_ = nullptr; }
-    };
-    static thread_local const Held held;
-    static_cast<void>(&held);
-#endif
+    if (value_ == nullptr && has_memory()) begin_in_thread<T, &place>();
     return value_;
   }
 
  private:
+  static T*& place() noexcept { return value_; }
+
   constinit static inline thread_local T* value_ = nullptr;
 };
 

@@ -1,4 +1,4 @@
-#include "hedro34/platform/thread_value.h"
+#include "hedro34/platform/thread_value_windows.h"
 
 #include <windows.h>
 
