@@ -13,6 +13,7 @@
 #include "hedro34/component/identity.h"
 #include "hedro34/component/services.h"
 #include "tests/model_support.h"
+#include "tests/process.h"
 
 namespace hedro34::testing::component {
 
@@ -138,6 +139,21 @@ inline std::string run(IDispatch* object, const Call& call, VARIANT* result = nu
                 {backwards.data(), named.data(), static_cast<std::uint32_t>(backwards.size()),
                  static_cast<std::uint32_t>(named.size())},
                 result);
+}
+
+// A new object of a component library, which is loaded.
+inline Held<IDispatch> created(const String& library, StringView name) {
+  using ClassObject = HRESULT HEDRO34_CALL(const GUID&, const GUID&, void**);
+  const auto class_object = function_in<ClassObject>(library, "DllGetClassObject");
+  for (const ClassTable& table : library_classes()) {
+    if (table.name != name) continue;
+    void* found = nullptr;
+    EXPECT_EQ(class_object(table.class_id, IID_IClassFactory, &found), S_OK);
+    const auto factory = Held<IClassFactory>::taken(static_cast<IClassFactory*>(found));
+    EXPECT_EQ(factory->CreateInstance(nullptr, IID_IDispatch, &found), S_OK);
+    return Held<IDispatch>::taken(static_cast<IDispatch*>(found));
+  }
+  return {};
 }
 
 // An object of a host, in a script's way: it has every member that it is asked for, writes each call down as

@@ -13,25 +13,10 @@
 namespace hedro34::testing {
 namespace {
 
-using component::abc, component::as_object, component::get, component::Host, component::id_of, component::method,
-    component::run;
+using component::abc, component::as_object, component::created, component::get, component::Host, component::id_of,
+    component::method, component::run;
 
 const String library = from_utf8(HEDRO34_COMPONENT);
-
-// A new object of the DLL.
-Held<binary::IDispatch> created(StringView name) {
-  const auto class_object =
-      function_in<HRESULT __stdcall(const binary::GUID&, const binary::GUID&, void**)>(library, "DllGetClassObject");
-  for (const ClassTable& table : library_classes()) {
-    if (table.name != name) continue;
-    void* found = nullptr;
-    class_object(table.class_id, binary::IID_IClassFactory, &found);
-    const auto factory = Held<binary::IClassFactory>::taken(static_cast<binary::IClassFactory*>(found));
-    factory->CreateInstance(nullptr, binary::IID_IDispatch, &found);
-    return Held<binary::IDispatch>::taken(static_cast<binary::IDispatch*>(found));
-  }
-  return {};
-}
 
 IDispatch* system_view(const Held<binary::IDispatch>& object) {
   return static_cast<IDispatch*>(static_cast<void*>(object.get()));
@@ -51,7 +36,7 @@ std::string name_of(ITypeInfo* info, TYPEKIND& kind) {
 }
 
 TEST(ComponentTypes, AnObjectTellsItsClass) {
-  const auto object = created(u"clsHEDROTest");
+  const auto object = created(library, u"clsHEDROTest");
   IDispatch* const test = system_view(object);
   UINT count = 0;
   EXPECT_EQ(test->GetTypeInfoCount(&count), S_OK);
@@ -118,7 +103,7 @@ TEST(ComponentTypes, TheTypeLibrarySaysWhatObjectsAnswer) {
 }
 
 DWORD WINAPI set_error_and_end(void* host) {
-  const auto test = created(u"clsHEDROTest");
+  const auto test = created(library, u"clsHEDROTest");
   EXPECT_EQ(run(test.get(), {u"SetError", method, {as_object(Held<Host>(static_cast<Host*>(host)))}}), "BOOL -1");
   return 0;
 }
@@ -133,7 +118,7 @@ TEST(ComponentLife, AThreadEndsWithItsErrorObject) {
 }
 
 TEST(ComponentLife, TheLibraryStaysInMemory) {
-  const auto test = created(u"clsHEDROTest");
+  const auto test = created(library, u"clsHEDROTest");
   const auto* const name = reinterpret_cast<const wchar_t*>(library.c_str());
   for (int i = 0; i < 100; ++i) ::FreeLibrary(::GetModuleHandleW(name));
   EXPECT_NE(::GetModuleHandleW(name), nullptr);
@@ -168,7 +153,7 @@ struct Gone final : IDispatch {
 TEST(ComponentLifeDeathTest, TheProcessEndsWithObjectsOfTheHostHeld) {
   const auto hold = [] {
     static Gone host;
-    const auto test = created(u"clsHEDROTest");
+    const auto test = created(library, u"clsHEDROTest");
     VARIANT argument{};
     argument.vt = VT_DISPATCH;
     argument.pdispVal = &host;

@@ -9,26 +9,11 @@ namespace hedro34 {
 namespace {
 
 using namespace testing;
-using component::as_object, component::Host, component::method, component::put_reference, component::run;
-
-// A new object of the DLL, which stands beside this program.
-Held<binary::IDispatch> created(StringView name) {
-  using ClassObject = HRESULT(__stdcall*)(const binary::GUID&, const binary::GUID&, void**);
-  const auto address = GetProcAddress(LoadLibraryW(L"HEDRO34.dll"), "DllGetClassObject");
-  const auto class_object = reinterpret_cast<ClassObject>(reinterpret_cast<void*>(address));
-  for (const ClassTable& table : library_classes()) {
-    if (table.name != name) continue;
-    void* found = nullptr;
-    EXPECT_EQ(class_object(table.class_id, binary::IID_IClassFactory, &found), 0);
-    const auto factory = Held<binary::IClassFactory>::taken(static_cast<binary::IClassFactory*>(found));
-    factory->CreateInstance(nullptr, binary::IID_IDispatch, &found);
-    return Held<binary::IDispatch>::taken(static_cast<binary::IDispatch*>(found));
-  }
-  return {};
-}
+using component::as_object, component::created, component::Host, component::method, component::put_reference,
+    component::run;
 
 TEST(ComponentFaults, OfAHostsObjectAreReportedToItsErrorObject) {
-  const auto merge = created(u"clsHEDRO");
+  const auto merge = created(u"HEDRO34.dll", u"clsHEDRO");
   const auto errors = Host::create();
   errors->answer = std::int16_t{0};
   const auto form = Host::create();
@@ -37,7 +22,7 @@ TEST(ComponentFaults, OfAHostsObjectAreReportedToItsErrorObject) {
   const auto tests = component::Call{u"Tests", component::get};
   binary::VARIANT list{};
   run(merge.get(), tests, &list);
-  const auto test = created(u"clsHEDROTest");
+  const auto test = created(u"HEDRO34.dll", u"clsHEDROTest");
   run(list.pdispVal, {u"Add", method, {serving_as<Object>(test)}});
   const std::uint32_t references = form->count;
   for (int round = 0; round < 2; ++round) {

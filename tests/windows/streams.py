@@ -23,10 +23,16 @@ class Streams(unittest.TestCase):
         self.addCleanup(temporary.cleanup)
         self.folder = pathlib.Path(temporary.name)
 
-    def run_on(self, program, command, content=b"", stdout=subprocess.PIPE):
-        done = subprocess.run([*program, *map(str, command)], cwd=self.folder, input=content, stdout=stdout,
-                              stderr=subprocess.PIPE, timeout=120, check=False)
-        return done.returncode, done.stdout, done.stderr.decode()
+    def run_on(self, program, command, content=b"", stdout=None):
+        # Not through pipes, whose end would be that of the services that Wine starts.
+        with tempfile.TemporaryFile() as out, tempfile.TemporaryFile() as err:
+            done = subprocess.run([*program, *map(str, command)], cwd=self.folder, input=content, stdout=stdout or out,
+                                  stderr=err, timeout=120, check=False)
+            streams = []
+            for stream in (out, err):
+                stream.seek(0)
+                streams.append(stream.read())
+        return done.returncode, streams[0], streams[1].decode()
 
     def same(self, *command, **how):
         expected, found = self.run_on(NATIVE, command, **how), self.run_on(WINDOWS, command, **how)
