@@ -15,22 +15,6 @@ namespace {
 
 using namespace testing;
 
-// Runs the deed on a thread with such a stack.
-void on_thread(std::size_t stack_size, void (*deed)()) {
-  pthread_attr_t attributes;
-  pthread_attr_init(&attributes);
-  ASSERT_EQ(pthread_attr_setstacksize(&attributes, stack_size), 0);
-  const auto start = [](void* body) -> void* {
-    Main();
-    reinterpret_cast<void (*)()>(body)();
-    return nullptr;
-  };
-  pthread_t thread;
-  ASSERT_EQ(pthread_create(&thread, &attributes, start, reinterpret_cast<void*>(deed)), 0);
-  pthread_join(thread, nullptr);
-  pthread_attr_destroy(&attributes);
-}
-
 // A template of a host that never comes to an end of its fields.
 class EndlessTemplate : public TIBTemplate {
  public:
