@@ -39,6 +39,7 @@ set(public_headers
   hedro34/model/clsHEDROTests.h
   hedro34/model/collection.h
   hedro34/model/enumerations.h
+  hedro34/model/left_out.h
   hedro34/model/question_id.h
   hedro34/import/BuildTestFromKTD.h
   hedro34/merge/clsHEDRO.h

@@ -1,137 +1,17 @@
 #include "host/arguments.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
-#include <limits>
 #include <utility>
 
 #include "hedro34/platform/files.h"
-#include "hedro34/version.h"
+#include "host/command_line.h"
 #include "host/input.h"
-#include "host/values.h"
+#include "host/stop.h"
 
 namespace host {
 namespace {
 
 using hedro34::String;
-
-// Values as they stand on the command line.
-struct ImportWords {
-  std::string objectives = "none";
-  std::string state;
-  std::string partial_credit = "ask";
-  bool odd_distractors_only = false;
-  std::string messages;
-  CLI::Option* messages_option = nullptr;
-
-  void declare(CLI::App& app) {
-    app.add_option("--objectives", objectives,
-                   "Objectives to take over: none (default), learning, local, state, national, all")
-        ->type_name("LIST");
-    app.add_option("--state", state, "State whose objectives are taken, such as CA")->type_name("XX");
-    app.add_flag("--odd-distractors-only", odd_distractors_only, "Even questions take the answer letters of odd ones")
-        ->disable_flag_override();
-    app.add_option("--partial-credit", partial_credit,
-                   "Answer to the question about partial credit: ok, cancel or ask (default)")
-        ->type_name("ANSWER");
-    messages_option =
-        app.add_option("--messages", messages, "Write boxes and failures to this file, a JSON object a line")
-            ->type_name("FILE");
-  }
-
-  ImportOptions options() const {
-    ImportOptions result;
-    result.objectives = objectives_of(objectives);
-    result.state = state_of(state);
-    result.odd_distractors_only = odd_distractors_only;
-    result.partial_credit = partial_credit_of(partial_credit);
-    if (messages_option->count() > 0) result.messages = hedro34::from_utf8(messages);
-    return result;
-  }
-};
-
-struct ShowWords {
-  CLI::App* app;
-  ImportWords import;
-  bool json = false;
-  std::string test;
-
-  explicit ShowWords(CLI::App& program) : app(program.add_subcommand("show", "Print a test")) {
-    import.declare(*app);
-    app->add_flag("--json", json, "Print one JSON object")->disable_flag_override();
-    app->add_option("TEST", test, "ExamView XML file or KTD document")->required()->type_name("");
-  }
-
-  ShowCommand command() const { return {import.options(), json, hedro34::from_utf8(test)}; }
-};
-
-struct MergeWords {
-  CLI::App* app;
-  ImportWords import;
-  std::string form, form_out, document_out;
-  std::string max_questions = "0", sequence_question = "0";
-  bool quiet = false, keep_going = false;
-  std::vector<std::string> tests;
-
-  explicit MergeWords(CLI::App& program)
-      : app(program.add_subcommand("merge", "Merge a test, with its further versions, with a form")) {
-    import.declare(*app);
-    app->add_option("--form", form, "Form template to read")->required()->type_name("FORM");
-    app->add_option("--form-out", form_out, "Form template to write")->required()->type_name("FILE");
-    app->add_option("--document-out", document_out, "Data document to write")->required()->type_name("FILE");
-    app->add_option("--max-questions", max_questions, "Most questions that a test keeps; 0: no limit (default)")
-        ->type_name("N");
-    app->add_option("--sequence-question", sequence_question, "Field with the version identifier; 0: none (default)")
-        ->type_name("N");
-    app->add_flag("--quiet", quiet, "Show no boxes of removal and merge")->disable_flag_override();
-    app->add_flag("--keep-going", keep_going, "Write the outputs though the library has reported a failure")
-        ->disable_flag_override();
-    app->add_option("TEST", tests, "ExamView XML file or KTD document; further ones are its versions")
-        ->required()
-        ->type_name("");
-  }
-
-  MergeCommand command() const {
-    MergeCommand result;
-    result.import = import.options();
-    result.form = hedro34::from_utf8(form);
-    result.form_out = hedro34::from_utf8(form_out);
-    result.document_out = hedro34::from_utf8(document_out);
-    result.max_questions = number_of("--max-questions", max_questions, std::numeric_limits<std::int32_t>::min());
-    result.sequence_question =
-        number_of("--sequence-question", sequence_question, std::numeric_limits<std::int32_t>::min());
-    result.quiet = quiet;
-    result.keep_going = keep_going;
-    for (const std::string& test : tests) result.tests.push_back(hedro34::from_utf8(test));
-    return result;
-  }
-};
-
-struct FormWords {
-  CLI::App* app;
-  std::string questions, choices = "5", per_page = "50", versions, out;
-  CLI::Option* versions_option;
-
-  explicit FormWords(CLI::App& program) : app(program.add_subcommand("form", "Write a new form template")) {
-    app->add_option("--questions", questions, "Number of graded fields")->required()->type_name("N");
-    app->add_option("--choices", choices, "Choices of each, at most 26 (default 5)")->type_name("N");
-    versions_option = app->add_option("--versions", versions, "A version field in front that offers these identifiers")
-                          ->type_name("A,B,...");
-    app->add_option("--per-page", per_page, "Graded fields on a page (default 50)")->type_name("N");
-    app->add_option("--out", out, "Form template to write")->required()->type_name("FILE");
-  }
-
-  FormCommand command() const {
-    FormCommand result;
-    result.questions = number_of("--questions", questions, 1);
-    result.choices = number_of("--choices", choices, 1);
-    result.per_page = number_of("--per-page", per_page, 1);
-    if (versions_option->count() > 0) result.versions = versions_of(versions);
-    result.out = hedro34::from_utf8(out);
-    check_size(result);
-    return result;
-  }
-};
 
 bool is_file_in_brackets(const std::string& word) {
   return word.size() > 1 && word.front() == '[' && word.back() == ']' &&
@@ -189,25 +69,43 @@ void check_distinct(const std::vector<Named>& outputs, const std::vector<Named>&
   }
 }
 
+std::vector<Named> named(const char* name, const std::vector<String>& paths) {
+  std::vector<Named> result;
+  for (const String& path : paths) result.emplace_back(name, &path);
+  return result;
+}
+
 void check_distinct(const ShowCommand& command) {
-  if (!command.import.messages) return;
+  if (!command.import.messages) return check_distinct({}, named("FILE", command.files));
   if (is_standard_stream(*command.import.messages)) {
     throw Stop(ExitCode::WrongUsage, "--messages: what is shown goes to standard output; give the messages a file");
   }
-  check_distinct({{"--messages", &*command.import.messages}}, {{"TEST", &command.test}});
+  check_distinct({{"--messages", &*command.import.messages}}, named("FILE", command.files));
+}
+
+void check_distinct(const CompareCommand& command) { check_distinct({}, named("TEST", command.tests)); }
+
+void check_distinct(const ReportCommand& command) {
+  std::vector<Named> inputs = {{"DOCUMENT", &command.document}};
+  if (command.form) inputs.emplace_back("--form", &*command.form);
+  check_distinct({{"--out", &command.out}}, inputs);
 }
 
 std::vector<Named> outputs_of(const MergeCommand& command) {
   std::vector<Named> outputs = {{"--form-out", &command.form_out}, {"--document-out", &command.document_out}};
+  if (command.report) outputs.emplace_back("--report", &*command.report);
   if (command.import.messages) outputs.emplace_back("--messages", &*command.import.messages);
   return outputs;
 }
 
 void check_distinct(const MergeCommand& command) {
-  std::vector<Named> inputs = {{"--form", &command.form}};
-  for (const String& test : command.tests) inputs.emplace_back("TEST", &test);
+  std::vector<Named> inputs = named("TEST", command.tests);
+  inputs.insert(inputs.begin(), {"--form", &command.form});
   check_distinct(outputs_of(command), inputs);
 }
+
+void check_distinct(const FormCommand&) {}
+void check_distinct(const Information&) {}
 
 template <class Asked>
 Asked distinct(Asked command) {
@@ -230,18 +128,8 @@ Command parse(const std::vector<std::string>& words) {
                                          " is not UTF-8: " + hedro34::to_utf8(hedro34::from_utf8(words[i])));
   }
 
-  CLI::App app("Reads tests and merges them with form templates", "hedro34");
-  app.set_version_flag("--version", "hedro34 " + std::string(hedro34::version));
-  app.require_subcommand(1);
-  app.footer(
-      "A file may be -, standard input or standard output.\n\n"
-      "Exit codes: 0 done, 1 the library answered False, 2 wrong usage, 3 an input is at fault, 4 an output cannot be\n"
-      "written, 5 a failure was reported: merge writes nothing then, unless --keep-going is given");
-  ShowWords show(app);
-  MergeWords merge(app);
-  FormWords form(app);
-  for (CLI::App* each : {&app, show.app, merge.app, form.app})
-    each->allow_windows_style_options(false);  // "/x" is a file
+  CommandLine line;
+  CLI::App& app = line.app();
   try {
     std::vector<std::string> arguments = prepared(words);
     std::reverse(arguments.begin(), arguments.end());
@@ -259,9 +147,7 @@ Command parse(const std::vector<std::string>& words) {
     }
     throw Stop(ExitCode::WrongUsage, error.what() + help);
   }
-  if (show.app->parsed()) return distinct(show.command());
-  if (merge.app->parsed()) return distinct(merge.command());
-  return form.command();
+  return std::visit([](auto command) -> Command { return distinct(std::move(command)); }, line.command());
 }
 
 }  // namespace host

@@ -26,9 +26,23 @@ struct ImportOptions {
 };
 
 struct ShowCommand {
+  enum class As { Text, Json, Csv };
+
+  ImportOptions import;
+  As as = As::Text;
+  std::vector<hedro34::String> files;  // at least one; one for `Csv`
+};
+
+struct CompareCommand {
   ImportOptions import;
   bool json = false;
-  hedro34::String test;
+  std::vector<hedro34::String> tests;  // at least two
+};
+
+struct ReportCommand {
+  std::optional<hedro34::String> form;  // the merged one
+  hedro34::String out;
+  hedro34::String document;
 };
 
 struct MergeCommand {
@@ -36,6 +50,7 @@ struct MergeCommand {
   hedro34::String form;
   hedro34::String form_out;
   hedro34::String document_out;
+  std::optional<hedro34::String> report;  // where the page goes
   std::int32_t max_questions = 0;
   std::int32_t sequence_question = 0;
   bool quiet = false;
@@ -59,7 +74,7 @@ struct Information {
   std::string text;
 };
 
-using Command = std::variant<Information, ShowCommand, MergeCommand, FormCommand>;
+using Command = std::variant<Information, ShowCommand, CompareCommand, MergeCommand, ReportCommand, FormCommand>;
 
 // What the words behind the program's name ask for. Throws a `Stop` with `WrongUsage` when they make no command, when an
 // output would overwrite an input or another output, or when a standard stream is named twice.

@@ -6,10 +6,12 @@
 #include "hedro34/runtime/basError.h"
 #include "hedro34/runtime/modStartup.h"
 #include "host/arguments.h"
+#include "host/compare.h"
 #include "host/form.h"
 #include "host/merge.h"
 #include "host/messages.h"
 #include "host/outputs.h"
+#include "host/report.h"
 #include "host/show.h"
 #include "host/stop.h"
 #include "host/system.h"
@@ -25,15 +27,15 @@ ExitCode finished(Steps steps) noexcept {
     try {
       return steps();
     } catch (const Stop& stop) {
-      report(stop.line);
+      complain(stop.line);
       return stop.code;
     } catch (const hedro34::Failure& failure) {
-      report("stopped by failure " + std::to_string(failure.number) + ": " + hedro34::to_utf8(failure.description));
+      complain("stopped by failure " + std::to_string(failure.number) + ": " + hedro34::to_utf8(failure.description));
     }
   } catch (const std::bad_alloc&) {
-    report("stopped: out of memory");
+    complain("stopped: out of memory");
   } catch (const std::exception& exception) {
-    report({"stopped: ", exception.what()});
+    complain({"stopped: ", exception.what()});
   }
   return ExitCode::AnsweredFalse;
 }
@@ -46,7 +48,7 @@ ExitCode run(const TestCommand& command, void (*steps)(const TestCommand&, Messa
     hedro34::set_error_object(messages.error_object());
     steps(command, messages);
     if (messages.failures() == 0) return ExitCode::Done;
-    report({"done, but ", failures_reported});
+    complain({"done, but ", failures_reported});
     return ExitCode::FailuresReported;
   });
   if (!command.import.messages) return code;
@@ -62,7 +64,14 @@ ExitCode run(const TestCommand& command, void (*steps)(const TestCommand&, Messa
 
 ExitCode run(const ShowCommand& command) { return run(command, &show); }
 
+ExitCode run(const CompareCommand& command) { return run(command, &compare); }
+
 ExitCode run(const MergeCommand& command) { return run(command, &merge); }
+
+ExitCode run(const ReportCommand& command) {
+  report(command);
+  return ExitCode::Done;
+}
 
 ExitCode run(const FormCommand& command) {
   form(command);

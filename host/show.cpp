@@ -6,8 +6,10 @@
 namespace host {
 
 void show(const ShowCommand& command, Messages& messages) {
-  const auto test = load_test(command.test, command.import, messages);
-  print(command.json ? as_json(*test) : as_text(*test));
+  for (const hedro34::String& file : command.files) {
+    const auto test = load_test(file, command.import, messages);
+    print(command.as == ShowCommand::As::Json ? as_json(*test) : as_text(*test));
+  }
 }
 
 }  // namespace host

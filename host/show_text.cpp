@@ -10,27 +10,6 @@ using namespace hedro34;
 
 constexpr std::string_view indent = "      ";  // under the text of a question
 
-std::string_view type_name(HEDROTestQuestionType type) {
-  switch (type) {
-    case HEDROTestQuestionTypeUnknown: return "unknown type";
-    case HEDROTestQuestionTypeTrueFalse: return "true/false";
-    case HEDROTestQuestionTypeYesNo: return "yes/no";
-    case HEDROTestQuestionTypeMultipleChoice: return "multiple choice";
-    case HEDROTestQuestionTypeModifiedTrueFalse: return "modified true/false";
-    case HEDROTestQuestionTypeNumericResponse: return "numeric response";
-    case HEDROTestQuestionTypeCompletion: return "completion";
-    case HEDROTestQuestionTypeMatching: return "matching";
-    case HEDROTestQuestionTypeShortAnswer: return "short answer";
-    case HEDROTestQuestionTypeProblem: return "problem";
-    case HEDROTestQuestionTypeEssay: return "essay";
-    case HEDROTestQuestionTypeCase: return "case";
-    case HEDROTestQuestionTypeSubjective: return "subjective";
-    case HEDROTestQuestionTypeOther: return "other";
-    case HEDROTestQuestionTypeBimodal: return "bimodal";
-  }
-  return "unknown type";
-}
-
 std::string_view source_name(HEDROTestSourceType source) {
   switch (source) {
     case HEDROTestSourceTypeExamView: return "ExamView file";
@@ -134,7 +113,7 @@ class TestText {
     const auto question = test_.Questions->Item(position);
     out_ += '\n';
     lines(padded(std::to_string(position) + ". ", indent.size()),
-          u"ID " + question->ID.str() + u", " + from_utf8(type_name(question->QuestionType)));
+          u"ID " + question->ID.str() + u", " + String(question_type_name(question->QuestionType)));
     lines(std::string(indent), question->QuestionText);
     choices(position, *question->Answers);
     const String key = test_.CorrectAnswersAsString(position);

@@ -45,7 +45,7 @@ std::string one_line(std::string_view text) {
   return line;
 }
 
-void report(std::initializer_list<std::string_view> parts) noexcept {
+void complain(std::initializer_list<std::string_view> parts) noexcept {
   std::array<char, 1024> buffer;
   std::size_t size = 0;
   const auto put = [&](char c) {

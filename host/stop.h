@@ -36,8 +36,8 @@ class Stop : public std::exception {
 std::string one_line(std::string_view text);
 
 // Writes "hedro34: " and the parts as one line to standard error; needs no memory.
-void report(std::initializer_list<std::string_view> parts) noexcept;
-inline void report(std::string_view line) noexcept { report({line}); }
+void complain(std::initializer_list<std::string_view> parts) noexcept;
+inline void complain(std::string_view line) noexcept { complain({line}); }
 
 // Writes to standard output, to the last byte. A reader that has gone away has seen enough: that ends it quietly. Throws a
 // `Stop` when the system does not take all of it for another reason.

@@ -77,8 +77,9 @@ class CommandLine(ProgramTest):
         form, merge = "form --out f --questions ", "merge t.xml --form f --form-out g --document-out d "
         for fragment, rows in {
             "subcommand": [""], "print": ["print t.xml"],
-            "TEST": ["show", "merge --form f --form-out g --document-out d"],
-            "u.xml": ["show t.xml u.xml"], "--jsn": ["show --jsn t.xml"], "json": ["show --json=1 t.xml"],
+            "TEST": ["compare", "compare t.xml", "merge --form f --form-out g --document-out d"],
+            "FILE": ["show"], "DOCUMENT": ["report --out r"], "one FILE": ["show --csv t.xml t.xml"],
+            "u.xml": ["report --out r t.ktd u.xml"], "--jsn": ["show --jsn t.xml"], "json": ["show --json=1 t.xml"],
             "every": ["show --messages m --objectives all,every t.xml"],
             "--partial-credit": ["show --partial-credit yes t.xml"],
             "--messages": ["show --messages ./t.xml t.xml"],

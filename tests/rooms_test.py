@@ -6,7 +6,7 @@ import re
 import sys
 import tempfile
 
-ROOMS = ["base", "platform", "xml", "json", "documents", "runtime", "model", "import", "merge", "component"]
+ROOMS = ["base", "platform", "xml", "json", "documents", "runtime", "model", "import", "merge", "report", "component"]
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]', re.MULTILINE)
 SYSTEM = re.compile(
     r"(sys/.*|(unistd|fcntl|signal|dlfcn|windows|poll|pthread|termios|ucontext)\.h|csignal)$", re.IGNORECASE

@@ -18,6 +18,7 @@ Ref<clsHEDROTest> clsHEDROTest::Copy() const {
     copy->UserDefined = true;
     copy->Version = Version;
     copy->Source = Source;
+    copy->left_out_ = left_out_;
     for (std::int32_t i = 1; i <= Questions->Count(); ++i) copy->Questions->Add(Questions->Item(i)->Copy());
     for (std::int32_t i = 1; i <= Sequences->Count(); ++i) copy->Sequences->Add(Sequences->Item(i)->Copy(Questions));
     result = copy;
@@ -44,6 +45,7 @@ Ref<clsHEDROTestQuestion> clsHEDROTestQuestion::Copy() const {
     copy->SubjectivePoints = SubjectivePoints;
     copy->CorrectAnd = CorrectAnd;
     copy->CorrectAnswers = CorrectAnswers->Copy();
+    copy->number_in_file = number_in_file;
     result = copy;
   });
 }

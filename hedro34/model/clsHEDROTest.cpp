@@ -76,6 +76,7 @@ void clsHEDROTest::Clear() {
   trap(here(u"Clear"), [&] {
     Sequences->RemoveAll();
     Questions->RemoveAll();
+    left_out_.clear();
     Title.clear();
     Version.clear();
     ID.clear();

@@ -5,7 +5,10 @@
 // Operations report a failure once and return their result as it stood: False, 0, an empty text, reference or array.
 #pragma once
 
+#include <vector>
+
 #include "hedro34/model/clsHEDROTestSequences.h"
+#include "hedro34/model/left_out.h"
 
 namespace hedro34 {
 
@@ -86,11 +89,18 @@ class clsHEDROTest final : public Object {
   // The same as an array from 0, as numbers or, with `bAsString`, as labels; without bounds when there is no answer.
   Array<String> CorrectAnswersAsArray(const Variant& vQuestionIndex, bool bAsString = false) const;
 
+  // What was removed or not carried since the test was last cleared, in the order in which it happened: at a load by question,
+  // then at each `RemoveInvalid` by question. Not to be seen by name.
+  const std::vector<LeftOut>& left_out() const noexcept { return left_out_; }
+  void add_left_out(LeftOut lost) { left_out_.push_back(std::move(lost)); }
+
  private:
   bool AddXMLQuestion(const Ref<IXMLDOMNode>& oNode, bool& bPartialCredit);
   String NodeText(const Ref<IXMLDOMNode>& oNode);
   bool PopulateMultipleChoiceScales(const Ref<IXMLDOMNode>& oNode, bool bOddDistractorsOnly);
   bool TrimScales();
+
+  std::vector<LeftOut> left_out_;
 };
 
 }  // namespace hedro34

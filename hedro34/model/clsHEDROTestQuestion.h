@@ -37,6 +37,10 @@ class clsHEDROTestQuestion final : public Object {
   QuestionId ID;  // at most 50 units; the key in a test's questions and in every order
   HEDROTestQuestionType QuestionType = HEDROTestQuestionTypeUnknown;
 
+  // The question's number in the file that it was imported from, from 1: that of its `question` element, or of its field in a
+  // data document; 0 for a question that no import made. It stays when others are removed. Not to be seen by name.
+  std::int32_t number_in_file = 0;
+
   // A new question that shares no object with this one; answers and objectives pass through tab-joined text. An empty
   // reference after a failure.
   Ref<clsHEDROTestQuestion> Copy() const;

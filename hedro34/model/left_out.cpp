@@ -1,0 +1,26 @@
+#include "hedro34/model/left_out.h"
+
+namespace hedro34 {
+
+StringView question_type_name(HEDROTestQuestionType type) noexcept {
+  switch (type) {
+    case HEDROTestQuestionTypeUnknown: return u"unknown type";
+    case HEDROTestQuestionTypeTrueFalse: return u"true/false";
+    case HEDROTestQuestionTypeYesNo: return u"yes/no";
+    case HEDROTestQuestionTypeMultipleChoice: return u"multiple choice";
+    case HEDROTestQuestionTypeModifiedTrueFalse: return u"modified true/false";
+    case HEDROTestQuestionTypeNumericResponse: return u"numeric response";
+    case HEDROTestQuestionTypeCompletion: return u"completion";
+    case HEDROTestQuestionTypeMatching: return u"matching";
+    case HEDROTestQuestionTypeShortAnswer: return u"short answer";
+    case HEDROTestQuestionTypeProblem: return u"problem";
+    case HEDROTestQuestionTypeEssay: return u"essay";
+    case HEDROTestQuestionTypeCase: return u"case";
+    case HEDROTestQuestionTypeSubjective: return u"subjective";
+    case HEDROTestQuestionTypeOther: return u"other";
+    case HEDROTestQuestionTypeBimodal: return u"bimodal";
+  }
+  return u"unknown type";
+}
+
+}  // namespace hedro34

@@ -1,0 +1,29 @@
+// What a test lost on its way from a file to a sheet: questions that were removed, and content of questions that their texts
+// cannot carry. The imports and `RemoveInvalid` note it and `clsHEDROTest::left_out()` has it, so that a program can say it
+// before the sheets go out. It is seen from C++ only; callers by name see nothing of it.
+#pragma once
+
+#include <cstdint>
+
+#include "hedro34/base/text.h"
+#include "hedro34/model/enumerations.h"
+
+namespace hedro34 {
+
+struct LeftOut {
+  enum class What {
+    Removed,     // the whole question
+    NotCarried,  // a part of it: `part` says which
+  };
+
+  What what = What::Removed;
+  std::int32_t number = 0;  // of the question in its file, from 1; 0 when it came from no file
+  String id;                // of the question
+  HEDROTestQuestionType type = HEDROTestQuestionTypeUnknown;  // of the question
+  String part;  // "equation", "picture", "element \"table\"", "choice 2 after 50 characters"; empty when it was removed
+};
+
+// What a person calls a type: "multiple choice", "true/false", "essay"; "unknown type" for a number that is none.
+StringView question_type_name(HEDROTestQuestionType type) noexcept;
+
+}  // namespace hedro34
