@@ -5,6 +5,7 @@
 //   FormTemplate                 a form: pages, regions, fields; `Load` and `Save`
 //   clsHEDRO                     the merge: `Tests`, `TemplateIn`, `TemplateOut`, `WENKTD`, then `RemoveInvalid` and `Merge`
 //   DataDocument                 what a merge fills: names, keys, texts, objectives, versions; `Load` and `Save`
+//   version_keys                 the keys of a data document, version by version, as each field of the sheet shows them
 //   platform()                   message box, XML reader, templates and documents, each of which a host may replace
 //   last_file_error(), to_line   why a load or save answered False
 //   SetError                     gives the object that hears of failures; without one a message box shows them
@@ -45,3 +46,5 @@
 #include "hedro34/import/BuildTestFromKTD.h"
 
 #include "hedro34/merge/clsHEDRO.h"
+
+#include "hedro34/report/version_keys.h"

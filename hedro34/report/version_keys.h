@@ -1,0 +1,52 @@
+// The keys of a data document as a person reads them off a sheet: for each version of the test and each field of the form the
+// question that stands there, and its key in the labels that the field bears. Odd and even fields may bear other letters, so a
+// question that is C at its own field may be H at the field where another version has it.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "hedro34/documents/WENKtdDocument.h"
+
+namespace hedro34 {
+
+// What is wrong with a key at its place. Whoever shows the key says it: such a sheet marks a class wrongly.
+enum class KeyFault {
+  None,
+  NoLabel,     // the field has no label for one of the answers: nobody can mark it there
+  NoQuestion,  // the version's order names no question of the document here
+  Misplaced,   // the order names this question twice, or puts a graded question where none is graded, or the reverse
+  Unreadable,  // which choices the key means cannot be told
+  Disagrees,   // the labels and the numbers of the document's key name different choices
+};
+
+// Words for a person, such as "the field has no label for this answer"; empty for `None`.
+StringView words_of(KeyFault fault) noexcept;
+
+struct KeyPlace {
+  std::int32_t field = 0;     // from 1
+  std::int32_t question = 0;  // the question of the document that stands there, from 1; 0 when there is none
+
+  // "C", "(A,C)", empty without a correct answer. At its own field the question's label key as the document has it, else the
+  // labels of the field. An answer for which the field has no label is its number in brackets: "(A,[5])".
+  String key;
+  std::vector<std::int32_t> answers;  // the choices of the field that are correct, from 1, in the order of the key
+  bool graded = false;                // the field
+  bool subjective = false;            // the question
+  KeyFault fault = KeyFault::None;
+
+  bool on_sheet() const noexcept { return fault == KeyFault::None; }  // the key can be marked as it stands here
+};
+
+struct VersionKey {
+  String label;                  // the version's identifier; empty when the document has no versions
+  std::vector<KeyPlace> places;  // one for each question of the document, by field
+};
+
+// One element for each version, the first one first. A document whose `VersionMode` is not 2 has one version, without a label,
+// in which each question stands at its own field. What an order says of fields that the document does not have is passed over;
+// where it ends too early, a field that is not graded keeps its own question. The time is linear in all places together. A
+// failure that an object of the host throws leaves as it is.
+std::vector<VersionKey> version_keys(WENKtdDocument& document);
+
+}  // namespace hedro34
