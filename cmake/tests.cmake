@@ -48,7 +48,7 @@ if(test_sources)
   if(TARGET hedro34)
     add_executable(hedro34_failing
       $<TARGET_OBJECTS:hedro34_host> tests/program/failing_program.cpp tests/failing_allocation.cpp)
-    target_link_libraries(hedro34_failing PRIVATE HEDRO34::hedro34 GTest::gtest)
+    target_link_libraries(hedro34_failing PRIVATE HEDRO34::hedro34 utf8proc GTest::gtest)
     hedro34_warnings(hedro34_failing)
   endif()
 endif()

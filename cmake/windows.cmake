@@ -9,13 +9,18 @@ if(CMAKE_SIZEOF_VOID_P EQUAL 4)
 endif()
 set(windows_libraries ntdll ole32 oleaut32 advapi32 shell32 user32)
 
-# expat, from the source package of the Debian version that ships now. Its own build files, as patched there, are for Debian.
-set(HEDRO34_EXPAT_SOURCE ${PROJECT_SOURCE_DIR}/build/sources/expat CACHE PATH "The unpacked source of expat")
-execute_process(COMMAND ${PROJECT_SOURCE_DIR}/scripts/debian-source expat ${HEDRO34_EXPAT_SOURCE}
-                COMMAND_ERROR_IS_FATAL ANY)
-file(READ ${HEDRO34_EXPAT_SOURCE}/debian-version expat_version)
-string(STRIP "${expat_version}" expat_version)
-message(STATUS "expat ${expat_version}, from its source")
+# Sources of the Debian versions that ship now, with Debian's patches.
+function(hedro34_debian_source name)
+  string(TOUPPER HEDRO34_${name}_SOURCE folder)
+  set(${folder} ${PROJECT_SOURCE_DIR}/build/sources/${name} CACHE PATH "The unpacked source of ${name}")
+  execute_process(COMMAND ${PROJECT_SOURCE_DIR}/scripts/debian-source ${name} ${${folder}} COMMAND_ERROR_IS_FATAL ANY)
+  file(READ ${${folder}}/debian-version version)
+  string(STRIP "${version}" version)
+  message(STATUS "${name} ${version}, from its source")
+endfunction()
+
+# expat. Its own build files, as patched there, are for Debian.
+hedro34_debian_source(expat)
 set(expat ${HEDRO34_EXPAT_SOURCE}/expat/lib)
 add_library(expat STATIC ${expat}/xmlparse.c ${expat}/xmlrole.c ${expat}/xmltok.c)
 # As Debian configures it. A definition without a value, as its own template has them, does not compile.
@@ -30,6 +35,13 @@ target_compile_options(expat PRIVATE -w)
 target_include_directories(expat PRIVATE ${PROJECT_BINARY_DIR}/expat)
 target_include_directories(expat SYSTEM PUBLIC ${expat})
 add_library(EXPAT::EXPAT ALIAS expat)
+
+# utf8proc: one source, which includes its tables.
+hedro34_debian_source(utf8proc)
+add_library(utf8proc STATIC ${HEDRO34_UTF8PROC_SOURCE}/utf8proc.c)
+target_compile_definitions(utf8proc PUBLIC UTF8PROC_STATIC)
+target_compile_options(utf8proc PRIVATE -w)
+target_include_directories(utf8proc SYSTEM PUBLIC ${HEDRO34_UTF8PROC_SOURCE})
 
 # Headers that are the same on every system. Debian's folder as a whole would bring those of its C library as well.
 set(shared_headers ${PROJECT_BINARY_DIR}/shared-headers)

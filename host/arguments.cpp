@@ -71,6 +71,7 @@ void check_distinct(const std::vector<Named>& outputs, const std::vector<Named>&
 
 std::vector<Named> named(const char* name, const std::vector<String>& paths) {
   std::vector<Named> result;
+  result.reserve(paths.size());
   for (const String& path : paths) result.emplace_back(name, &path);
   return result;
 }

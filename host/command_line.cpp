@@ -50,6 +50,7 @@ struct ImportWords {
 
 std::vector<String> texts(const std::vector<std::string>& words) {
   std::vector<String> result;
+  result.reserve(words.size());
   for (const std::string& word : words) result.push_back(hedro34::from_utf8(word));
   return result;
 }

@@ -5,6 +5,7 @@
 
 #include "hedro34/base/variant.h"
 #include "hedro34/json/json_text.h"
+#include "host/terminal_text.h"
 
 namespace host {
 namespace {
@@ -38,10 +39,10 @@ std::int32_t Messages::Show(StringView text, std::int32_t flags, StringView titl
   if (title == u"Application Error") count_failure();  // one that the library could not report otherwise
   std::int32_t answer = hedro34::answer_ok;
   if (title == u"Partial Credit" && partial_credit_ != PartialCredit::Ask) {
-    std::cerr << hedro34::box_as_lines(text, title) << std::flush;
+    std::cerr << hedro34::box_as_lines(without_turns(text), without_turns(title)) << std::flush;
     answer = partial_credit_ == PartialCredit::Ok ? hedro34::answer_ok : hedro34::answer_cancel;
   } else {
-    answer = TerminalMessageBox::Show(text, flags, title);
+    answer = TerminalMessageBox::Show(without_turns(text), flags, without_turns(title));
   }
   keep([&](JsonText& line) {
     line.key("kind");
@@ -59,8 +60,8 @@ std::int32_t Messages::Show(StringView text, std::int32_t flags, StringView titl
 }
 
 void Messages::failure(std::int32_t number, const String& description, const String& location) {
-  std::cerr << hedro34::to_utf8(u"Error# " + hedro34::decimal(number) + u": " + description + u", Location: " +
-                                location + u"\n")
+  std::cerr << hedro34::to_utf8(without_turns(u"Error# " + hedro34::decimal(number) + u": " + description +
+                                              u", Location: " + location + u"\n"))
             << std::flush;
   keep([&](JsonText& line) {
     line.key("kind");

@@ -2,6 +2,7 @@
 #include <string_view>
 
 #include "host/show.h"
+#include "host/terminal_text.h"
 
 namespace host {
 namespace {
@@ -18,33 +19,6 @@ std::string_view source_name(HEDROTestSourceType source) {
   }
 }
 
-// The text as UTF-8 that leaves the terminal as it is: control characters become blanks, the ends of lines line feeds.
-std::string plain(StringView text) {
-  String result;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const char16_t unit = text[i];
-    if (unit == u'\r' && i + 1 < text.size() && text[i + 1] == u'\n') continue;
-    if (unit == u'\n' || unit == u'\r') {
-      result += u'\n';
-    } else {
-      result += unit < 0x20 || (unit >= 0x7f && unit < 0xa0) ? u' ' : unit;
-    }
-  }
-  return to_utf8(result);
-}
-
-// The number of characters of UTF-8.
-std::size_t width(std::string_view text) {
-  return static_cast<std::size_t>(
-      std::count_if(text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xc0) != 0x80; }));
-}
-
-std::string padded(std::string text, std::size_t to) {
-  const std::size_t length = width(text);
-  if (length < to) text.append(to - length, ' ');
-  return text;
-}
-
 class TestText {
  public:
   explicit TestText(const clsHEDROTest& test) : test_(test) {}
@@ -59,7 +33,7 @@ class TestText {
  private:
   // A line under the start of the text, with the text's further lines aligned; no blanks at the end of a line.
   void lines(std::string start, StringView text) {
-    const std::size_t column = width(start);
+    const std::size_t column = columns(start);
     std::string whole = std::move(start) + plain(text);
     for (std::size_t from = 0; from <= whole.size();) {
       const std::size_t end = std::min(whole.find('\n', from), whole.size());
@@ -78,7 +52,7 @@ class TestText {
   void heading() {
     const std::string title = test_.Title.empty() ? "Test without a title" : plain(test_.Title);
     lines({}, from_utf8(title));
-    out_.append(width(title.substr(title.rfind('\n') + 1)), '=');
+    out_.append(columns(title.substr(title.rfind('\n') + 1)), '=');
     out_ += "\n\n";
     row("Version", test_.Version);
     row("ID", test_.ID);
@@ -129,8 +103,8 @@ class TestText {
     std::vector<std::string> names;
     std::size_t column = 0;
     for (std::int32_t i = 1; i <= answers.Count(); ++i) {
-      names.push_back(plain(label(*labels, i)));
-      column = std::max(column, width(names.back()));
+      names.push_back(plain_line(label(*labels, i)));
+      column = std::max(column, columns(names.back()));
     }
     for (std::int32_t i = 1; i <= answers.Count(); ++i) {
       lines(std::string(indent) + "  " + padded(names[static_cast<std::size_t>(i - 1)], column + 2), answers.Item(i));

@@ -10,19 +10,34 @@
 namespace host {
 namespace {
 
-// Hands each character of the text to `put`, control characters as visible escapes.
+constexpr std::string_view hex = "0123456789abcdef";
+
+// The character at the start of the text, in 16 bits, when it is one of UTF-8's beyond ASCII that a terminal is not given: a
+// control character, the end of a line, one that turns the direction of what stands behind it. Else 0.
+unsigned hidden_character(std::string_view text) noexcept {
+  const auto byte = [&](std::size_t i) { return i < text.size() ? static_cast<unsigned char>(text[i]) : 0u; };
+  if (byte(0) == 0xc2 && byte(1) >= 0x80 && byte(1) < 0xa0) return byte(1);
+  if (byte(0) != 0xe2 || (byte(1) & 0xfe) != 0x80 || (byte(2) & 0xc0) != 0x80) return 0;
+  const unsigned character = 0x2000 + (byte(1) & 0x3f) * 0x40 + (byte(2) & 0x3f);
+  return (character >= 0x2028 && character <= 0x202e) || (character >= 0x2066 && character <= 0x2069) ? character : 0;
+}
+
+// Hands each byte of the text to `put`, and visible escapes for characters that would not leave a terminal as it is.
 template <class Put>
 void escape(std::string_view text, const Put& put) {
-  constexpr std::string_view hex = "0123456789abcdef";
-  for (const char c : text) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (byte >= 0x20 && byte != 0x7f) {
-      put(c);
-    } else if (c == '\n' || c == '\t') {
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const auto byte = static_cast<unsigned char>(text[i]);
+    if (byte == '\n' || byte == '\t') {
       put('\\');
-      put(c == '\n' ? 'n' : 't');
-    } else {
+      put(byte == '\n' ? 'n' : 't');
+    } else if (byte < 0x20 || byte == 0x7f) {
       for (const char escaped : {'\\', 'x', hex[byte >> 4], hex[byte & 15]}) put(escaped);
+    } else if (const unsigned hidden = hidden_character(text.substr(i)); hidden != 0) {
+      for (const char escaped : {'\\', 'u'}) put(escaped);
+      for (const int shift : {12, 8, 4, 0}) put(hex[hidden >> shift & 15]);
+      i += hidden < 0x100 ? 1 : 2;
+    } else {
+      put(text[i]);
     }
   }
 }

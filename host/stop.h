@@ -32,7 +32,8 @@ class Stop : public std::exception {
   std::string line;
 };
 
-// UTF-8 as one line of a terminal: control characters become visible escapes such as "\n".
+// UTF-8 as one line of a terminal: control characters, ends of lines and characters that turn the direction of a line become
+// visible escapes such as "\n" and "\u202e".
 std::string one_line(std::string_view text);
 
 // Writes "hedro34: " and the parts as one line to standard error; needs no memory.
