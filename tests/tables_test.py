@@ -4,6 +4,7 @@
 import os
 import pathlib
 import re
+import shutil
 import subprocess
 import unittest
 
@@ -26,6 +27,39 @@ class Tables(unittest.TestCase):
     def test_identifiers_are_different(self):
         named = re.findall(r"\{([0-9A-F-]{36})\}", printed("reference"))
         self.assertEqual((len(named), len(set(named))), (1 + 2 * 31, 1 + 2 * 31))  # the library's; class and interface
+
+    def test_each_member_says_what_it_does(self):
+        page = printed("reference")
+        rows = re.findall(r"^\| `(\w+)` \| (read|read, write|read, assign object|method) \| ([^|]*) \| ([^|]*) \|.*\|$", page, re.M)
+        self.assertEqual(len(rows), len(re.findall(r"^\| `\w+` \| [a-z]", page, re.M)))
+        for name, _, _, line in rows:
+            self.assertRegex(line, r"^(?!.*\. )[A-Z0-9].{10,115}\.$", name)
+        self.assertIn(
+            "| `CorrectAnswersAsArray` | method | array of strings | The correct answers of a question as an array from 0; "
+            "without bounds when there are none. | `vQuestionIndex` variant (a position or an ID); optional `bAsString` Boolean "
+            "= False (labels in place of numbers) |\n", page)
+        self.assertIn("| `HEDROTestQuestionTypeMultipleChoice` | 3 | Multiple choice; code mc, mr, 2 or 3. |\n", page)
+
+    @unittest.skipUnless(shutil.which("man"), "not installed: man-db")
+    def test_manual_page(self):
+        environment = os.environ | {"LC_ALL": "C.UTF-8", "MANWIDTH": "130", "MANOPT": "--nh --nj"}
+        done = subprocess.run(["man", "--warnings", "-l", "-"], input=printed("man").encode(), capture_output=True, timeout=60,
+                              env=environment, check=True)
+        self.assertEqual(done.stderr, b"")
+        page = done.stdout.decode()
+        self.assertIn("""
+       CorrectAnswersAsArray(vQuestionIndex, bAsString)  — method, array of strings
+              The correct answers of a question as an array from 0; without bounds when there are none.
+
+              vQuestionIndex
+                     variant: a position or an ID
+
+              bAsString
+                     optional Boolean, False when left out: labels in place of numbers
+""", page)
+        self.assertIn('\n                     optional string, "\\t" when left out: an empty one splits nothing\n', page)
+        shown = re.findall(r"^       (\w+)(?:\(.*\))?  — (?:read|method|-?\d)", page, re.M)
+        self.assertEqual(shown, re.findall(r"^\| `(\w+)` \|", printed("reference"), re.M))
 
     def test_interface_definition(self):
         idl = printed("idl")

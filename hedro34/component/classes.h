@@ -15,10 +15,12 @@ inline constexpr int type_library_locale = 1033;
 struct Enumerator {
   StringView name;
   std::int32_t value;
+  StringView line;  // what it stands for
 };
 struct EnumerationTable {
   StringView name;
   std::span<const Enumerator> values;
+  StringView summary;
   bool flags = false;  // values may be combined
 };
 

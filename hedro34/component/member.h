@@ -1,14 +1,19 @@
-// The table of a class: its members in interface order, with names, kinds, arguments and the C++ member behind each row.
+// The table of a class: its members in interface order, with names, kinds, arguments, the C++ member behind each row and a line
+// that says what it does.
 //
-//   constexpr Member correct[] = {
-//       property<&Correct::Count>(u"Count"),
-//       method<&Correct::Add>(u"Add", required(u"Item"), optional(u"Before"), optional(u"After")), ...};
+//   constexpr Member strings[] = {
+//       property<&Strings::Count>(u"Count", u"The number of elements."),
+//       method<&Strings::AsString>(u"AsString", u"The elements as one text, with the delimiter between them.",
+//                                  optional(u"sDelimiter", tab)), ...};
 //   constexpr ClassTable classes[] = {
-//       creatable<Correct>(u"{5A65F595-...}", u"{0B85C954-...}", correct, u"The correct answers.", u"Item"), ...};
+//       creatable<Strings>(u"{1862B1D1-...}", u"{829401B7-...}", strings, u"An ordered list of texts.", u"Item"), ...};
+//
+// A line is one sentence with its period, of ASCII, with other members and arguments in backquotes; a member without one does
+// not compile. What an argument's name does not say stands beside it: `optional(u"bNumeric", false).is(u"numbers ...")`.
 //
 // Types come from the C++ member, so that a row cannot say another one. From these tables come calls by name, the interface
-// definition, the reference page and the types of the Python client, which `hedro34_tables` writes. A member is called by its
-// position, so a new row goes to the end.
+// definition, the reference page, the manual page and the types of the Python client, which `hedro34_tables` writes. A member is
+// called by its position, so a new row goes to the end.
 #pragma once
 
 #include <array>
@@ -48,10 +53,19 @@ struct Argument {
   StringView name{};
   bool optional = false;
   bool by_reference = false;
-  std::int32_t number = 0;  // what stands for an optional one that was left out: the number or Boolean,
-  StringView text{};        // or the text; for a variant the missing value
+  std::int32_t number = 0;         // what stands for an optional one that was left out: the number or Boolean,
+  const char16_t* text = nullptr;  // or the text, null for an empty one; for a variant the missing value
+  const char16_t* meaning = nullptr;
   ValueType type{};
+
+  constexpr Argument is(const char16_t* said) const {
+    Argument result = *this;
+    result.meaning = said;
+    return result;
+  }
 };
+
+constexpr StringView text_of(const char16_t* text) { return text == nullptr ? StringView() : StringView(text); }
 
 constexpr Argument required(StringView name) { return {.name = name}; }
 constexpr Argument by_reference(StringView name) { return {.name = name, .by_reference = true}; }
@@ -90,6 +104,7 @@ struct Member {
   Step read = nullptr;                // the method, or the reading side
   Step write = nullptr;               // the writing side
   StringView put_name = u"newValue";  // what the value of a put is called
+  StringView line{};                  // what it does
 };
 
 // --- types of C++ members --------------------------------------------------------------------------------------------
@@ -153,7 +168,7 @@ class Incoming {
     } else if constexpr (std::is_same_v<Value, Variant>) {
       return missing;
     } else if constexpr (std::is_same_v<Value, String>) {
-      return Value(argument.text);
+      return Value(text_of(argument.text));
     } else {
       return {};
     }
@@ -233,10 +248,11 @@ template <class C, class R, class... A>
 struct Signature<R (C::*)(A...) const noexcept> : Signature<R (C::*)(A...)> {};
 
 template <auto member>
-constexpr Member row(StringView name, std::uint16_t kind, std::initializer_list<Argument> arguments) {
+constexpr Member row(StringView name, StringView line, std::uint16_t kind, std::initializer_list<Argument> arguments) {
   using Of = Signature<decltype(member)>;
   if (arguments.size() != Of::count) throw "a row with another number of arguments than its member";
-  Member result{.name = name, .kinds = kind, .type = value_type<typename Of::Result>(), .count = Of::count};
+  Member result{
+      .name = name, .kinds = kind, .type = value_type<typename Of::Result>(), .count = Of::count, .line = line};
   std::size_t at = 0;
   for (const Argument& argument : arguments) {
     result.arguments[at] = argument;
@@ -248,8 +264,8 @@ constexpr Member row(StringView name, std::uint16_t kind, std::initializer_list<
 }
 
 template <auto member, class... A>
-constexpr Member method(StringView name, A... arguments) {
-  return row<member>(name, binary::DISPATCH_METHOD, {arguments...});
+constexpr Member method(StringView name, StringView line, A... arguments) {
+  return row<member>(name, line, binary::DISPATCH_METHOD, {arguments...});
 }
 
 namespace detail {
@@ -287,7 +303,7 @@ struct Field<T C::*> {
 
 // A property that is a public field, or one that an accessor reads; `put` is its writing side.
 template <auto get, auto... put, class... A>
-constexpr Member property(StringView name, A... arguments) {
+constexpr Member property(StringView name, StringView line, A... arguments) {
   static_assert(sizeof...(put) <= 1);
   if constexpr (std::is_member_object_pointer_v<decltype(get)>) {
     static_assert(sizeof...(A) == 0);
@@ -297,9 +313,10 @@ constexpr Member property(StringView name, A... arguments) {
             .kinds = static_cast<std::uint16_t>(binary::DISPATCH_PROPERTYGET | detail::put_kind<T>),
             .type = value_type<T>(),
             .read = &Of::template get<get>,
-            .write = &Of::template set<get>};
+            .write = &Of::template set<get>,
+            .line = line};
   } else {
-    Member result = row<get>(name, binary::DISPATCH_PROPERTYGET, {arguments...});
+    Member result = row<get>(name, line, binary::DISPATCH_PROPERTYGET, {arguments...});
     if constexpr (sizeof...(put) == 1) {
       ((result.write = &Signature<decltype(put)>::template call<put>), ...);
       result.kinds =
@@ -385,6 +402,14 @@ struct ClassTable {
   }
 };
 
+// One line of ASCII that ends with a period.
+constexpr bool is_sentence(StringView line) noexcept {
+  for (const char16_t unit : line) {
+    if (unit < u' ' || unit > u'~') return false;
+  }
+  return line.size() > 1 && line.back() == u'.';
+}
+
 // The table of a class whose objects only the library makes. The default member is the row of that name.
 template <class T, std::size_t count>
 constexpr ClassTable inner(StringView class_id, StringView interface_id, const Member (&members)[count],
@@ -397,6 +422,7 @@ constexpr ClassTable inner(StringView class_id, StringView interface_id, const M
                     .index = NameIndex(members),
                     .summary = summary};
   for (std::size_t i = 0; i < count; ++i) {
+    if (!is_sentence(members[i].line)) throw "a row that does not say what its member does";
     if (members[i].name == default_member) result.default_member = static_cast<int>(i);
   }
   if (!default_member.empty() && result.default_member < 0) throw "no row has the name of the default member";

@@ -10,167 +10,280 @@ namespace hedro34 {
 namespace {
 
 constexpr Member form_template[] = {
-    property<&FormTemplate::Pages>(u"Pages"),
-    property<&FormTemplate::PageCount>(u"PageCount"),
-    property<&FormTemplate::QuestionCount>(u"QuestionCount"),
-    property<&FormTemplate::GradedQuestionCount>(u"GradedQuestionCount"),
-    method<&FormTemplate::Clear>(u"Clear"),
-    method<&FormTemplate::QuestionNames>(u"QuestionNames", required(u"iFirst"), required(u"iLast"),
-                                         optional(u"bOption1", false), optional(u"sDelimiter", tab),
-                                         optional(u"bOption2", false)),
-    method<&FormTemplate::Copy>(u"Copy", optional(u"bOption", true)),
-    method<&FormTemplate::Load>(u"Load", required(u"sPath")),
-    method<&FormTemplate::Save>(u"Save", required(u"sPath")),
+    property<&FormTemplate::Pages>(u"Pages", u"The pages of the form."),
+    property<&FormTemplate::PageCount>(u"PageCount", u"The number of pages."),
+    property<&FormTemplate::QuestionCount>(u"QuestionCount",
+                                           u"The number of fields, without those of regions that continue a group."),
+    property<&FormTemplate::GradedQuestionCount>(
+        u"GradedQuestionCount", u"The number of graded fields, without those of regions that continue a group."),
+    method<&FormTemplate::Clear>(u"Clear", u"Drops all pages."),
+    method<&FormTemplate::QuestionNames>(
+        u"QuestionNames", u"The names of fields as an array from 1; a field without a name bears that of its region.",
+        required(u"iFirst").is(u"a field number, from 1"), required(u"iLast").is(u"at most `QuestionCount`"),
+        optional(u"bOption1", false).is(u"plays no part"), optional(u"sDelimiter", tab).is(u"plays no part"),
+        optional(u"bOption2", false).is(u"plays no part")),
+    method<&FormTemplate::Copy>(u"Copy", u"A new template with the same content that shares no object with this one.",
+                                optional(u"bOption", true).is(u"plays no part")),
+    method<&FormTemplate::Load>(
+        u"Load",
+        u"Replaces the content by that of a file; False when it cannot, for the reason in `Platform.LastFileError`.",
+        required(u"sPath")),
+    method<&FormTemplate::Save>(
+        u"Save",
+        u"Writes the form to a file, whole or not at all; False when it cannot, for the reason in `Platform.LastFileError`.",
+        required(u"sPath")),
 };
 constexpr Member form_pages[] = {
-    property<&FormPages::Count>(u"Count"),
-    property<&FormPages::Item>(u"Item", required(u"Index")),
-    method<&FormPages::add>(u"Add"),
+    property<&FormPages::Count>(u"Count", u"The number of pages."),
+    property<&FormPages::Item>(u"Item", u"The page at a position; that there is none is a failure.",
+                               required(u"Index")),
+    method<&FormPages::add>(u"Add", u"Adds a new page at the end and gives it."),
 };
 constexpr Member form_page[] = {
-    property<&FormPage::Regions>(u"Regions"),
+    property<&FormPage::Regions>(u"Regions", u"The regions of the page."),
 };
 constexpr Member form_regions[] = {
-    property<&FormRegions::Count>(u"Count"),
-    method<&FormRegions::Add>(u"Add", required(u"oRegion"), optional(u"vOption1"), optional(u"vOption2")),
-    property<&FormRegions::Item>(u"Item", required(u"Index")),
-    method<&FormRegions::add>(u"AddNew"),
+    property<&FormRegions::Count>(u"Count", u"The number of regions."),
+    method<&FormRegions::Add>(
+        u"Add", u"Adds a region at the end and gives its position; one that stands on a page already is a failure.",
+        required(u"oRegion"), optional(u"vOption1").is(u"plays no part"), optional(u"vOption2").is(u"plays no part")),
+    property<&FormRegions::Item>(u"Item", u"The region at a position; that there is none is a failure.",
+                                 required(u"Index")),
+    method<&FormRegions::add>(u"AddNew", u"Adds a new region at the end and gives it."),
 };
 constexpr Member form_region[] = {
-    property<&FormRegion::Questions>(u"Questions"),
-    property<&FormRegion::RegionKind, &FormRegion::SetRegionKind>(u"RegionKind"),
-    property<&FormRegion::ResponseKind, &FormRegion::SetResponseKind>(u"ResponseKind"),
-    property<&FormRegion::ValueKind, &FormRegion::SetValueKind>(u"ValueKind"),
-    property<&FormRegion::QuestionCount>(u"QuestionCount"),
-    property<&FormRegion::Name, &FormRegion::SetName>(u"Name"),
-    property<&FormRegion::GroupNumber, &FormRegion::SetGroupNumber>(u"GroupNumber"),
-    property<&FormRegion::SubjectiveRegion, &FormRegion::SetSubjectiveRegion>(u"SubjectiveRegion"),
+    property<&FormRegion::Questions>(u"Questions", u"The fields of the region."),
+    property<&FormRegion::RegionKind, &FormRegion::SetRegionKind>(
+        u"RegionKind",
+        u"1 for a region whose choices a merge may rewrite, 2 for one that a merge added; others are kept."),
+    property<&FormRegion::ResponseKind, &FormRegion::SetResponseKind>(
+        u"ResponseKind",
+        u"1, 4 or 6 where a merge maintains the choices of the fields, 3 in a region that it added; others are kept."),
+    property<&FormRegion::ValueKind, &FormRegion::SetValueKind>(
+        u"ValueKind", u"The kind of the values: 1, or anything else for the other kind."),
+    property<&FormRegion::QuestionCount>(u"QuestionCount", u"The number of fields of the region."),
+    property<&FormRegion::Name, &FormRegion::SetName>(u"Name",
+                                                      u"The name of the region, also for its fields without one."),
+    property<&FormRegion::GroupNumber, &FormRegion::SetGroupNumber>(
+        u"GroupNumber",
+        u"0 for a region that stands alone; one with the number of the region just before continues that one."),
+    property<&FormRegion::SubjectiveRegion, &FormRegion::SetSubjectiveRegion>(
+        u"SubjectiveRegion", u"Whether the region is for a subjective question."),
 };
 constexpr Member form_questions[] = {
-    property<&FormQuestions::Count>(u"Count"),
-    property<&FormQuestions::Item>(u"Item", required(u"Index")),
-    method<&FormQuestions::add>(u"Add"),
+    property<&FormQuestions::Count>(u"Count", u"The number of fields."),
+    property<&FormQuestions::Item>(u"Item", u"The field at a position; that there is none is a failure.",
+                                   required(u"Index")),
+    method<&FormQuestions::add>(u"Add", u"Adds a new field at the end and gives it."),
 };
 constexpr Member form_question[] = {
-    property<&FormQuestion::QuestionText, &FormQuestion::SetQuestionText>(u"QuestionText"),
-    property<&FormQuestion::ItemOption, &FormQuestion::SetItemOption>(u"ItemOption"),
-    property<&FormQuestion::Graded, &FormQuestion::SetGraded>(u"Graded"),
-    property<&FormQuestion::CorrectPoints, &FormQuestion::SetCorrectPoints>(u"CorrectPoints"),
-    property<&FormQuestion::IncorrectPoints, &FormQuestion::SetIncorrectPoints>(u"IncorrectPoints"),
-    property<&FormQuestion::NoResponsePoints, &FormQuestion::SetNoResponsePoints>(u"NoResponsePoints"),
-    property<&FormQuestion::ChoiceLabels, &FormQuestion::SetChoiceLabels>(u"ChoiceLabels"),
-    property<&FormQuestion::ChoiceValues, &FormQuestion::SetChoiceValues>(u"ChoiceValues"),
-    property<&FormQuestion::ScaleOption, &FormQuestion::SetScaleOption>(u"ScaleOption"),
-    property<&FormQuestion::SubjectiveQuestion, &FormQuestion::SetSubjectiveQuestion>(u"SubjectiveQuestion"),
-    property<&FormQuestion::MultiplesAllowed, &FormQuestion::SetMultiplesAllowed>(u"MultiplesAllowed"),
-    method<&FormQuestion::FieldNumber>(u"FieldNumber", optional(u"bOption", true)),
-    property<&FormQuestion::Name, &FormQuestion::SetName>(u"Name"),
+    property<&FormQuestion::QuestionText, &FormQuestion::SetQuestionText>(u"QuestionText", u"The text of the field."),
+    property<&FormQuestion::ItemOption, &FormQuestion::SetItemOption>(
+        u"ItemOption", u"An option that a merge hands to the document, not interpreted."),
+    property<&FormQuestion::Graded, &FormQuestion::SetGraded>(
+        u"Graded", u"Whether the field is graded and takes a question of the test."),
+    property<&FormQuestion::CorrectPoints, &FormQuestion::SetCorrectPoints>(
+        u"CorrectPoints", u"Points for a correct response; 1 in a new field."),
+    property<&FormQuestion::IncorrectPoints, &FormQuestion::SetIncorrectPoints>(
+        u"IncorrectPoints", u"Points for an incorrect response; 0 in a new field."),
+    property<&FormQuestion::NoResponsePoints, &FormQuestion::SetNoResponsePoints>(
+        u"NoResponsePoints", u"Points for no response; 0 in a new field."),
+    property<&FormQuestion::ChoiceLabels, &FormQuestion::SetChoiceLabels>(
+        u"ChoiceLabels", u"What the choices are called on the form; the list itself, not a copy."),
+    property<&FormQuestion::ChoiceValues, &FormQuestion::SetChoiceValues>(
+        u"ChoiceValues", u"What each choice records; 1, 2 and so on for the labels, as long as no list was assigned."),
+    property<&FormQuestion::ScaleOption, &FormQuestion::SetScaleOption>(
+        u"ScaleOption", u"An option that a merge hands to the document, not interpreted."),
+    property<&FormQuestion::SubjectiveQuestion, &FormQuestion::SetSubjectiveQuestion>(
+        u"SubjectiveQuestion", u"Whether the field is for a subjective question."),
+    property<&FormQuestion::MultiplesAllowed, &FormQuestion::SetMultiplesAllowed>(
+        u"MultiplesAllowed", u"Above 0 when more than one choice may be marked; a merge writes 1 or 0."),
+    method<&FormQuestion::FieldNumber>(
+        u"FieldNumber", u"The number of the field over pages, regions and fields, from 1; 0 for one in no template.",
+        optional(u"bOption", true).is(u"plays no part")),
+    property<&FormQuestion::Name, &FormQuestion::SetName>(
+        u"Name", u"The name of the field; empty when the name of its region stands for it."),
 };
 constexpr Member form_choice_list[] = {
-    property<&FormChoiceList::Count>(u"Count"),
-    property<&FormChoiceList::Item, &FormChoiceList::SetItem>(u"Item", required(u"Index")),
-    method<&FormChoiceList::AsArray>(u"AsArray", optional(u"lLowerBound", 1)),
-    method<&FormChoiceList::Add>(u"Add", required(u"sText")),
+    property<&FormChoiceList::Count>(u"Count", u"The number of choices."),
+    property<&FormChoiceList::Item, &FormChoiceList::SetItem>(
+        u"Item", u"The text at a position; that there is none is a failure.", required(u"Index")),
+    method<&FormChoiceList::AsArray>(
+        u"AsArray", u"The texts as an array from `lLowerBound` up; without bounds when there are none.",
+        optional(u"lLowerBound", 1)),
+    method<&FormChoiceList::Add>(u"Add", u"Adds a text at the end.", required(u"sText")),
 };
 constexpr Member data_document[] = {
-    property<&DataDocument::Questions>(u"Questions"),
-    property<&DataDocument::Versions>(u"Versions"),
-    property<&DataDocument::Objectives>(u"Objectives"),
-    method<&DataDocument::Clear>(u"Clear"),
-    method<&DataDocument::Load>(u"Load", required(u"sPath")),
-    property<&DataDocument::Description, &DataDocument::SetDescription>(u"Description"),
-    property<&DataDocument::Notes, &DataDocument::SetNotes>(u"Notes"),
-    property<&DataDocument::DocumentKind, &DataDocument::SetDocumentKind>(u"DocumentKind"),
-    property<&DataDocument::PageCount, &DataDocument::SetPageCount>(u"PageCount"),
-    method<&DataDocument::PrepareDefaults>(u"PrepareDefaults"),
-    method<&DataDocument::Save>(u"Save", required(u"sPath")),
+    property<&DataDocument::Questions>(
+        u"Questions",
+        u"The questions: one for each field number of the form, then the subjective ones that a merge added."),
+    property<&DataDocument::Versions>(u"Versions", u"The orders and identifiers of the versions of the test."),
+    property<&DataDocument::Objectives>(u"Objectives", u"The objectives; position 1 holds the default one."),
+    method<&DataDocument::Clear>(u"Clear", u"Empties the document; what of it somebody else holds keeps its content."),
+    method<&DataDocument::Load>(
+        u"Load",
+        u"Replaces the content by that of a file; False when it cannot, for the reason in `Platform.LastFileError`.",
+        required(u"sPath")),
+    property<&DataDocument::Description, &DataDocument::SetDescription>(u"Description",
+                                                                        u"A description of the document."),
+    property<&DataDocument::Notes, &DataDocument::SetNotes>(u"Notes", u"Notes on the document."),
+    property<&DataDocument::DocumentKind, &DataDocument::SetDocumentKind>(
+        u"DocumentKind", u"The kind of the document; 0 in a new one, 1 after a merge."),
+    property<&DataDocument::PageCount, &DataDocument::SetPageCount>(u"PageCount", u"The number of pages of the form."),
+    method<&DataDocument::PrepareDefaults>(
+        u"PrepareDefaults", u"Adds the default objective, which has no name, when there are no objectives."),
+    method<&DataDocument::Save>(
+        u"Save",
+        u"Writes the document to a file, whole or not at all; False when it cannot, for the reason in `Platform.LastFileError`.",
+        required(u"sPath")),
 };
 constexpr Member data_questions[] = {
-    property<&DataQuestions::Count>(u"Count"),
-    method<&DataQuestions::Add>(u"Add", required(u"oQuestion")),
-    property<&DataQuestions::Item>(u"Item", required(u"Index")),
-    method<&DataQuestions::add>(u"AddNew"),
+    property<&DataQuestions::Count>(u"Count", u"The number of questions."),
+    method<&DataQuestions::Add>(u"Add", u"Adds a question at the end.", required(u"oQuestion")),
+    property<&DataQuestions::Item>(u"Item", u"The question at a position; that there is none is a failure.",
+                                   required(u"Index")),
+    method<&DataQuestions::add>(u"AddNew", u"Adds a new question at the end and gives it."),
 };
 constexpr Member data_question[] = {
-    property<&DataQuestion::ChoiceLabels>(u"ChoiceLabels"),
-    property<&DataQuestion::ChoiceValues>(u"ChoiceValues"),
-    property<&DataQuestion::ObjectiveFlags>(u"ObjectiveFlags"),
-    property<&DataQuestion::AnswerKey>(u"AnswerKey"),
-    property<&DataQuestion::NumericAnswerKey>(u"NumericAnswerKey"),
-    property<&DataQuestion::Name, &DataQuestion::SetName>(u"Name"),
-    property<&DataQuestion::QuestionText, &DataQuestion::SetQuestionText>(u"QuestionText"),
-    property<&DataQuestion::Graded, &DataQuestion::SetGraded>(u"Graded"),
-    property<&DataQuestion::ItemOption, &DataQuestion::SetItemOption>(u"ItemOption"),
-    property<&DataQuestion::ValueKind, &DataQuestion::SetValueKind>(u"ValueKind"),
-    property<&DataQuestion::TextValue, &DataQuestion::SetTextValue>(u"TextValue"),
-    property<&DataQuestion::FloatValue, &DataQuestion::SetFloatValue>(u"FloatValue"),
-    property<&DataQuestion::MultiplesAllowed, &DataQuestion::SetMultiplesAllowed>(u"MultiplesAllowed"),
-    property<&DataQuestion::ScaleOption, &DataQuestion::SetScaleOption>(u"ScaleOption"),
-    property<&DataQuestion::Subjective, &DataQuestion::SetSubjective>(u"Subjective"),
-    property<&DataQuestion::CorrectAnswerCount, &DataQuestion::SetCorrectAnswerCount>(u"CorrectAnswerCount"),
-    property<&DataQuestion::CorrectAnd, &DataQuestion::SetCorrectAnd>(u"CorrectAnd"),
-    property<&DataQuestion::CorrectPoints, &DataQuestion::SetCorrectPoints>(u"CorrectPoints"),
-    property<&DataQuestion::IncorrectPoints, &DataQuestion::SetIncorrectPoints>(u"IncorrectPoints"),
-    property<&DataQuestion::NoResponsePoints, &DataQuestion::SetNoResponsePoints>(u"NoResponsePoints"),
-    property<&DataQuestion::SubjectivePoints, &DataQuestion::SetSubjectivePoints>(u"SubjectivePoints"),
-    property<&DataQuestion::Difficulty, &DataQuestion::SetDifficulty>(u"Difficulty"),
-    property<&DataQuestion::Reference, &DataQuestion::SetReference>(u"Reference"),
-    property<&DataQuestion::Topic, &DataQuestion::SetTopic>(u"Topic"),
-    property<&DataQuestion::Keywords, &DataQuestion::SetKeywords>(u"Keywords"),
-    property<&DataQuestion::Miscellaneous, &DataQuestion::SetMiscellaneous>(u"Miscellaneous"),
-    property<&DataQuestion::Notes, &DataQuestion::SetNotes>(u"Notes"),
+    property<&DataQuestion::ChoiceLabels>(u"ChoiceLabels", u"The labels of the choices in order, such as A, B."),
+    property<&DataQuestion::ChoiceValues>(u"ChoiceValues", u"The value of each choice, in the order of the labels."),
+    property<&DataQuestion::ObjectiveFlags>(u"ObjectiveFlags",
+                                            u"One flag for each objective of the document, at the same positions."),
+    property<&DataQuestion::AnswerKey>(u"AnswerKey",
+                                       u"The correct answers as labels in the first entry: B, or (A,C) for several."),
+    property<&DataQuestion::NumericAnswerKey>(
+        u"NumericAnswerKey", u"The correct answers as numbers in the first entry: 2, or (1,3) for several."),
+    property<&DataQuestion::Name, &DataQuestion::SetName>(u"Name", u"The name of the field."),
+    property<&DataQuestion::QuestionText, &DataQuestion::SetQuestionText>(u"QuestionText",
+                                                                          u"The text of the question."),
+    property<&DataQuestion::Graded, &DataQuestion::SetGraded>(u"Graded", u"Whether the question is graded."),
+    property<&DataQuestion::ItemOption, &DataQuestion::SetItemOption>(
+        u"ItemOption", u"The option of that name of the field, not interpreted."),
+    property<&DataQuestion::ValueKind, &DataQuestion::SetValueKind>(
+        u"ValueKind", u"The kind of the values: 1, or 2 for the other kind."),
+    property<&DataQuestion::TextValue, &DataQuestion::SetTextValue>(u"TextValue",
+                                                                    u"A text that is kept and not interpreted."),
+    property<&DataQuestion::FloatValue, &DataQuestion::SetFloatValue>(u"FloatValue",
+                                                                      u"A number that is kept and not interpreted."),
+    property<&DataQuestion::MultiplesAllowed, &DataQuestion::SetMultiplesAllowed>(
+        u"MultiplesAllowed", u"Above 0 when more than one choice may be marked."),
+    property<&DataQuestion::ScaleOption, &DataQuestion::SetScaleOption>(
+        u"ScaleOption", u"The option of that name of the field, not interpreted."),
+    property<&DataQuestion::Subjective, &DataQuestion::SetSubjective>(u"Subjective",
+                                                                      u"Whether it is a subjective question."),
+    property<&DataQuestion::CorrectAnswerCount, &DataQuestion::SetCorrectAnswerCount>(
+        u"CorrectAnswerCount", u"The number of correct answers."),
+    property<&DataQuestion::CorrectAnd, &DataQuestion::SetCorrectAnd>(
+        u"CorrectAnd", u"Whether all correct answers must be marked; True in a new question."),
+    property<&DataQuestion::CorrectPoints, &DataQuestion::SetCorrectPoints>(
+        u"CorrectPoints", u"Points for a correct response; 1 in a new question."),
+    property<&DataQuestion::IncorrectPoints, &DataQuestion::SetIncorrectPoints>(
+        u"IncorrectPoints", u"Points for an incorrect response; 0 in a new question."),
+    property<&DataQuestion::NoResponsePoints, &DataQuestion::SetNoResponsePoints>(
+        u"NoResponsePoints", u"Points for no response; 0 in a new question."),
+    property<&DataQuestion::SubjectivePoints, &DataQuestion::SetSubjectivePoints>(
+        u"SubjectivePoints", u"Points of a subjective question; 0 in a new question."),
+    property<&DataQuestion::Difficulty, &DataQuestion::SetDifficulty>(u"Difficulty",
+                                                                      u"The difficulty in words, not interpreted."),
+    property<&DataQuestion::Reference, &DataQuestion::SetReference>(u"Reference",
+                                                                    u"A reference in words, not interpreted."),
+    property<&DataQuestion::Topic, &DataQuestion::SetTopic>(u"Topic", u"The topic, not interpreted."),
+    property<&DataQuestion::Keywords, &DataQuestion::SetKeywords>(u"Keywords",
+                                                                  u"The keywords as one text, not interpreted."),
+    property<&DataQuestion::Miscellaneous, &DataQuestion::SetMiscellaneous>(
+        u"Miscellaneous", u"Anything else in words, not interpreted."),
+    property<&DataQuestion::Notes, &DataQuestion::SetNotes>(u"Notes", u"Notes on the question, not interpreted."),
 };
 constexpr Member data_strings[] = {
-    property<&DataStrings::Count>(u"Count"),
-    method<&DataStrings::Add>(u"Add", required(u"sText"), optional(u"vKey")),
-    method<&DataStrings::AddArray>(u"AddArray", by_reference(u"vTexts")),
-    property<&DataStrings::Item>(u"Item", required(u"Index")),
-    method<&DataStrings::AsArray>(u"AsArray"),
+    property<&DataStrings::Count>(u"Count", u"The number of texts."),
+    method<&DataStrings::Add>(u"Add", u"Adds a text at the end; a key in use is a failure.", required(u"sText"),
+                              optional(u"vKey").is(u"the key of the text, compared in any case")),
+    method<&DataStrings::AddArray>(u"AddArray",
+                                   u"Adds every text of an array in order; an array without bounds adds nothing.",
+                                   by_reference(u"vTexts")),
+    property<&DataStrings::Item>(u"Item", u"The text at a position or under a key; that there is none is a failure.",
+                                 required(u"Index")),
+    method<&DataStrings::AsArray>(u"AsArray", u"The texts as an array from 1; without bounds when there are none."),
 };
 constexpr Member data_objectives[] = {
-    property<&DataObjectives::Count>(u"Count"),
-    method<&DataObjectives::Add>(u"Add", required(u"oObjective"), optional(u"vKey")),
-    property<&DataObjectives::Item>(u"Item", required(u"Index")),
-    method<&DataObjectives::Exists>(u"Exists", required(u"vKey")),
+    property<&DataObjectives::Count>(u"Count", u"The number of objectives, with the default one."),
+    method<&DataObjectives::Add>(u"Add", u"Adds an objective at the end; a key in use is a failure.",
+                                 required(u"oObjective"),
+                                 optional(u"vKey").is(u"the key of the objective, compared in any case")),
+    property<&DataObjectives::Item>(
+        u"Item", u"The objective at a position or under a key; that there is none is a failure.", required(u"Index")),
+    method<&DataObjectives::Exists>(
+        u"Exists",
+        u"Whether there is an objective under a key; for an empty one, whether the default objective is there.",
+        required(u"vKey")),
 };
 constexpr Member data_objective[] = {
-    property<&DataObjective::Name, &DataObjective::SetName>(u"Name"),
+    property<&DataObjective::Name, &DataObjective::SetName>(u"Name", u"The text of the objective."),
 };
 constexpr Member data_objective_flags[] = {
-    method<&DataObjectiveFlags::Add>(u"Add", required(u"vValue")),
-    property<&DataObjectiveFlags::Item>(u"Item", required(u"lPosition")),
+    method<&DataObjectiveFlags::Add>(u"Add", u"Adds a flag at the end.",
+                                     required(u"vValue").is(u"a Boolean; a null counts as False")),
+    property<&DataObjectiveFlags::Item>(
+        u"Item", u"The flag at a position, from 1; one behind the last is False until it is written.",
+        required(u"lPosition")),
 };
 constexpr Member data_objective_flag[] = {
-    property<&DataObjectiveFlag::Value, &DataObjectiveFlag::SetValue>(u"Value"),
+    property<&DataObjectiveFlag::Value, &DataObjectiveFlag::SetValue>(
+        u"Value", u"Whether the question tests the objective; a null counts as False."),
 };
 constexpr Member data_versions[] = {
-    property<&DataVersions::Orders>(u"Orders"),
-    property<&DataVersions::VersionAnswers>(u"VersionAnswers"),
-    property<&DataVersions::SequenceQuestion, &DataVersions::SetSequenceQuestion>(u"SequenceQuestion"),
-    property<&DataVersions::VersionMode>(u"VersionMode"),
+    property<&DataVersions::Orders>(u"Orders", u"One order for each version."),
+    property<&DataVersions::VersionAnswers>(u"VersionAnswers",
+                                            u"The identifier of each version, at the position of its order."),
+    property<&DataVersions::SequenceQuestion, &DataVersions::SetSequenceQuestion>(
+        u"SequenceQuestion", u"The field that holds the version identifier, from 1; 0 for a test in one version."),
+    property<&DataVersions::VersionMode>(
+        u"VersionMode", u"2 when there are identifiers, as many as orders, so that the orders are read; else 0."),
 };
 constexpr Member data_orders[] = {
-    property<&DataOrders::Count>(u"Count"),
-    method<&DataOrders::Add>(u"Add", required(u"oOrder")),
-    method<&DataOrders::AddDefault>(u"AddDefault", required(u"lQuestions")),
-    property<&DataOrders::Item>(u"Item", required(u"Index")),
+    property<&DataOrders::Count>(u"Count", u"The number of orders."),
+    method<&DataOrders::Add>(u"Add", u"Adds an order at the end.", required(u"oOrder")),
+    method<&DataOrders::AddDefault>(u"AddDefault", u"Adds the order 1, 2, 3 up to `lQuestions`, at most 10,000,000.",
+                                    required(u"lQuestions")),
+    property<&DataOrders::Item>(u"Item", u"The order at a position; that there is none is a failure.",
+                                required(u"Index")),
 };
 constexpr Member data_order[] = {
-    property<&DataOrder::Count>(u"Count"),
-    property<&DataOrder::Item>(u"Item", required(u"lPosition")),
-    method<&DataOrder::FromArray>(u"FromArray", required(u"vEntries")),
+    property<&DataOrder::Count>(u"Count", u"The number of entries."),
+    property<&DataOrder::Item>(
+        u"Item",
+        u"The field number to which the field at a position of this version corresponds; that there is none is a failure.",
+        required(u"lPosition")),
+    method<&DataOrder::FromArray>(u"FromArray", u"Replaces all entries by those of an array.", required(u"vEntries")),
 };
 constexpr Member message_box[] = {
-    method<&MessageBoxObject::Show>(u"Show", required(u"sText"), optional(u"lFlags", 0), optional(u"sTitle", u"")),
+    method<&MessageBoxObject::Show>(
+        u"Show", u"Shows a box, waits for the user and gives the button: 1 for OK, 2 for Cancel.", required(u"sText"),
+        optional(u"lFlags", 0).is(u"0 for OK alone, 1 for OK and Cancel; 16 adds a stop icon, 48 an exclamation icon"),
+        optional(u"sTitle", u"")),
 };
 constexpr Member platform_object[] = {
-    property<&PlatformObject::MessageBox, &PlatformObject::SetMessageBox>(u"MessageBox"),
-    property<&PlatformObject::LastFileError>(u"LastFileError"),
-    property<&PlatformObject::HostFaults, &PlatformObject::SetHostFaults>(u"HostFaults"),
-    method<&PlatformObject::RegisterClass>(u"RegisterClass", required(u"sName"), required(u"oFactory")),
-    method<&PlatformObject::RevokeClass>(u"RevokeClass", required(u"sName")),
-    property<&PlatformObject::Screen, &PlatformObject::SetScreen>(u"Screen"),
-    property<&PlatformObject::ErrorTexts, &PlatformObject::SetErrorTexts>(u"ErrorTexts"),
+    property<&PlatformObject::MessageBox, &PlatformObject::SetMessageBox>(
+        u"MessageBox",
+        u"The object whose method `Show` shows the boxes; an empty reference puts the library's own back."),
+    property<&PlatformObject::LastFileError>(
+        u"LastFileError",
+        u"Why the last load or save on this thread failed, as path, place and reason; empty when it went well."),
+    property<&PlatformObject::HostFaults, &PlatformObject::SetHostFaults>(
+        u"HostFaults",
+        u"Whether a native fault inside an object of the host is a failure of the operation that called it; True at first."),
+    method<&PlatformObject::RegisterClass>(
+        u"RegisterClass",
+        u"Registers a class of the host in this process; the method `CreateInstance` of `oFactory` gives a new object.",
+        required(u"sName"), required(u"oFactory")),
+    method<&PlatformObject::RevokeClass>(
+        u"RevokeClass", u"Takes a class of the host out again; gives whether there was one.", required(u"sName")),
+    property<&PlatformObject::Screen, &PlatformObject::SetScreen>(
+        u"Screen",
+        u"The object whose method `SetMousePointer` takes the pointer's shape; empty while the library's own serves."),
+    property<&PlatformObject::ErrorTexts, &PlatformObject::SetErrorTexts>(
+        u"ErrorTexts",
+        u"The object whose method `Text` gives the text of an error number; empty while the library's own serves."),
 };
 constexpr ClassTable classes[] = {
     creatable<FormTemplate>(u"{C38DB902-4832-4ED4-A513-EDD8E849C2AD}", u"{39239DF2-5A1D-42F0-BD85-A25AEB79DBF9}",

@@ -26,7 +26,7 @@ std::string argument_text(const Argument& argument) {
   if (argument.optional) {
     result += ", optional";
     if (argument.type.kind == Kind::Text) {
-      result += ", defaultvalue(" + quoted(argument.text) + ")";
+      result += ", defaultvalue(" + quoted(text_of(argument.text)) + ")";
     } else if (argument.type.kind != Kind::Value) {
       result += ", defaultvalue(" + std::to_string(argument.number) + ")";
     }

@@ -33,10 +33,12 @@ int main(int count, char** arguments) {
     print_idl(std::cout);
   } else if (what == "reference") {
     print_reference(std::cout);
+  } else if (what == "man") {
+    print_manual(std::cout);
   } else if (what == "python") {
     print_python(std::cout);
   } else {
-    std::cerr << "usage: hedro34_tables idl|reference|python\n";
+    std::cerr << "usage: hedro34_tables idl|reference|man|python\n";
     return 2;
   }
   return std::cout.flush() ? 0 : 1;

@@ -45,13 +45,13 @@ std::string argument_text(const Argument& argument) {
   if (!argument.optional) return text;
   switch (argument.type.kind) {
     case Kind::Boolean:
-      if (argument.by_reference) return text + " = ...";
+      if (argument.by_reference) return text + " = MISSING";
       return text + (argument.number != 0 ? " = True" : " = False");
     case Kind::Int16:
     case Kind::Int32:
     case Kind::Enumeration: return text + " = " + std::to_string(argument.number);
-    case Kind::Text: return text + " = " + quoted(argument.text);
-    default: return text + " = ...";
+    case Kind::Text: return text + " = " + quoted(text_of(argument.text));
+    default: return text + " = MISSING";
   }
 }
 
@@ -62,16 +62,50 @@ std::string arguments_of(const Member& member) {
 }
 
 constexpr std::size_t width = 120;
+constexpr std::uint16_t writes = binary::DISPATCH_PROPERTYPUT | binary::DISPATCH_PROPERTYPUTREF;
+
+// Paragraphs as a docstring, in lines of the page's width.
+void print_words(std::ostream& out, const std::string& indent, const std::vector<std::string>& lines) {
+  std::string text = indent + "\"\"\"" + lines.front();
+  if (lines.size() == 1) text += "\"\"\"";
+  for (std::size_t i = 0;; text = indent + lines[i]) {
+    while (text.size() > width) {
+      const std::size_t end = text.rfind(' ', width);
+      out << text.substr(0, end) << "\n";
+      text = indent + text.substr(end + 1);
+    }
+    out << text << "\n";
+    if (++i == lines.size()) break;
+    if (i == 1) out << "\n";
+  }
+  if (lines.size() > 1) out << indent << "\"\"\"\n";
+}
 
 void print_function(std::ostream& out, const std::string& name, const Member& member, const std::string& result) {
-  const std::string line = "    def " + name + "(" + arguments_of(member) + ") -> " + result + ": ...";
+  const std::string line = "    def " + name + "(" + arguments_of(member) + ") -> " + result + ":";
+  out << "\n";
   if (line.size() <= width) {
-    out << "\n" << line << "\n";
-    return;
+    out << line << "\n";
+  } else {
+    out << "    def " << name << "(\n        self,\n";
+    for (std::uint8_t i = 0; i < member.count; ++i) out << "        " << argument_text(member.arguments[i]) << ",\n";
+    out << "    ) -> " << result << ":\n";
   }
-  out << "\n    def " << name << "(\n        self,\n";
-  for (std::uint8_t i = 0; i < member.count; ++i) out << "        " << argument_text(member.arguments[i]) << ",\n";
-  out << "    ) -> " << result << ": ...\n";
+  std::vector<std::string> lines = {utf8(member.line)};
+  for (std::uint8_t i = 0; i < member.count; ++i) {
+    const Argument& argument = member.arguments[i];
+    if (argument.meaning != nullptr) lines.push_back(utf8(argument.name) + ": " + utf8(argument.meaning));
+  }
+  print_words(out, "        ", lines);
+}
+
+void print_property(std::ostream& out, const Member& member, const std::string& type) {
+  const std::string name = utf8(member.name);
+  out << "\n    @property\n    def " << name << "(self) -> " << type << ":\n";
+  print_words(out, "        ", {type + ": " + utf8(member.line)});
+  if ((member.kinds & writes) != 0) {
+    out << "\n    @" << name << ".setter\n    def " << name << "(self, value: " << type << ") -> None: ...\n";
+  }
 }
 
 // Quoted where it is a class, which may come later in the file.
@@ -81,27 +115,20 @@ std::string element_of(const Member& item) {
 }
 
 void print_class(std::ostream& out, const ClassTable& table) {
-  constexpr std::uint16_t writes = binary::DISPATCH_PROPERTYPUT | binary::DISPATCH_PROPERTYPUTREF;
   const Member* const main =
       table.default_member < 0 ? nullptr : &table.members[static_cast<std::size_t>(table.default_member)];
   const bool items = main != nullptr && main->count == 1;
   out << "\n\nclass " << utf8(table.name) << "(" << (items ? "Items[" + element_of(*main) + "]" : "Reference")
-      << ", Protocol):\n    \"\"\"" << utf8(table.summary) << "\"\"\"\n";
-  bool in_block = false;
+      << ", Protocol):\n";
+  std::vector<std::string> words = {utf8(table.summary)};
+  if (table.create != nullptr) words.push_back("Made by `hedro34.create(\"HEDRO34." + utf8(table.name) + "\")`.");
+  print_words(out, "    ", words);
   for (const Member& member : table.members) {
     const bool host_object = member.type.kind == Kind::Object && is_hosts(member.type.name);
     std::string type = type_of(member.type, false);
     const std::string name = utf8(member.name);
-    const bool property = (member.kinds & binary::DISPATCH_PROPERTYGET) != 0 && member.count == 0;
-    if (property && (member.kinds & writes) != 0) {
-      if (!in_block) out << "\n";
-      in_block = true;
-      out << "    " << name << ": " << type << (host_object ? " | Any" : "") << "\n";
-      continue;
-    }
-    in_block = false;
-    if (property) {
-      out << "\n    @property\n    def " << name << "(self) -> " << type << (host_object ? " | Any" : "") << ": ...\n";
+    if ((member.kinds & binary::DISPATCH_PROPERTYGET) != 0 && member.count == 0) {
+      print_property(out, member, type + (host_object ? " | Any" : ""));
       continue;
     }
     if (member.type.kind == Kind::Object && type != "Any") type += " | Any";  // empty where there is none
@@ -117,6 +144,12 @@ void print_class(std::ostream& out, const ClassTable& table) {
   }
 }
 
+// Python has a `None` of its own.
+std::string short_name(const EnumerationTable& table, const Enumerator& value) {
+  const std::string name = utf8(value.name.substr(table.name.size()));
+  return name == "None" ? name + "_" : name;
+}
+
 }  // namespace
 
 void print_python(std::ostream& out) {
@@ -130,7 +163,7 @@ from os import PathLike
 from typing import Any, Literal, Protocol, overload
 
 from ._typing import Items, Reference
-from ._values import Array, ByRef
+from ._values import MISSING, Array, ByRef
 
 CLASSES: dict[str, str] = {
 )";
@@ -145,9 +178,12 @@ CLASSES: dict[str, str] = {
   out << "}\n";
   for (const EnumerationTable& table : library_enumerations()) {
     out << "\n\nclass " << utf8(table.name) << (table.flags ? "(IntFlag):\n" : "(IntEnum):\n");
+    std::vector<std::string> words = {utf8(table.summary)};
+    for (const Enumerator& value : table.values) words.push_back(short_name(table, value) + ": " + utf8(value.line));
+    print_words(out, "    ", words);
+    out << "\n";
     for (const Enumerator& value : table.values) {
-      const std::string name = utf8(value.name.substr(table.name.size()));
-      out << "    " << name << (name == "None" ? "_" : "") << " = " << value.value << "\n";
+      out << "    " << short_name(table, value) << " = " << value.value << "\n";
     }
   }
   for (const auto classes : {library_classes(), service_classes()}) {

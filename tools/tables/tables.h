@@ -1,5 +1,5 @@
 // What the member tables of the component say, as text for others: the interface definition of the type library, the
-// reference page, and the types of the Python client.
+// reference page, the manual page, and the types of the Python client.
 #pragma once
 
 #include <ostream>
@@ -11,7 +11,13 @@ namespace hedro34::tables {
 
 void print_idl(std::ostream& out);
 void print_reference(std::ostream& out);
+void print_manual(std::ostream& out);
 void print_python(std::ostream& out);
+
+// A type, an argument's default ("= True", empty for none) and the kind of a member, in the words of the two pages.
+std::string type_words(const ValueType& type);
+std::string default_words(const Argument& argument);
+std::string kind_words(const Member& member);
 
 inline std::string utf8(StringView text) { return to_utf8(text); }
 

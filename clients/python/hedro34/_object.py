@@ -367,6 +367,7 @@ class _Member:
         self.name = name
         self.described = described
         self.is_method = inspect.isfunction(described)
+        self.is_written = isinstance(described, property) and described.fset is not None
         function = described.fget if isinstance(described, property) else described if self.is_method else None
         self.doc: str = inspect.getdoc(function) or "" if function else ""
         signature = inspect.signature(function) if function else None
@@ -403,7 +404,10 @@ def _attribute(member: _Member) -> Any:
     def read(self: Object) -> Any:
         return self._call(name, abi.GET, (), {})
 
-    return property(read, doc=member.doc or member.type)
+    def write(self: Object, value: object) -> None:
+        setattr(self, name, value)
+
+    return property(read, write if member.is_written else None, doc=member.doc or member.type)
 
 
 @functools.cache
@@ -412,9 +416,7 @@ def class_named(name: str) -> type[Object]:
     described = getattr(_classes, name, None)
     if not isinstance(described, type) or not getattr(described, "_is_protocol", False):
         return AnyObject
-    rows = {key: key_type for key, key_type in getattr(described, "__annotations__", {}).items()}
-    rows |= {key: value for key, value in vars(described).items() if not key.startswith("_")}
-    members = [_Member(key, row) for key, row in rows.items() if not key.startswith("_")]
+    members = [_Member(key, row) for key, row in vars(described).items() if not key.startswith("_")]
     space: dict[str, Any] = {member.name: _attribute(member) for member in members}
     space["_members_"] = {member.name.lower(): member for member in members}
     space["_ids_"] = {}

@@ -27,7 +27,7 @@ class _Marker:
         return self._name
 
 
-MISSING: Final = _Marker("MISSING")
+MISSING: Final[Any] = _Marker("MISSING")  # of any type: it may stand for every argument that is optional
 NULL: Final = _Marker("NULL")
 EMPTY: Final = _Marker("EMPTY")
 
