@@ -23,7 +23,11 @@ class Input {
   Input(const char* what, const hedro34::String& path);
 
   const hedro34::String& path() const noexcept { return spooled_ ? spooled_->path() : path_; }
+  const hedro34::String& given() const noexcept { return path_; }  // as the command names it
   bool is_standard_input() const noexcept { return spooled_.has_value(); }
+
+  // Names it as "the WHAT" from here on.
+  void call(const char* what) noexcept { what_ = what; }
 
   // The `Stop` for the last file error, which came up when this input was read.
   [[noreturn]] void cannot_read(const char* way_out = "") const;

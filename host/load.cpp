@@ -6,31 +6,12 @@
 
 #include "hedro34/platform/file_error.h"
 #include "hedro34/platform/files.h"
-#include "host/input.h"
 #include "host/stop.h"
 
 namespace host {
 namespace {
 
 using namespace hedro34;
-
-// Whether the first character behind a byte-order mark and white space is "{". False for a file that cannot be read, as
-// the load then says.
-bool is_ktd(const String& path) {
-  constexpr std::string_view byte_order_mark = "\xef\xbb\xbf";
-  constexpr std::string_view white_space = " \t\r\n";
-  auto file = InputFile::open(path);
-  if (!file) return false;
-  std::array<char, 4096> buffer;
-  for (bool at_start = true;; at_start = false) {
-    const auto size = file->read(buffer.data(), buffer.size());
-    if (!size || *size == 0) return false;
-    std::string_view bytes(buffer.data(), *size);
-    if (at_start && bytes.starts_with(byte_order_mark)) bytes.remove_prefix(byte_order_mark.size());
-    const std::size_t first = bytes.find_first_not_of(white_space);
-    if (first != std::string_view::npos) return bytes[first] == '{';
-  }
-}
 
 [[noreturn]] void cannot_read(const Input& input) {
   const bool wrong_kind = last_file_error().kind == FileError::Kind::WrongKind;
@@ -86,17 +67,36 @@ String ktd_path(String path) {
   return mere_name && path.find(u'.') != String::npos ? u".\\" + path : path;
 }
 
-Ref<clsHEDROTest> load_test(const String& path, const ImportOptions& options, const Messages& messages) {
-  const Input input("test", path);
+bool begins_as_json(const String& path) {
+  constexpr std::string_view byte_order_mark = "\xef\xbb\xbf";
+  constexpr std::string_view white_space = " \t\r\n";
+  auto file = InputFile::open(path);
+  if (!file) return false;
+  std::array<char, 4096> buffer;
+  for (bool at_start = true;; at_start = false) {
+    const auto size = file->read(buffer.data(), buffer.size());
+    if (!size || *size == 0) return false;
+    std::string_view bytes(buffer.data(), *size);
+    if (at_start && bytes.starts_with(byte_order_mark)) bytes.remove_prefix(byte_order_mark.size());
+    const std::size_t first = bytes.find_first_not_of(white_space);
+    if (first != std::string_view::npos) return bytes[first] == '{';
+  }
+}
+
+Ref<clsHEDROTest> load_test(const Input& input, const ImportOptions& options, const Messages& messages) {
   auto test = make<clsHEDROTest>();
   test->ImportObjectives = options.objectives;
   test->StateAbbreviation = options.state;
-  if (is_ktd(input.path())) {
-    load_ktd(*test, input, path, messages);
+  if (begins_as_json(input.path())) {
+    load_ktd(*test, input, input.given(), messages);
   } else {
-    load_xml(*test, input, path, options, messages);
+    load_xml(*test, input, input.given(), options, messages);
   }
   return test;
+}
+
+Ref<clsHEDROTest> load_test(const String& path, const ImportOptions& options, const Messages& messages) {
+  return load_test(Input("test", path), options, messages);
 }
 
 }  // namespace host

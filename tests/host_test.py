@@ -38,7 +38,9 @@ UNIT_AS_TEXT = (
     "1.    ID 2, true/false\n      Up\n      Down [1m\n        T  T\n        F  F\n      Key: T\n"
     "      Objectives: Adding; Counting\n\n"
     "2.    ID 3, multiple choice\n      Two\n        F  F\n        G  G\n        H  H\n      Key: (F,H)\n\n"
-    "3.    ID 4, subjective\n      Essay\n      Key: none\n"
+    "3.    ID 4, subjective\n      Essay\n      Key: none\n\n"
+    "Version A\n\n  Field     1  2  3      4\n  ID        1  2  3      4\n  Key       -  T  (F,H)  none\n\n"
+    "Version B\n\n  Field     1  2      3  4\n  ID        1  4      2  4\n  Key       -  none!  F  none!\n"
 )
 
 PLAIN = {
@@ -108,7 +110,10 @@ class CommandLine(ProgramTest):
 class Show(ProgramTest):
     def test_whole_document(self):
         self.file("sub/unit.ktd", UNIT)
-        self.assertEqual(self.run_program("show", "sub/unit.ktd").out, UNIT_AS_TEXT)
+        # Behind the grid of version B stands what is wrong with it.
+        out, faults = self.run_program("show", "sub/unit.ktd").out.split("  Field 2: ")
+        self.assertEqual(out, UNIT_AS_TEXT)
+        self.assertIn("\n  Field 4: ", faults)
         found = json.loads(self.run_program("show", "--json", "sub\\unit.ktd").out)
         # As text, so that the order of the members counts and the form of the numbers.
         self.assertEqual(json.dumps(found, indent=1), json.dumps(UNIT_AS_JSON, indent=1))

@@ -38,7 +38,13 @@ def commands():
     yield ["form", "--questions", "50", "--versions", "A,B", "--out", "blank.form.json"]
     yield ["form", "--questions", "3", "--out", "-"]
     yield ["form"]
+    versions = SOURCES / "examples/versions"
+    yield ["show", *sorted(versions.glob("*.*"))]
+    yield ["show", "--json", *sorted(versions.glob("*.*"))]
+    for test in [*sorted(versions.glob("*.xml")), *sorted(SOURCES.glob("tests/whole/*.ktd")), versions / "unit.form.json"]:
+        yield ["show", "--csv", test]
     yield ["show", "missing.xml"]
+    yield ["show", "miss\u202eing\u0085.xml"]
     yield ["show", SOURCES]
     yield ["show", "/version"]
     yield ["merge", "--form", "missing.json", *OUTPUTS, "missing.xml"]
