@@ -5,6 +5,7 @@
 //   FormTemplate                 a form: pages, regions, fields; `Load` and `Save`
 //   clsHEDRO                     the merge: `Tests`, `TemplateIn`, `TemplateOut`, `WENKTD`, then `RemoveInvalid` and `Merge`
 //   DataDocument                 what a merge fills: names, keys, texts, objectives, versions; `Load` and `Save`
+//   Report                       the page that a person looks at before the sheets go out: `to_html` and `Save`
 //   version_keys                 the keys of a data document, version by version, as each field of the sheet shows them
 //   platform()                   message box, XML reader, templates and documents, each of which a host may replace
 //   last_file_error(), to_line   why a load or save answered False
@@ -47,4 +48,5 @@
 
 #include "hedro34/merge/clsHEDRO.h"
 
+#include "hedro34/report/Report.h"
 #include "hedro34/report/version_keys.h"

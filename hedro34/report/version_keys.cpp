@@ -196,13 +196,10 @@ std::vector<VersionKey> version_keys(WENKtdDocument& document) {
   const std::vector<Source> sources = read_questions(document);
   std::vector<VersionKey> versions;
   const Ref<WENKtdVersions> held = document.Versions();
-  if (held->VersionMode() != 2) {
-    versions.push_back(key_of_version(sources, nullptr));
-    return versions;
-  }
   const Ref<WENKtdOrders> orders = held->Orders();
   const Ref<WENKtdStrings> labels = held->VersionAnswers();
-  const std::int32_t count = orders->Count();
+  const std::int32_t count = held->VersionMode() == 2 ? orders->Count() : 0;
+  if (count == 0) versions.push_back(key_of_version(sources, nullptr));
   for (std::int32_t v = 1; v <= count; ++v) {
     const Ref<WENKtdOrder> order = orders->Item(v);
     versions.push_back(key_of_version(sources, order.get()));

@@ -43,10 +43,10 @@ struct VersionKey {
   std::vector<KeyPlace> places;  // one for each question of the document, by field
 };
 
-// One element for each version, the first one first. A document whose `VersionMode` is not 2 has one version, without a label,
-// in which each question stands at its own field. What an order says of fields that the document does not have is passed over;
-// where it ends too early, a field that is not graded keeps its own question. The time is linear in all places together. A
-// failure that an object of the host throws leaves as it is.
+// One element for each version, the first one first. A document whose `VersionMode` is not 2, or that has no orders, has one
+// version, without a label, in which each question stands at its own field. What an order says of fields that the document
+// does not have is passed over; where it ends too early, a field that is not graded keeps its own question. The time is linear
+// in all places together. A failure that an object of the host throws leaves as it is.
 std::vector<VersionKey> version_keys(WENKtdDocument& document);
 
 }  // namespace hedro34

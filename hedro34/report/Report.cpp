@@ -1,0 +1,33 @@
+#include "hedro34/report/Report.h"
+
+#include "hedro34/report/page.h"
+
+namespace hedro34 {
+
+void Report::AddTest(const Ref<clsHEDROTest>& test) {
+  if (!test) fail(FailureNumber::ObjectNotSet);
+  tests_.push_back(test);
+}
+
+void Report::AddMessage(StringView text) { messages_.emplace_back(text); }
+
+String Report::title() const {
+  if (!Title.empty()) return Title;
+  if (!tests_.empty() && !tests_.front()->Title.empty()) return tests_.front()->Title;
+  const String description = Document->Description();
+  return description.empty() ? String(u"Test") : description;
+}
+
+std::string Report::to_html() const { return page_of(ReportData(*Document, Form.get(), tests_), title(), messages_); }
+
+std::optional<PendingFile> Report::prepare(const String& path) const {
+  clear_file_error();
+  return unless_out_of_memory(FileError::Kind::Unwritable, path, [&] { return PendingFile::write(path, to_html()); });
+}
+
+bool Report::Save(const String& path) const {
+  auto file = prepare(path);
+  return file && file->commit();
+}
+
+}  // namespace hedro34

@@ -1,0 +1,172 @@
+#include "hedro34/report/report_data.h"
+
+#include <algorithm>
+
+#include "hedro34/documents/data_document.h"
+
+namespace hedro34 {
+namespace {
+
+constexpr std::size_t most_named = 12;  // fields that one notice names
+
+// Where a member of a question that may be empty has its name on the page.
+struct Detail {
+  const char* name;
+  String (WENKtdQuestion::*read)();
+};
+
+constexpr Detail details[] = {
+    {"Topic", &WENKtdQuestion::Topic},         {"Difficulty", &WENKtdQuestion::Difficulty},
+    {"Reference", &WENKtdQuestion::Reference}, {"Keywords", &WENKtdQuestion::Keywords},
+    {"Notes", &WENKtdQuestion::Notes},         {"Miscellaneous", &WENKtdQuestion::Miscellaneous},
+};
+
+bool is_set(const Variant& flag) { return !flag.is<Null>() && to_boolean(flag); }
+
+std::vector<std::int32_t> objectives_of(WENKtdQuestion& question, std::int32_t count) {
+  std::vector<std::int32_t> result;
+  const Ref<WENKtdObjectiveFlags> flags = question.ObjectiveFlags();
+  if (auto* own = dynamic_cast<DataObjectiveFlags*>(flags.get())) {
+    const std::vector<bool>& all = own->all();
+    for (std::int32_t j = 1; j <= count && static_cast<std::size_t>(j) <= all.size(); ++j) {
+      if (all[static_cast<std::size_t>(j - 1)]) result.push_back(j);
+    }
+    return result;
+  }
+  for (std::int32_t j = 1; j <= count; ++j) {
+    if (is_set(flags->Item(j)->Value())) result.push_back(j);
+  }
+  return result;
+}
+
+String own_name(WENKtdQuestion& question) {
+  auto* own = dynamic_cast<DataQuestion*>(&question);
+  return own == nullptr ? String() : own->Name();
+}
+
+// The names of a form's fields in the order of the walk.
+std::vector<String> names_of(TIBTemplate& form) {
+  const std::int16_t count = form.QuestionCount();
+  if (count < 1) return {};
+  return to_strings(form.QuestionNames(1, count, false, u"\t", false)).elements();
+}
+
+}  // namespace
+
+ReportData::ReportData(WENKtdDocument& document, TIBTemplate* form, const std::vector<Ref<clsHEDROTest>>& of_tests)
+    : versions(version_keys(document)), tests(of_tests), description(document.Description()) {
+  read_objectives(document);
+  read_questions(document);
+  if (form != nullptr) read_form(document, *form);
+  for (std::size_t i = 0; i < questions.size(); ++i) {
+    if (questions[i].name.empty()) questions[i].name = u"Field " + decimal(static_cast<std::int64_t>(i + 1));
+  }
+  find_asked();
+  note_versions(document);
+  for (const VersionKey& version : versions) note_keys(version);
+}
+
+void ReportData::read_objectives(WENKtdDocument& document) {
+  const Ref<WENKtdObjectives> held = document.Objectives();
+  const std::int32_t count = held->Count();
+  for (std::int32_t j = 1; j <= count; ++j) objectives.push_back(held->Item(j)->Name());
+}
+
+void ReportData::read_questions(WENKtdDocument& document) {
+  const Ref<WENKtdQuestions> held = document.Questions();
+  const std::int32_t count = held->Count();
+  for (std::int32_t n = 1; n <= count; ++n) {
+    const Ref<WENKtdQuestion> source = held->Item(n);
+    ReportQuestion& question = questions.emplace_back();
+    question.name = own_name(*source);
+    question.text = source->QuestionText();
+    question.labels = source->ChoiceLabels()->AsArray().elements();
+    question.graded = source->Graded();
+    question.subjective = source->Subjective();
+    question.correct_points = source->CorrectPoints();
+    question.incorrect_points = source->IncorrectPoints();
+    question.no_response_points = source->NoResponsePoints();
+    question.subjective_points = source->SubjectivePoints();
+    for (const Detail& detail : details) {
+      String value = ((*source).*detail.read)();
+      if (!value.empty()) question.details.emplace_back(detail.name, std::move(value));
+    }
+    if (!objectives.empty()) question.objectives = objectives_of(*source, static_cast<std::int32_t>(objectives.size()));
+    graded += question.graded ? 1 : 0;
+    subjective += question.subjective && !question.graded ? 1 : 0;
+  }
+}
+
+void ReportData::read_form(WENKtdDocument& document, TIBTemplate& form) {
+  pages = form_pages(form);
+  if (const String difference = form_difference(document, pages); !difference.empty()) {
+    pages.clear();
+    notices.push_back(u"The form is not the one that was merged with the document: " + difference +
+                      u". The answer sheet below is drawn from the document alone.");
+    return;
+  }
+  const std::vector<String> names = names_of(form);
+  for (std::size_t i = 0; i < std::min(names.size(), questions.size()); ++i) {
+    if (questions[i].name.empty()) questions[i].name = names[i];
+  }
+  for (const ReportPage& page : pages) {
+    for (const ReportRegion& region : page.regions) {
+      for (const ReportField& field : region.fields) {
+        if (field.number == 0) continue;
+        // A merge gives the points of a subjective question to its field.
+        ReportQuestion& question = questions[static_cast<std::size_t>(field.number - 1)];
+        if (question.subjective && question.subjective_points == 0) question.subjective_points = field.correct_points;
+      }
+    }
+  }
+}
+
+// The n-th graded question of the document is the n-th one of the first test, and the subjective ones come behind them.
+void ReportData::find_asked() {
+  if (tests.empty()) return;
+  const Ref<clsHEDROTestQuestions> of_test = tests.front()->Questions;
+  if (of_test->Count() != graded + subjective) return;
+  std::int32_t next_graded = 0;
+  std::int32_t next_subjective = graded;
+  for (ReportQuestion& question : questions) {
+    if (!question.graded && !question.subjective) continue;
+    const Ref<clsHEDROTestQuestion> found = of_test->Item(question.graded ? ++next_graded : ++next_subjective);
+    if (found->QuestionText != StringView(question.text)) continue;
+    question.asked = found;
+    if (question.subjective && !question.graded) question.subjective_points = found->SubjectivePoints;
+  }
+}
+
+void ReportData::note_versions(WENKtdDocument& document) {
+  const Ref<WENKtdVersions> held = document.Versions();
+  const std::int32_t orders = held->Orders()->Count();
+  const std::int32_t answers = held->VersionAnswers()->Count();
+  if (held->VersionMode() == 2 || (answers == 0 && orders <= 1)) return;
+  notices.push_back(u"The document has " + decimal(orders) + u" orders of versions and " + decimal(answers) +
+                    u" version identifiers: its versions are not read, and the key below is that of the first one.");
+}
+
+void ReportData::note_keys(const VersionKey& version) {
+  const String of_version = version.label.empty() ? String() : u"Version " + version.label + u": ";
+  const auto note = [&](StringView what, auto is_meant) {
+    String names;
+    std::size_t count = 0;
+    for (const KeyPlace& place : version.places) {
+      if (!is_meant(place)) continue;
+      if (++count > most_named) continue;
+      if (!names.empty()) names += u", ";
+      names += question(place.field).name;
+    }
+    if (count == 0) return;
+    if (count > most_named) names += u" and " + decimal(static_cast<std::int64_t>(count - most_named)) + u" more";
+    notices.push_back(of_version + names + u": " + String(what) + u".");
+  };
+  for (const KeyFault fault :
+       {KeyFault::NoLabel, KeyFault::NoQuestion, KeyFault::Misplaced, KeyFault::Unreadable, KeyFault::Disagrees}) {
+    note(words_of(fault), [&](const KeyPlace& place) { return place.fault == fault; });
+  }
+  note(u"no answer is correct",
+       [](const KeyPlace& place) { return place.graded && place.on_sheet() && place.key.empty(); });
+}
+
+}  // namespace hedro34
