@@ -7,6 +7,7 @@
 #include "host/command_line.h"
 #include "host/input.h"
 #include "host/stop.h"
+#include "host/suggestion.h"
 
 namespace host {
 namespace {
@@ -33,6 +34,41 @@ std::vector<std::string> prepared(const std::vector<std::string>& words) {
     }
   }
   return result;
+}
+
+std::vector<std::string> options_of(CLI::App& app) {
+  std::vector<std::string> names;
+  for (const CLI::Option* option : app.get_options({})) {
+    for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
+  }
+  return names;
+}
+
+std::string see_help(CLI::App& app) {
+  const auto chosen = app.get_subcommands();
+  return "; see hedro34 " + (chosen.empty() ? "" : chosen.back()->get_name() + ' ') + "--help";
+}
+
+// The line about a word that stands where none is expected: what it may have been meant for, or where help is.
+std::string unexpected(CLI::App& app, const std::string& word) {
+  const auto chosen = app.get_subcommands();
+  const auto line = [&](const char* what, const std::string& meant) {
+    return what + word + (meant.empty() ? see_help(app) : "; did you mean " + meant + '?');
+  };
+  const bool is_option = word.size() > 1 && word.front() == '-';
+  if (!chosen.empty()) {
+    if (!is_option) return line("unexpected argument: ", {});
+    const std::string name = word.substr(0, word.find('='));
+    const std::string meant = closest(name, options_of(*chosen.back()));
+    if (meant != name) return line("unknown option: ", meant);
+    return "unexpected option: " + word + " is one of " + chosen.back()->get_name() + "; give it behind that word";
+  }
+  if (!is_option && hedro34::kind_of(hedro34::from_utf8(word)) == hedro34::FileKind::Regular) {
+    return line("unknown command: ", "hedro34 show " + word);
+  }
+  std::vector<std::string> names = options_of(app);
+  for (const CLI::App* command : app.get_subcommands({})) names.push_back(command->get_name());
+  return line(is_option ? "unknown option: " : "unknown command: ", closest(word, names));
 }
 
 using Named = std::pair<std::string, const String*>;
@@ -140,13 +176,11 @@ Command parse(const std::vector<std::string>& words) {
   } catch (const CLI::CallForHelp&) {
     return Information{app.help()};
   } catch (const CLI::Error& error) {
-    const auto chosen = app.get_subcommands();
-    const std::string help = "; see hedro34 " + (chosen.empty() ? "" : chosen.back()->get_name() + ' ') + "--help";
     // A word that nobody expected explains more than what is missing because of it.
     for (const std::string& word : app.remaining(true)) {
-      if (word != "--") throw Stop(ExitCode::WrongUsage, "unexpected argument: " + word + help);
+      if (word != "--") throw Stop(ExitCode::WrongUsage, unexpected(app, word));
     }
-    throw Stop(ExitCode::WrongUsage, error.what() + help);
+    throw Stop(ExitCode::WrongUsage, error.what() + see_help(app));
   }
   return std::visit([](auto command) -> Command { return distinct(std::move(command)); }, line.command());
 }

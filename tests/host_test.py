@@ -78,10 +78,15 @@ class CommandLine(ProgramTest):
         before = self.files()
         form, merge = "form --out f --questions ", "merge t.xml --form f --form-out g --document-out d "
         for fragment, rows in {
-            "subcommand": [""], "print": ["print t.xml"],
+            "subcommand": [""], "unknown command: print; see hedro34 --help": ["print t.xml"],
+            "did you mean show?": ["shwo t.xml", "SHOW", "--show t.xml", "hsow -"], "did you mean --help?": ["help"],
+            "did you mean hedro34 show t.xml?": ["t.xml"], "did you mean --form-out?": [merge.replace("form-out", "form-ot")],
+            "unknown option: --partial-crdit=ok; did you mean --partial-credit?": ["show --partial-crdit=ok t.xml"],
+            "unknown option: --form; see hedro34 show --help": ["show --form f t.xml"],
+            "--json is one of show; give it behind": ["--json show t.xml"],
             "TEST": ["compare", "compare t.xml", "merge --form f --form-out g --document-out d"],
             "FILE": ["show"], "DOCUMENT": ["report --out r"], "one FILE": ["show --csv t.xml t.xml"],
-            "u.xml": ["report --out r t.ktd u.xml"], "--jsn": ["show --jsn t.xml"], "json": ["show --json=1 t.xml"],
+            "u.xml": ["report --out r t.ktd u.xml"], "did you mean --json?": ["show --jsn t.xml", "show -json t.xml", "show t.xml --JSON"], "json": ["show --json=1 t.xml"],
             "every": ["show --messages m --objectives all,every t.xml"],
             "--partial-credit": ["show --partial-credit yes t.xml"],
             "--messages": ["show --messages ./t.xml t.xml"],
