@@ -4,6 +4,7 @@
 #include "hedro34/documents/data_document.h"
 #include "hedro34/documents/form_template.h"
 #include "hedro34/merge/clsHEDRO.h"
+#include "hedro34/report/Report.h"
 #include "host/input.h"
 #include "host/load.h"
 #include "host/outputs.h"
@@ -119,14 +120,25 @@ class MergeRoad {
            line("Objectives                ", std::to_string(objectives)) +
            line("Versions                  ", std::to_string(merge_->WENKTD->Versions()->Orders()->Count())) +
            line("Form                      ", one_line(to_utf8(command_.form_out))) +
-           line("Document                  ", one_line(to_utf8(command_.document_out)));
+           line("Document                  ", one_line(to_utf8(command_.document_out))) +
+           (command_.report ? line("Report                    ", one_line(to_utf8(*command_.report))) : std::string());
   }
 
   void write() const {
     Outputs outputs;
     outputs.add("form", dynamic_cast<FormTemplate&>(*merge_->TemplateOut), command_.form_out);
     outputs.add("document", dynamic_cast<DataDocument&>(*merge_->WENKTD), command_.document_out);
+    if (command_.report) outputs.add("report", page(), *command_.report);
     outputs.commit();
+  }
+
+  std::string page() const {
+    const auto report = make<Report>();
+    report->Document = merge_->WENKTD;
+    report->Form = merge_->TemplateOut;
+    for (std::int32_t i = 1; i <= merge_->Tests->Count(); ++i) report->AddTest(merge_->Tests->Item(i));
+    for (const String& said : messages_.said()) report->AddMessage(said);
+    return report->to_html();
   }
 
   const MergeCommand& command_;

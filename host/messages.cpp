@@ -44,6 +44,7 @@ std::int32_t Messages::Show(StringView text, std::int32_t flags, StringView titl
   } else {
     answer = TerminalMessageBox::Show(without_turns(text), flags, without_turns(title));
   }
+  said_.push_back(String(title).append(u"\n").append(text));
   keep([&](JsonText& line) {
     line.key("kind");
     line.value("box");
@@ -60,9 +61,8 @@ std::int32_t Messages::Show(StringView text, std::int32_t flags, StringView titl
 }
 
 void Messages::failure(std::int32_t number, const String& description, const String& location) {
-  std::cerr << hedro34::to_utf8(without_turns(u"Error# " + hedro34::decimal(number) + u": " + description +
-                                              u", Location: " + location + u"\n"))
-            << std::flush;
+  said_.push_back(u"Error# " + hedro34::decimal(number) + u": " + description + u", Location: " + location);
+  std::cerr << hedro34::to_utf8(without_turns(said_.back())) << '\n' << std::flush;
   keep([&](JsonText& line) {
     line.key("kind");
     line.value("failure");

@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <string>
+#include <vector>
 
 #include "hedro34/base/ref.h"
 #include "hedro34/platform/message_box.h"
@@ -35,12 +36,16 @@ class Messages final : public hedro34::TerminalMessageBox {
   std::size_t count() const noexcept { return count_; }         // boxes and failures
   const std::string& lines() const noexcept { return lines_; }  // one JSON object a line, in order
 
+  // For a person: each box as its title and, on the next line, its text, and each failure as its line on standard error.
+  const std::vector<hedro34::String>& said() const noexcept { return said_; }
+
  private:
   template <class Members>
   void keep(Members members);  // a line with the members that it is given
 
   PartialCredit partial_credit_;
   std::string lines_;
+  std::vector<hedro34::String> said_;
   std::size_t count_ = 0;
   std::size_t failures_ = 0;
 };

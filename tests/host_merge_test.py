@@ -98,6 +98,8 @@ class Merge(ProgramTest):
             ({"--form-out": "gone/x"}, "--quiet five.xml", 1, [f"Merge{no}five.xml with f", "without --quiet"], []),
             ({"--form-out": "gone/x"}, "a.xml", 4, ["cannot write the form: gone/x"], []),
             ({"--document-out": "folder"}, "a.xml", 4, ["cannot write the document: folder"], []),
+            ({"--report": "folder"}, "a.xml", 4, ["cannot write the report: folder"], []),
+            ({"--report": "./f"}, "a.xml", 2, ["--report and --form name the same file"], []),
             ({"--document-out": "./out.form"}, "a.xml", 2, ["same file"], []),
             ({"--messages": "out.form"}, "a.xml", 2, ["same file"], []),
             ({"--form-out": "./a.xml"}, "b.xml a.xml", 2, ["same file"], []),
@@ -127,12 +129,13 @@ class Merge(ProgramTest):
 
     def test_standard_streams(self):
         """One input and one output may be `-`; nothing else goes to standard output then."""
-        self.merge("a.xml")
+        self.merge("a.xml", {"--report": "page"})
         expected = self.files()
         for files, tests, given, written in [
             ({"--form-out": "-"}, "-", "a.xml", "out.form"),
             ({"--document-out": "-"}, "-", "a.xml", "out.ktd"),
             ({"--messages": "-", "--form": "-"}, "a.xml", "f", "m"),
+            ({"--report": "-"}, "-", "a.xml", "page"),
         ]:
             with self.subTest(written), open(self.folder / given, "rb") as stdin:
                 (self.folder / written).write_text("old")
@@ -183,6 +186,54 @@ class Merge(ProgramTest):
         outcome = self.merge("a.xml", code=4)
         self.assertIn("cannot write the form: out.form: another program keeps the folder locked", outcome.line)
         self.assertEqual((self.files()["out.form"], "out.ktd" in self.files()), (b"old", False))
+
+
+class Report(ProgramTest):
+    """The page of a merge, with the merge and from its files."""
+
+    def setUp(self):
+        super().setUp()
+        for name in ("biology.xml", "biology.form.json", "mixed.xml", "mixed.form.json"):
+            shutil.copy(SOURCES / "examples" / name, self.folder)
+
+    def merge(self, sample, *options):
+        outcome = self.run_program("merge", *options, "--form", sample + ".form.json", "--form-out", "form", "--document-out",
+                                   "ktd", "--report", "page", sample + ".xml")
+        self.assertRegex(outcome.out, "\nDocument                  ktd\nReport                    page\n")
+        return (self.folder / "page").read_text(encoding="utf-8")
+
+    def test_with_the_merge(self):
+        """What the boxes said stands on the page, the choices have their texts, and the title is the test's."""
+        page = self.merge("mixed", "--partial-credit", "ok")
+        for part in ["<h1><bdi>Chemistry Review</bdi></h1>", "Invalid Question Type(s)\nWarning: The file contains one or more",
+                     '<li class="correct"><bdi class="filled">I</bdi> <span dir="auto">2+</span>']:
+            self.assertIn(part, page)
+        self.assertNotIn("Invalid Question Type(s)", self.merge("mixed", "--partial-credit", "ok", "--quiet"))
+
+    def test_from_files(self):
+        self.merge("biology")
+        self.file("not.ktd", "{")
+        before = self.files()
+        for arguments, code, said in [
+            (["ktd"], 0, ""),
+            (["--form", "form", "ktd"], 0, ""),
+            (["--form", "-", "ktd"], 0, ""),
+            (["gone"], 3, "cannot read the document: gone: No such file"),
+            (["not.ktd"], 3, "cannot read the document: not.ktd: line 1, column "),
+            (["biology.xml"], 3, "cannot read the document: biology.xml: line 1"),
+            (["--form", "ktd", "ktd"], 3, "cannot read the form: ktd: /format: "),
+            (["--form", "biology.form.json", "ktd"], 3, "biology.form.json: field 6 has other labels in the document; give the"),
+            (["--form", "mixed.form.json", "ktd"], 3, "mixed.form.json: the form has 14 fields and the document 29; give the"),
+            (["--form", "-", "-"], 2, "are both standard input"),
+        ]:
+            with self.subTest(arguments), open(self.folder / "form", "rb") as stdin:
+                outcome = self.run_program("report", "--out", "-", *arguments, stdin=stdin, code=code)
+                self.assertIn(said, outcome.line)
+                self.assertEqual((outcome.out.count('class="filled"') > 0, "<h3>Page 2</h3>" in outcome.out),
+                                 (code == 0, code == 0 and "--form" in arguments))
+        for out, code, said in [("gone/page", 4, "cannot write the report: gone/page: the folder does not exist"), ("ktd", 2, "same file")]:
+            self.assertIn(said, self.run_program("report", "--out", out, "ktd", code=code).line)
+        self.assertEqual(self.files(), before)
 
 
 class Examples(ProgramTest):

@@ -10,7 +10,8 @@ import tempfile
 
 SOURCES = pathlib.Path(__file__).resolve().parent.parent.parent
 NATIVE, WINDOWS = [os.path.abspath(sys.argv[1])], sys.argv[2:]
-OUTPUTS = ("--form-out", "merged.form.json", "--document-out", "merged.ktd", "--messages", "messages.jsonl")
+OUTPUTS = ("--form-out", "merged.form.json", "--document-out", "merged.ktd", "--messages", "messages.jsonl",
+           "--report", "report.html")
 
 
 def merges():
@@ -43,6 +44,11 @@ def commands():
     yield ["show", "--json", *sorted(versions.glob("*.*"))]
     for test in [*sorted(versions.glob("*.xml")), *sorted(SOURCES.glob("tests/whole/*.ktd")), versions / "unit.form.json"]:
         yield ["show", "--csv", test]
+    for document in sorted(SOURCES.glob("tests/whole/*.ktd")):
+        form = document.with_suffix(".form-out.json")
+        yield ["report", "--form", form, "--out", "report.html", document]
+        yield ["report", "--form", SOURCES / "examples/biology.form.json", "--out", "report.html", document]
+        yield ["report", "--out", "-", document]
     yield ["show", "missing.xml"]
     yield ["show", "miss\u202eing\u0085.xml"]
     yield ["show", SOURCES]
