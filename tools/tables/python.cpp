@@ -1,5 +1,6 @@
 #include <vector>
 
+#include "hedro34/version.h"
 #include "tools/tables/tables.h"
 
 namespace hedro34::tables {
@@ -165,6 +166,9 @@ from typing import Any, Literal, Protocol, overload
 from ._typing import Items, Reference
 from ._values import MISSING, Array, ByRef
 
+VERSION = ")"
+      << version << R"("
+
 CLASSES: dict[str, str] = {
 )";
   std::vector<const ClassTable*> creatable;
@@ -192,8 +196,8 @@ CLASSES: dict[str, str] = {
   out << "\n\nclass Create(Protocol):\n    \"\"\"`hedro34.create`, with the class of what it gives.\"\"\"\n";
   for (const ClassTable* const table : creatable) {
     const std::string name = utf8(table->name);
-    out << "\n    @overload\n    def __call__(self, name: Literal[\"HEDRO34." << name << "\"], library: Any = ...) -> "
-        << name << ": ...\n";
+    out << "\n    @overload\n    def __call__(\n        self, name: Literal[\"HEDRO34." << name << "\", \"" << name
+        << "\"], library: Any = ...\n    ) -> " << name << ": ...\n";
   }
   out << "\n    @overload\n    def __call__(self, name: str, library: Any = ...) -> Any: ...\n";
 }

@@ -7,12 +7,17 @@
     for question in test.Questions:
         print(question.ID, question.QuestionText)
 
-Positions count from 1, as in the library. An object belongs to the thread that made it.
+`create` makes clsHEDRO, the merge object, clsHEDROTest and its parts, FormTemplate and DataDocument, and Platform for what
+the library asks of its host. Each member says what it does: help(test), help(test.LoadXML), help(hedro34.types.clsHEDROTest).
+
+Positions count from 1, as in the library, and its empty reference is None. An object belongs to the thread that made it.
+Operations report failures to the error object (`SetError`) or in a message box, and give False, 0, "" or None; what is wrong
+with a call itself is an `Error`.
 """
 
 from . import _classes as types
 from ._classes import HEDROTestImportObjectives, HEDROTestQuestionType, HEDROTestSourceType
-from ._errors import Error, MemberError
+from ._errors import ArgumentTypeError, Error, MemberError, ArgumentValueError
 from ._host import exposed_objects, last_host_error
 from ._library import (
     Library,
@@ -28,7 +33,10 @@ from ._library import (
 from ._object import Collection, Object, collect
 from ._values import EMPTY, MISSING, NULL, Array, ByRef
 
+__version__ = types.VERSION
+
 __all__ = [
+    "ArgumentTypeError",
     "Array",
     "ByRef",
     "Collection",
@@ -42,6 +50,7 @@ __all__ = [
     "MemberError",
     "NULL",
     "Object",
+    "ArgumentValueError",
     "can_unload",
     "collect",
     "create",

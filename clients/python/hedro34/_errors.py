@@ -1,4 +1,4 @@
-"""The one exception class, and its messages in plain words."""
+"""The exception class with its kinds, and its messages in plain words."""
 
 from __future__ import annotations
 
@@ -30,7 +30,15 @@ class Error(Exception):
 
 
 class MemberError(Error, AttributeError):
-    """The object has no member of this name; also an AttributeError, so that `hasattr` works."""
+    """There is no member of this name, or none that can be assigned; also an AttributeError, so that `hasattr` works."""
+
+
+class ArgumentTypeError(Error, TypeError):
+    """A call with an argument of a wrong type or of no such name, or with too few or too many; also a TypeError."""
+
+
+class ArgumentValueError(Error, ValueError):
+    """A call with a value that the library does not take, such as a number that is too large; also a ValueError."""
 
 
 def suggestion(name: str, known: Iterable[str]) -> str:
@@ -56,6 +64,28 @@ def _in_words(type_: str) -> str:
     return re.sub(r"\bAny\b", "an object", type_)
 
 
+# Failures of an operation that say what was wrong with what it was given.
+_FAILURES: dict[int, type[Error]] = {5: ArgumentValueError, 6: ArgumentValueError, 13: ArgumentTypeError}
+_KINDS: dict[int, type[Error]] = {
+    abi.DISP_E_MEMBERNOTFOUND: MemberError,
+    abi.DISP_E_UNKNOWNNAME: ArgumentTypeError,
+    abi.DISP_E_BADPARAMCOUNT: ArgumentTypeError,
+    abi.DISP_E_PARAMNOTOPTIONAL: ArgumentTypeError,
+    abi.DISP_E_PARAMNOTFOUND: ArgumentTypeError,
+    abi.DISP_E_TYPEMISMATCH: ArgumentTypeError,
+    abi.DISP_E_BADVARTYPE: ArgumentTypeError,
+    abi.DISP_E_OVERFLOW: ArgumentValueError,
+}
+
+
+def takes_words(parameters: Sequence[Parameter] | None) -> str:
+    """What a call takes, at the end of a message; nothing where that is not known."""
+    if parameters is None:
+        return ""
+    names = ", ".join(f"[{p.name}]" if p.optional else p.name for p in parameters)
+    return f"; it takes ({names})" if names else "; it takes none"
+
+
 @dataclass
 class Parameter:
     """An argument of a member, as far as it is known."""
@@ -76,52 +106,61 @@ class Call:
     parameters: Sequence[Parameter] | None = None  # None: not known
     type: str = ""  # of a property that is known
     is_method: bool = False
+    is_written: bool = False
 
     def error(self, code: int, bad: int, exception: abi.ExcepInfo) -> Error:
         if code == abi.DISP_E_EXCEPTION:
             return self._exception(exception)
-        return Error(f"{self.what}: {self._words(code, bad)}", code)
+        kind = _KINDS.get(code, Error)
+        if kind is MemberError and self.is_written:
+            kind = ArgumentTypeError  # it can be assigned, but not that
+        return kind(f"{self.what}: {self._words(code, bad)}", code)
 
     def _exception(self, exception: abi.ExcepInfo) -> Error:
         source, description = abi.read_text(exception.source), abi.read_text(exception.description)
         code = exception.scode or abi.FAILURES | exception.code
         number = code & 0xFFFF if code & 0xFFFF0000 == abi.FAILURES else 0
         ending = f" (error {number})" if number else f" ({result_text(code)})"
-        return Error(f"{self.what}: {description or 'failed'}{ending}", code, source=source, description=description)
+        message = f"{self.what}: {description or 'failed'}{ending}"
+        return _FAILURES.get(number, Error)(message, code, source=source, description=description)
 
     def _words(self, code: int, bad: int) -> str:
         if code == abi.DISP_E_MEMBERNOTFOUND:
             return self._not_so()
         if code == abi.DISP_E_BADPARAMCOUNT:
-            return f"{len(self.arguments) + len(self.named)} arguments given{self._takes()}"
+            count = len(self.arguments) + len(self.named)
+            twice = [p.name for p in (self.parameters or ())[: len(self.arguments)] if p.name.lower() in self._names()]
+            given = f'argument "{twice[0]}" is given twice' if twice else f"{count} argument{'s' * (count != 1)} given"
+            return given + takes_words(self.parameters)
         if code in (abi.DISP_E_PARAMNOTOPTIONAL, abi.DISP_E_PARAMNOTFOUND):
-            return f"an argument is missing{self._takes()}"
+            return f"an argument is missing{takes_words(self.parameters)}"
         if code in (abi.DISP_E_TYPEMISMATCH, abi.DISP_E_BADVARTYPE):
             which, value, wanted = self._argument(bad)
-            if wanted == "Any" and code == abi.DISP_E_BADVARTYPE:
-                wanted = ""  # no variant at all: an object may not have been asked for
             what, shown = article(value), f"{value!r:.60}"
-            what = what if what == shown else f"{what}, {shown}"
+            if shown.startswith(f"<{type(value).__name__} "):
+                what = shown
+            elif what != shown:
+                what = f"{what}, {shown}"
+            if wanted == "Any" and code == abi.DISP_E_BADVARTYPE:
+                return f"{which} has the wrong type: {what}, which cannot be passed on"
             return f"{which} has the wrong type: {what}" + (f", not {_in_words(wanted)}" if wanted else "")
         if code == abi.DISP_E_OVERFLOW:
             which, value, _ = self._argument(bad)
             return f"{which} is too large: {value!r:.60}"
         return result_text(code)
 
+    def _names(self) -> set[str]:
+        return {name.lower() for name in self.named}
+
     def _not_so(self) -> str:
         if not self.flags & (abi.PUT | abi.PUTREF):
             return "cannot be read or called"
         if self.is_method:
             return "is a method and cannot be assigned"
-        if self.flags & abi.PUTREF:
-            return f"{article(self.arguments[-1])} cannot be assigned" + (f": it is {self.type}" if self.type else "")
-        return f"{article(self.arguments[-1])} cannot be assigned: it is read only or holds an object"
-
-    def _takes(self) -> str:
-        if self.parameters is None:
-            return ""
-        names = ", ".join(f"[{p.name}]" if p.optional else p.name for p in self.parameters)
-        return f"; it takes ({names})"
+        what = f"{article(self.arguments[-1])} cannot be assigned"
+        if self.is_written:
+            return f"{what}: it is {_in_words(self.type)}"
+        return f"{what}: it is read only" if self.type else what
 
     def _argument(self, bad: int) -> tuple[str, object, str]:
         """The argument at a place of the call's backward list: its name, its value, the type that it should have."""

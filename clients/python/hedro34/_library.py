@@ -17,7 +17,8 @@ from uuid import UUID
 
 from . import _abi as abi
 from . import _classes, _object
-from ._errors import Error, result_text, suggestion
+from ._errors import ArgumentTypeError, ArgumentValueError, Error, result_text, suggestion
+from ._values import article
 
 
 class Library:
@@ -40,7 +41,9 @@ class Library:
         """A new object of a class, by its name, or by its identifier where the name is not one of the library's own."""
         known = _class_ids().get(name.lower()) or _class_ids().get(f"hedro34.{name.lower()}")
         if not class_id and known is None:
-            raise Error(f'{self.path} has no class "{name}"' + suggestion(name, _classes.CLASSES))
+            near = suggestion(name, _classes.CLASSES)
+            names = ", ".join(own.partition(".")[2] for own in _classes.CLASSES)
+            raise ArgumentValueError(f'{self.path} makes no class "{name}"{near}; it makes {names}')
         factory, pointer = ctypes.c_void_p(), ctypes.c_void_p()
         clsid = UUID(class_id or known).bytes_le
         found = self._functions["DllGetClassObject"](clsid, abi.IID_ICLASSFACTORY, ctypes.byref(factory))
@@ -188,6 +191,8 @@ def _create(name: str, library: Library | str | os.PathLike[str] | None = None) 
     It comes from `library` (a file or what `load` gave), else from the library that was loaded last, else from the one
     that is registered under the name.
     """
+    if not isinstance(name, str):
+        raise ArgumentTypeError(f"create: a class is named by a str, not {article(name)}")
     if library is not None:
         return (library if isinstance(library, Library) else _opened(library)).create(name)
     if _current is not None:
@@ -196,7 +201,7 @@ def _create(name: str, library: Library | str | os.PathLike[str] | None = None) 
     found = rows.get(_folded(name)) or rows.get(_folded(f"hedro34.{name}"))
     if found is None:
         near = suggestion(name, [known for known, _ in rows.values()])
-        raise Error(
+        raise ArgumentValueError(
             f'"{name}" is not registered in {registry_path()}{near}: run '
             "`python3 -m hedro34 register /path/to/libHEDRO34.so` once, or call hedro34.load with the path"
         )
@@ -204,6 +209,7 @@ def _create(name: str, library: Library | str | os.PathLike[str] | None = None) 
     return _opened(path).create(known, class_id)
 
 
+_create.__name__ = _create.__qualname__ = "create"
 create = cast(_classes.Create, _create)
 
 

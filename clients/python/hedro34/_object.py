@@ -20,9 +20,9 @@ from types import TracebackType
 from typing import Any, Self
 
 from . import _abi as abi
-from . import _classes, _host
+from . import _classes, _host, _show
 from . import _values as values
-from ._errors import Call, Error, MemberError, Parameter, result_text, suggestion
+from ._errors import ArgumentTypeError, Call, Error, MemberError, Parameter, result_text, suggestion, takes_words
 
 _PUTS = abi.PUT | abi.PUTREF
 
@@ -130,7 +130,8 @@ class Object:
         what = f"{type(self).__name__}.{name}" if name else type(self).__name__
         call = Call(what, flags, arguments, named)
         if member:
-            call.parameters, call.type, call.is_method = member.parameters, member.type, member.is_method
+            call.parameters, call.type = member.parameters, member.type
+            call.is_method, call.is_written = member.is_method, member.is_written
         try:
             for i, value in enumerate([*named.values(), *reversed(arguments)]):
                 try:
@@ -182,7 +183,8 @@ class Object:
             if id_ == abi.DISPID_UNKNOWN:
                 member = self._members_.get(name.lower())
                 near = suggestion(argument, (p.name for p in member.parameters)) if member else ""
-                raise Error(f'{type(self).__name__}.{name} has no argument "{argument}"{near}', code)
+                takes = takes_words(member.parameters if member else None)
+                raise ArgumentTypeError(f'{type(self).__name__}.{name} has no argument "{argument}"{near}{takes}', code)
         result = tuple(ids)
         if known is not None:
             known[wanted] = result
@@ -262,8 +264,15 @@ class Object:
         return hash(self._identity())
 
     def __repr__(self) -> str:
-        pointer = self.__dict__.get("_pointer")
-        return f"<{type(self).__name__} {'released' if pointer is None else f'at 0x{pointer:x}'}>"
+        fields, name = self.__dict__, type(self).__name__
+        pointer = fields.get("_pointer")
+        if pointer is None:
+            return f"<{name} released>"
+        owner: _Owner = fields["_owner"]
+        if owner is not _owner():
+            return f'<{name} of thread "{owner.thread.name}">'
+        said = _show.line(self)
+        return f"<{name} {said}>" if said else f"<{name} at 0x{pointer:x}>"
 
     def __reduce__(self) -> Any:
         raise TypeError(f"a {type(self).__name__} cannot be copied or pickled")
@@ -363,21 +372,33 @@ def _method(self: Object, name: str, *arguments: Any, **named: Any) -> Any:
 
 
 class _Member:
-    def __init__(self, name: str, described: Any) -> None:
-        self.name = name
-        self.described = described
+    def __init__(self, owner: str, name: str, described: Any) -> None:
+        self.owner, self.name = owner, name
         self.is_method = inspect.isfunction(described)
         self.is_written = isinstance(described, property) and described.fset is not None
-        function = described.fget if isinstance(described, property) else described if self.is_method else None
-        self.doc: str = inspect.getdoc(function) or "" if function else ""
-        signature = inspect.signature(function) if function else None
-        self.type = str(signature.return_annotation) if signature else str(described)
+        function = described if self.is_method else described.fget
+        self.doc = inspect.getdoc(function) or ""
+        self.signature = inspect.signature(function)
+        self.type = str(self.signature.return_annotation)
         self.parameters: list[Parameter] = []
-        for parameter in list(signature.parameters.values())[1:] if self.is_method and signature else ():
+        for parameter in list(self.signature.parameters.values())[1:]:
             optional = parameter.default is not inspect.Parameter.empty
             self.parameters.append(Parameter(parameter.name, str(parameter.annotation), optional))
         first = re.match(r"\w+", self.type)
         self.result = first[0] if first and isinstance(getattr(_classes, first[0], None), type) else ""
+
+
+class _Words(str):
+    """An annotation that is shown without quotes."""
+
+    def __repr__(self) -> str:
+        return str(self)
+
+
+def _in_words(signature: inspect.Signature) -> inspect.Signature:
+    own, *others = signature.parameters.values()
+    parameters = [own, *(p.replace(annotation=_Words(p.annotation)) for p in others)]
+    return signature.replace(parameters=parameters, return_annotation=_Words(signature.return_annotation))
 
 
 def _enumerated(value: int, hint: str) -> Any:
@@ -396,9 +417,9 @@ def _attribute(member: _Member) -> Any:
         def method(self: Object, *arguments: Any, **named: Any) -> Any:
             return self._call(name, abi.METHOD | abi.GET, arguments, named)
 
-        method.__name__ = method.__qualname__ = name
+        method.__name__, method.__qualname__, method.__module__ = name, f"{member.owner}.{name}", "hedro34"
         method.__doc__ = member.doc
-        method.__signature__ = inspect.signature(member.described)  # type: ignore[attr-defined]
+        method.__signature__ = _in_words(member.signature)  # type: ignore[attr-defined]
         return method
 
     def read(self: Object) -> Any:
@@ -407,7 +428,7 @@ def _attribute(member: _Member) -> Any:
     def write(self: Object, value: object) -> None:
         setattr(self, name, value)
 
-    return property(read, write if member.is_written else None, doc=member.doc or member.type)
+    return property(read, write if member.is_written else None, doc=member.doc)
 
 
 @functools.cache
@@ -416,14 +437,17 @@ def class_named(name: str) -> type[Object]:
     described = getattr(_classes, name, None)
     if not isinstance(described, type) or not getattr(described, "_is_protocol", False):
         return AnyObject
-    members = [_Member(key, row) for key, row in vars(described).items() if not key.startswith("_")]
+    members = [_Member(name, key, row) for key, row in vars(described).items() if not key.startswith("_")]
     space: dict[str, Any] = {member.name: _attribute(member) for member in members}
     space["_members_"] = {member.name.lower(): member for member in members}
     space["_ids_"] = {}
-    space["__doc__"] = described.__doc__
+    space["__doc__"], space["__module__"] = described.__doc__, "hedro34"
+    space["__signature__"] = inspect.Signature()  # nobody calls the class: `create` makes objects
+    if name in _show.PAGES:
+        space["_repr_html_"] = _show.page
     base: type[Object] = Collection if "count" in space["_members_"] else Object
     if "__call__" in vars(described):
-        space["_members_"][""] = _Member("", vars(described)["__call__"])
+        space["_members_"][""] = _Member(name, "", vars(described)["__call__"])
         base = _WithDefault
     made: Callable[..., type[Object]] = type
     return made(name, (base,), space)

@@ -84,31 +84,48 @@ class Limits(LibraryTest):
     def test_in_plain_words(self) -> None:
         test, engine = self.load(), self.engine
         strings = test.TrueFalseScale
-        cases = [
-            (lambda: test.Titel, 'clsHEDROTest has no member "Titel" .did you mean "Title"'),
-            (lambda: test.LoadXML([1]), 'LoadXML: argument 1 "sExamViewXMLFile" has the wrong type: a list, .1., not '),
-            (lambda: test.LoadXML("a", bVerbos=True), 'LoadXML has no argument "bVerbos" .did you mean "bVerbose"'),
-            (lambda: test.LoadXML("a", bVerbose="maybe"), 'argument "bVerbose" has the wrong type'),
-            (lambda: test.LoadXML(), "LoadXML: an argument is missing; it takes .sExamViewXMLFile, .bOdd"),
-            (lambda: test.LoadXML("a", False, False, True, 5), "5 arguments given"),
-            (lambda: test.AddSequence(strings), 'argument 1 "oTestVersion" has the wrong type'),
-            (lambda: engine.SetError(3), 'argument 1 "oErr" has the wrong type: an int, 3, not an object$'),
-            (lambda: engine.SetError(hedro34.EMPTY), "has the wrong type: EMPTY, not an object$"),
-            (lambda: strings.Item(b"a"), "has the wrong type: a bytes, b'a'$"),
-            (lambda: strings.AsArray(2**40), 'argument 1 "lLowerBound" is too large'),
-            (lambda: strings.AddArray(None), r'argument 1 "Value" has the wrong type: None, not list\[str\]$'),
-            (lambda: setattr(strings, "Count", 1), "Count: an int cannot be assigned: it is read only"),
-            (lambda: setattr(strings, "Add", 1), "Add: is a method and cannot be assigned"),
-            (lambda: setattr(test, "Title", None), "Title: None cannot be assigned: it is str"),
-            (lambda: setattr(test, "Title", hedro34.NULL), "Title: the value has the wrong type: NULL, not str"),
-            (lambda: setattr(test, "Questions", "text"), "Questions: a str cannot be assigned"),
-            (lambda: setattr(test, "Source", 2**31), "Source: the value is too large"),
-            (lambda: hedro34.create("HEDRO34.clsHEDROTst"), 'no class ".*Tst" .did you mean "HEDRO34.clsHEDROTest"'),
-            (lambda: hedro34.load("/nowhere.so"), "/nowhere.so cannot be loaded"),
+        document, form = hedro34.create("DataDocument"), hedro34.create("FormTemplate")
+        takes = r"; it takes \(sExamViewXMLFile, \[bOddDistractorsOnly\], \[bUserCancelled\], \[bVerbose\]\)$"
+        cases: list[tuple[type[Exception], Any, str]] = [
+            (AttributeError, lambda: test.Titel, 'clsHEDROTest has no member "Titel" .did you mean "Title"'),
+            (AttributeError, lambda: setattr(strings, "Count", 1), "Count: an int cannot be assigned: it is read only$"),
+            (AttributeError, lambda: setattr(strings, "Add", 1), "Add: is a method and cannot be assigned"),
+            (TypeError, lambda: test.LoadXML([1]), '1 "sExamViewXMLFile" has the wrong type: a list, .1., not str'),
+            (TypeError, lambda: test.LoadXML("a", bVerbos=True), f'has no argument "bVerbos" .did you.*"bVerbose"..{takes}'),
+            (TypeError, lambda: test.LoadXML("a", x=1), f'LoadXML has no argument "x"{takes}'),
+            (TypeError, lambda: test.LoadXML("a", bVerbose="maybe"), 'argument "bVerbose" has the wrong type: .* not bool$'),
+            (TypeError, lambda: test.LoadXML(), f"LoadXML: an argument is missing{takes}"),
+            (TypeError, lambda: test.LoadXML("a", False, False, True, 5), f"LoadXML: 5 arguments given{takes}"),
+            (TypeError, lambda: test.LoadXML("a", sEXAMViewXMLFile="a"), f'"sExamViewXMLFile" is given twice{takes}'),
+            (TypeError, lambda: test.Clear(1), "Clear: 1 argument given; it takes none$"),
+            (TypeError, lambda: test.AddSequence(strings), "wrong type: <clsHEDROTestStrings 2 texts>, not clsHEDROTest$"),
+            (TypeError, lambda: engine.SetError(3), 'argument 1 "oErr" has the wrong type: an int, 3, not an object$'),
+            (TypeError, lambda: engine.SetError(hedro34.EMPTY), "has the wrong type: EMPTY, not an object$"),
+            (TypeError, lambda: strings.Item(b"a"), "has the wrong type: a bytes, b'a', which cannot be passed on$"),
+            (TypeError, lambda: strings.AddArray(None), r'argument 1 "Value" has the wrong type: None, not list\[str\]$'),
+            (TypeError, lambda: setattr(test, "Title", None), "Title: None cannot be assigned: it is str$"),
+            (TypeError, lambda: setattr(test, "Title", hedro34.NULL), "Title: the value has the wrong type: NULL, not str$"),
+            (TypeError, lambda: setattr(test, "Questions", "text"), "a str cannot be assigned: it is clsHEDROTestQuestions$"),
+            (TypeError, lambda: form.Pages.Item("a"), r"FormPages.Item: Type mismatch \(error 13\)$"),
+            (TypeError, lambda: hedro34.create(5), "a class is named by a str, not an int"),  # type: ignore[call-overload]
+            (ValueError, lambda: strings.AsArray(2**40), 'argument 1 "lLowerBound" is too large: 1099511627776$'),
+            (ValueError, lambda: strings.AsArray(2**70), 'argument 1 "lLowerBound" is too large'),
+            (ValueError, lambda: setattr(test, "Source", 2**31), "Source: the value is too large"),
+            (ValueError, lambda: document.Versions.Orders.AddDefault(-1), r"AddDefault: Invalid procedure call .*\(error 5\)$"),
+            (ValueError, lambda: document.Versions.Orders.AddDefault(2**30), r"AddDefault: Overflow \(error 6\)$"),
+            (ValueError, lambda: hedro34.create("clsHEDROTst"), 'no class "clsHEDROTst" .* "HEDRO34.clsHEDROTest".*DataOrder,'),
+            (hedro34.Error, lambda: hedro34.load("/nowhere.so"), "/nowhere.so cannot be loaded"),
         ]
-        for call, message in cases:
-            with self.subTest(message=message), self.assertRaisesRegex(hedro34.Error, message):
-                call()
+        for kind, call, message in cases:
+            with self.subTest(message=message):
+                found: tuple[type[Exception], str] = (Exception, "nothing is wrong")
+                try:
+                    call()
+                except hedro34.Error as error:
+                    found = type(error), str(error)
+                self.assertRegex(found[1], message)
+                kinds = {k for k in (AttributeError, TypeError, ValueError) if issubclass(found[0], k)}
+                self.assertEqual(kinds, {kind} - {hedro34.Error})
         self.assertEqual((test.Title, self.errors.told, self.boxes.shown), ("Biology 1 Midterm", [], []))
 
     def test_empty_references_everywhere(self) -> None:
