@@ -165,6 +165,59 @@ TEST(Info, ReadsObjectivesByFlagAndState) {
   }
 }
 
+// What a question with this content loses.
+std::string lost(const std::string& content, const std::string& type = "mc") {
+  Import import;
+  import.questions(question(content, "question-id='q' type='" + type + "'"));
+  std::string text;
+  for (const LeftOut& each : import.test->left_out()) {
+    EXPECT_TRUE(each.what == LeftOut::What::NotCarried && each.number == 1 && each.id == u"q") << content;
+    text += (text.empty() ? "" : ", ") + to_utf8(each.part);
+  }
+  return text;
+}
+
+TEST(NotCarried, NamesWhatTheTextsCannotHold) {
+  const std::string x50 = repeat("x", 50);
+  const std::pair<std::string, std::string> rows[] = {
+      {"<text>a<b>b</b><i/><br/><x><y/></x><z><![CDATA[ \n]]></z></text>", ""},
+      {"<text>a<equation/></text>", "equation"},
+      {"<text><equation><m>x</m></equation><b><e:Equation/></b></text>", "2 equations"},
+      {"<text><e:IMG src='a'/><font><Figure>text</Figure></font><graphic/></text>", "3 pictures"},
+      {"<text><object> <wrap><pict/></wrap><equation/></object></text>", "picture"},
+      {"<text><object><m><equation/><img/></m></object></text>", "equation"},
+      {"<text><table><tr>x<list>y</list></tr><img/></table><Table>z</Table><e:table><![CDATA[z]]></e:table></text>",
+       "2 elements \"table\", element \"Table\""},
+      {"<choices><choice-i>nine</choice-i><choice-j/><choice-a>a<image/></choice-a></choices>",
+       "element \"choice-i\", picture"},
+      {"<choices><choice-a>" + x50 + "</choice-a> <choice-b> " + x50 + "<sup>2</sup> </choice-b></choices>",
+       "choice 2 after 50 characters"},
+      {"text<rationale>why</rationale><hint/><x:picture/><part><equation/></part><text>t</text><info><x>y</x></info>",
+       "element \"rationale\", picture, equation"},
+      {"<answer>A<img/></answer><e:text>t</e:text>", "element \"text\""},
+  };
+  for (const auto& [content, parts] : rows) EXPECT_EQ(lost(content), parts) << content;
+  EXPECT_EQ(lost("<choices>" + x50 + "y</choices>", "tf"), "choice 3 after 50 characters");
+
+  // Of a host's own document no more is asked than the import asks anyway: here whether an element has children.
+  BrittleDocuments documents;
+  EXPECT_EQ(lost("<text><object><pict/></object><x/><equation/><img/></text><picture/><rationale>why</rationale>"),
+            "element \"object\", equation, 2 pictures");
+}
+
+TEST(NotCarried, IsNotedOfQuestionsInTheTestByTheirNumberInTheFile) {
+  const std::string picture = "<text><img/></text>";
+  BrittleDocuments documents;
+  Import import;
+  const auto with_id = [](const std::string& id) { return "question-id='" + id + "' type='es'"; };
+  import.questions(question(picture, with_id("a") + " fails='childNodes'") + question(picture, with_id("b")) +
+                   question(picture, with_id("B")) + question("", with_id("c")) + question(picture, with_id("d")));
+  EXPECT_EQ(left_out_of(*import.test), "2 b essay: picture; 5 d essay: picture");
+  EXPECT_EQ(import.test->Questions->Item(u"c")->number_in_file, 4);
+  import.load("<examview/>");
+  EXPECT_EQ(left_out_of(*import.test), "");
+}
+
 // --- rich text
 
 std::string flat_text(const std::string& content) {

@@ -198,7 +198,7 @@ TEST(LoadXML, SurvivesMemoryThatRunsOut) {
   const Folder folder;
   const String path = folder.write(
       "test.xml", file("<header><title>T</title></header><mc-choice-sequence value='fghij'/><question type='mc' "
-                       "bank-id='a bank that needs memory'><text><para>a<b>  text</b></para></text><choices><choice-a>"
+                       "bank-id='a bank that needs memory'><text><para>a<b>  text</b></para><img/></text><choices><choice-a>"
                        "a choice that needs memory</choice-a></choices><answer>B</answer><info><notes>notes that need "
                        "memory</notes><text-objective>o|p</text-objective></info></question>" +
                        true_false));
@@ -216,6 +216,7 @@ TEST(LoadXML, SurvivesMemoryThatRunsOut) {
                      R"({"id":"a bank that needs memory","type":3,"text":"a text","answers":["a choice that needs )"
                      R"(memory"],"correct":[2],"notes":"notes that need memory","objectives":["o","p"]})",
                      true_false_line}));
+    EXPECT_EQ(left_out_of(*test), "1 a bank that needs memory multiple choice: picture");
   };
   std::set<std::string> expected = {reported(91, "clsHEDROTest.AddXMLQuestion"),
                                     "7 Out of memory: clsHEDROTestCorrect.Add"};

@@ -133,16 +133,20 @@ TEST(BuildTestFromKTD, ScreensQuestionsAndFillsTheScales) {
   const std::string odd = R"([["F","G"],["A","B","C","D"])" + rest;
   const std::string even = R"([["A","B","C","D"],["F","G"])" + rest;
   const std::string both = R"([["F","G"],["H","I","J"])" + rest;
-  const std::array<std::string, 3> rows[] = {
-      {". .", "", none},
-      {". . FG . HIJ AB", " 3 5 6", both},
-      {"TF FG YN ABC S", " 1 2 3 4 5", even},
-      {"TF YN FG YN HIJ", " 1 2 3 4 5", odd},
-      {"S S FG S HIJ S . S .", " 3 5 6 8", both},  // a field that is no question ends no run
-      {"S ?", " 2", none},                         // a graded question without choices does
+  const std::array<std::string, 4> rows[] = {
+      {". .", "", none, ""},
+      {". . FG . HIJ AB", " 3 5 6", both, ""},
+      {"TF FG YN ABC S", " 1 2 3 4 5", even, ""},
+      {"TF YN FG YN HIJ", " 1 2 3 4 5", odd, ""},
+      // A field that is no question ends no run.
+      {"S S FG S HIJ S . S .", " 3 5 6 8", both,
+       "1 1 subjective removed; 2 2 subjective removed; 4 4 subjective removed"},
+      {". S ?", " 3", none, "2 2 subjective removed"},  // a graded question without choices does
   };
-  for (const auto& [questions, ids, scales] : rows) {
-    const Lines lines = lines_of(*built_from({{"questions", questions_of(questions)}}));
+  for (const auto& [questions, ids, scales, removed] : rows) {
+    const auto test = built_from({{"questions", questions_of(questions)}});
+    const Lines lines = lines_of(*test);
+    EXPECT_EQ(left_out_of(*test), removed) << questions;
     EXPECT_EQ(lines.back(), "sequence A:" + ids) << questions;
     EXPECT_EQ(lines.size(), 3 + std::count(ids.begin(), ids.end(), ' ')) << questions;
     EXPECT_EQ(lines[1], scales) << questions;

@@ -46,6 +46,7 @@ Ref<clsHEDROTest> test_of_types(const std::string& letters) {
     auto question = make<clsHEDROTestQuestion>();
     question->ID = from_utf8(letters[i] + std::to_string(i + 1));
     question->QuestionType = static_cast<HEDROTestQuestionType>(letters[i] - 'a');
+    question->number_in_file = static_cast<std::int32_t>(i + 1);
     test->Questions->Add(question);
   }
   test->Sequences->AddDefault(test->Questions, u"old");
@@ -70,23 +71,37 @@ struct Row {
   bool result;
   std::string boxes;
   const char* shown;
+  const char* removed;  // the IDs, in the order of the notes
 };
 
+// The IDs of the removed questions of all tests.
+std::string removed(const clsHEDROTests& tests) {
+  std::string text;
+  for (std::int32_t n = 1; n <= tests.Count(); ++n) {
+    for (const LeftOut& lost : tests.Item(n)->left_out()) {
+      EXPECT_EQ(to_utf8(lost.id), static_cast<char>('a' + lost.type) + std::to_string(lost.number));
+      text += to_utf8(lost.id) + ' ';
+    }
+  }
+  return text;
+}
+
 const Row rows[] = {
-    {"", 0, true, "", ""},
-    {",k", 0, false, none_supported(1), "old:; old: ?; "},
-    {"kdk", 0, true, some_unsupported("1, 3", 3, 2, 1), "version: d2; "},
+    {"", 0, true, "", "", ""},
+    {",k", 0, false, none_supported(1), "old:; old: ?; ", "k1 "},
+    {"kdk", 0, true, some_unsupported("1, 3", 3, 2, 1), "version: d2; ", "k1 k3 "},
     {"`abcdefghijklmnop", 0, true, some_unsupported("1, 2, 6, 7, 8, 9, 10, 11, 12, 13, 15, 16, 17", 17, 13, 4),
-     "version: b3 c4 d5 m14; "},
-    {"ddbb", 4, true, "", "old: d1 d2 b3 b4; "},
-    {"mddm", 1, true, too_many(1, 4, 3, 1), "version: m1; "},
-    {"dd", -1, true, "", "old: d1 d2; "},
-    {"kddkd", 3, true, some_unsupported("1, 4", 5, 2, 3), "version: d2 d3 d5; "},
-    {"kddkd", 2, true, some_unsupported("1, 4", 5, 2, 3) + too_many(2, 3, 1, 2), "version: d2 d3; "},
+     "version: b3 c4 d5 m14; ", "`1 a2 e6 f7 g8 h9 i10 j11 k12 l13 n15 o16 p17 "},
+    {"ddbb", 4, true, "", "old: d1 d2 b3 b4; ", ""},
+    {"mddm", 1, true, too_many(1, 4, 3, 1), "version: m1; ", "d2 d3 m4 "},
+    {"dd", -1, true, "", "old: d1 d2; ", ""},
+    {"kddkd", 3, true, some_unsupported("1, 4", 5, 2, 3), "version: d2 d3 d5; ", "k1 k4 "},
+    {"kddkd", 2, true, some_unsupported("1, 4", 5, 2, 3) + too_many(2, 3, 1, 2), "version: d2 d3; ", "k1 k4 d5 "},
     // Several tests: each has its own report, and the first one without a supported question ends it.
     {"kd,dbk,d", 1, true, some_unsupported("1", 2, 1, 1) + some_unsupported("3", 3, 1, 2) + too_many(1, 2, 1, 1),
-     "version: d2; version: d1; old: d1; "},
-    {"kd,kk,kd", 0, false, some_unsupported("1", 2, 1, 1) + none_supported(2), "version: d2; old: ? ?; old: k1 d2; "},
+     "version: d2; version: d1; old: d1; ", "k1 k3 b2 "},
+    {"kd,kk,kd", 0, false, some_unsupported("1", 2, 1, 1) + none_supported(2), "version: d2; old: ? ?; old: k1 d2; ",
+     "k1 k1 k2 "},
 };
 
 TEST(RemoveInvalid, RemovesTellsAndRebuildsTheSequences) {
@@ -101,6 +116,7 @@ TEST(RemoveInvalid, RemovesTellsAndRebuildsTheSequences) {
       EXPECT_EQ(row.limit == 0 ? merge->RemoveInvalid() : merge->RemoveInvalid(row.limit), row.result);
       EXPECT_EQ(all_of(recorder.take()), verbose ? row.boxes : "");
       EXPECT_EQ(shown(*merge->Tests), row.shown);
+      EXPECT_EQ(removed(*merge->Tests), row.removed);
     }
   }
 }
@@ -117,6 +133,7 @@ TEST(RemoveInvalid, ReportsFailuresOfTheModel) {
                                         reported(91, "clsHEDRO.RemoveInvalid\n"));
   merge->Tests->Remove(2);
   EXPECT_EQ(shown(*merge->Tests), "version: m1 k2; ");
+  EXPECT_EQ(removed(*merge->Tests), "k3 ");
 }
 
 // The tests are counted once, at the start.

@@ -77,6 +77,16 @@ Lines lines_of(const clsHEDROTest& test) {
   return lines;
 }
 
+std::string left_out_of(const clsHEDROTest& test) {
+  std::string text;
+  for (const LeftOut& lost : test.left_out()) {
+    const bool removed = lost.what == LeftOut::What::Removed;
+    text += (text.empty() ? "" : "; ") + std::to_string(lost.number) + ' ' + to_utf8(lost.id) + ' ' +
+            to_utf8(question_type_name(lost.type)) + (removed ? " removed" : ": ") + to_utf8(lost.part);
+  }
+  return text;
+}
+
 void add_sequence(clsHEDROTest& test, StringView label, const std::vector<const char16_t*>& ids) {
   auto sequence = make<clsHEDROTestSequence>();
   sequence->Answer = label;

@@ -20,6 +20,9 @@ inline constexpr const char* new_scales = R"([["A","B","C","D"],["A","B","C","D"
 
 Lines lines_of(const clsHEDROTest& test);
 
+// What the test left out, as "2 id essay removed; 3 id true/false: picture".
+std::string left_out_of(const clsHEDROTest& test);
+
 // Adds a sequence with this label and these IDs.
 void add_sequence(clsHEDROTest& test, StringView label, const std::vector<const char16_t*>& ids);
 

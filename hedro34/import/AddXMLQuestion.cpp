@@ -1,7 +1,9 @@
 // Reading of one `question` element: attributes, text, choices, answer and the metadata of `info`.
 #include <cmath>
+#include <iterator>
 
 #include "hedro34/import/leading_number.h"
+#include "hedro34/import/not_carried.h"
 #include "hedro34/model/clsHEDROTest.h"
 #include "hedro34/xml/xml_document.h"
 
@@ -125,9 +127,11 @@ void read_info(clsHEDROTest& test, clsHEDROTestQuestion& question, const Ref<IXM
 
 }  // namespace
 
-bool clsHEDROTest::AddXMLQuestion(const Ref<IXMLDOMNode>& oNode, bool& bPartialCredit) {
+bool clsHEDROTest::AddXMLQuestion(const Ref<IXMLDOMNode>& oNode, bool& bPartialCredit, std::int32_t number_in_file) {
   return trap<bool>({u"clsHEDROTest", u"AddXMLQuestion"}, [&](auto& result) {
     const auto question = make<clsHEDROTestQuestion>();
+    question->number_in_file = number_in_file;
+    NotCarried not_carried;
     const Ref<IXMLDOMNamedNodeMap> attributes = oNode->attributes();
     if (const auto type = named(attributes, u"type")) question->QuestionType = QuestionType(to_text(type->nodeValue()));
     if (question->QuestionType == HEDROTestQuestionTypeTrueFalse) {
@@ -140,9 +144,14 @@ bool clsHEDROTest::AddXMLQuestion(const Ref<IXMLDOMNode>& oNode, bool& bPartialC
     each_child(oNode, [&](const Ref<IXMLDOMNode>& child) {
       const StringView name = child->nodeName();
       if (lower_equals(name, u"text")) {
-        question->QuestionText = trim(NodeText(child));
+        question->QuestionText = trim(NodeText(child, not_carried));
       } else if (lower_equals(name, u"choices")) {
-        each_child(child, [&](const Ref<IXMLDOMNode>& choice) { question->Answers->Add(trim(NodeText(choice))); });
+        each_child(child, [&](const Ref<IXMLDOMNode>& choice) {
+          const String text = NodeText(choice, not_carried);
+          const StringView answer = trim(text);
+          const bool added = question->Answers->Add(answer);
+          if (added && answer.size() > clsHEDROTestStrings::added_limit) not_carried.cut_answer(question->Answers->Count());
+        });
       } else if (lower_equals(name, u"answer")) {
         read_answer(*question, child);
       } else if (lower_equals(name, u"bi-display-mode")) {
@@ -151,9 +160,14 @@ bool clsHEDROTest::AddXMLQuestion(const Ref<IXMLDOMNode>& oNode, bool& bPartialC
         }
       } else if (lower_equals(name, u"info")) {
         read_info(*this, *question, child, bPartialCredit);
+      } else {
+        not_carried.unknown_in_question(*child, name);
       }
     });
-    Questions->Add(question);
+    std::vector<LeftOut> notes = not_carried.notes(*question);
+    const std::size_t noted_before = left_out_.size();
+    left_out_.insert(left_out_.end(), std::make_move_iterator(notes.begin()), std::make_move_iterator(notes.end()));
+    if (!Questions->Add(question)) left_out_.resize(noted_before);
     result = true;
   });
 }

@@ -79,6 +79,7 @@ bool add_question(clsHEDROTest& test, WENKtdDocument& document, std::int32_t pos
   const bool subjective = source->Subjective();
   if (!source->Graded() && !subjective) return false;
   const auto question = make<clsHEDROTestQuestion>();
+  question->number_in_file = position;
   const Ref<WENKtdStrings> labels = source->ChoiceLabels();
   if (labels->Count() > 0) question->Answers->AddArray(labels->AsArray());
   question->CorrectAnd = source->CorrectAnd();
@@ -106,15 +107,17 @@ bool add_question(clsHEDROTest& test, WENKtdDocument& document, std::int32_t pos
 }
 
 // Removes the subjective questions that have a question of another type behind them.
-void screen_subjective_questions(clsHEDROTestQuestions& questions) {
+void screen_subjective_questions(clsHEDROTest& test) {
   bool at_the_end = true;
-  for (std::int32_t i = questions.Count(); i >= 1; --i) {
-    if (questions.Item(i)->QuestionType != HEDROTestQuestionTypeSubjective) {
+  std::vector<std::int32_t> positions;
+  for (std::int32_t i = test.Questions->Count(); i >= 1; --i) {
+    if (test.Questions->Item(i)->QuestionType != HEDROTestQuestionTypeSubjective) {
       at_the_end = false;
     } else if (!at_the_end) {
-      questions.Remove(i);
+      positions.push_back(i);
     }
   }
+  test.remove_noted(*test.Questions, positions);
 }
 
 void read_sequences(clsHEDROTest& test, WENKtdVersions& versions) {
@@ -160,7 +163,7 @@ bool BuildTestFromKTD(clsHEDROTest* oTest, WENKtdDocument* oKTD) {
     bool has_subjective = false;
     const std::int32_t count = oKTD->Questions()->Count();
     for (std::int32_t n = 1; n <= count; ++n) has_subjective |= add_question(*oTest, *oKTD, n);
-    if (has_subjective) screen_subjective_questions(*oTest->Questions);
+    if (has_subjective) screen_subjective_questions(*oTest);
     read_sequences(*oTest, *oKTD->Versions());
     fill_scale(oTest->MultipleChoiceOddScale, *oTest->Questions, 1);
     fill_scale(oTest->MultipleChoiceEvenScale, *oTest->Questions, 2);

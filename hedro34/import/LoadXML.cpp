@@ -51,7 +51,7 @@ bool clsHEDROTest::LoadXML(const String& sExamViewXMLFile, bool bOddDistractorsO
       read_header(*this, document->getElementsByTagName(u"header"));
       const Ref<IXMLDOMNodeList> questions = document->getElementsByTagName(u"question");
       const std::int32_t count = questions->length();
-      for (std::int32_t i = 0; i < count; ++i) AddXMLQuestion(questions->item(i), bPartialCredit);
+      for (std::int32_t i = 0; i < count; ++i) AddXMLQuestion(questions->item(i), bPartialCredit, i + 1);
       const Ref<IXMLDOMNodeList> letters = document->getElementsByTagName(u"mc-choice-sequence");
       if (letters->length() > 0) PopulateMultipleChoiceScales(letters->nextNode(), bOddDistractorsOnly);
     };

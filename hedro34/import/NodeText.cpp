@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <array>
 
+#include "hedro34/import/not_carried.h"
 #include "hedro34/model/clsHEDROTest.h"
 #include "hedro34/xml/xml_document.h"
 
@@ -39,11 +40,13 @@ constexpr std::array vocabulary = {
     Element{u"equation", Joined::Dropped, Alone::TheWordEquation},
 };
 
+constexpr Element unknown = {nullptr, Joined::Dropped, Alone::Nothing};
+
 Element element_of(StringView base_name) {
   for (const Element& element : vocabulary) {
     if (lower_equals(base_name, element.name)) return element;
   }
-  return {u"", Joined::Dropped, Alone::Nothing};
+  return unknown;
 }
 
 // The text of a node while it is gathered. Cleaning makes one blank of each pair, from left to right, twice, which leaves a
@@ -135,15 +138,18 @@ bool is_text_variable(const Ref<IXMLDOMNode>& node) {
   return data && equal_ignoring_case(to_text(data->nodeValue()), u"text");
 }
 
-Flat flatten(const Ref<IXMLDOMNode>& node) {
+Flat flatten(const Ref<IXMLDOMNode>& node, NotCarried& not_carried) {
   return trap<Flat>({u"clsHEDROTest", u"NodeText"}, [&](auto& result) {
-    const Element element = element_of(node->baseName());
+    const StringView base_name = node->baseName();
+    const Element element = element_of(base_name);
     const Ref<IXMLDOMNodeList> children = node->childNodes();
     const std::int32_t count = children ? children->length() : 0;
+    if (element.name == nullptr) not_carried.unknown_in_text(*node, base_name, count > 0);
+    if (element.alone == Alone::TheWordEquation) not_carried.equation();
     Flat flat;
     if (count > 0 && element.children != Joined::Dropped) {
       for (std::int32_t i = 0; i < count; ++i) {
-        flat.append(flatten(children->item(i)));
+        flat.append(flatten(children->item(i), not_carried));
         if (element.children == Joined::WithBlanks) flat.append_blank();
       }
     } else if (count == 0) {
@@ -161,6 +167,8 @@ Flat flatten(const Ref<IXMLDOMNode>& node) {
 }  // namespace
 
 // A node that fails is reported and gives an empty text; what is around it goes on.
-String clsHEDROTest::NodeText(const Ref<IXMLDOMNode>& oNode) { return flatten(oNode).str(); }
+String clsHEDROTest::NodeText(const Ref<IXMLDOMNode>& oNode, NotCarried& not_carried) {
+  return flatten(oNode, not_carried).str();
+}
 
 }  // namespace hedro34

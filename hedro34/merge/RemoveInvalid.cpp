@@ -7,16 +7,6 @@
 namespace hedro34 {
 namespace {
 
-bool is_supported(HEDROTestQuestionType type) {
-  switch (type) {
-    case HEDROTestQuestionTypeTrueFalse:
-    case HEDROTestQuestionTypeYesNo:
-    case HEDROTestQuestionTypeMultipleChoice:
-    case HEDROTestQuestionTypeSubjective: return true;
-    default: return false;
-  }
-}
-
 String lines(std::initializer_list<StringView> texts) {
   String result;
   for (const StringView& text : texts) {
@@ -45,15 +35,13 @@ String joined(const std::vector<std::int32_t>& falling) {
   return result;
 }
 
-// Removes the unsupported questions; gives their positions, from the last down.
-std::vector<std::int32_t> remove_unsupported(const Ref<clsHEDROTestQuestions>& questions) {
-  std::vector<std::int32_t> removed;
-  for (std::int32_t i = questions->Count(); i >= 1; --i) {
-    if (is_supported(questions->Item(i)->QuestionType)) continue;
-    removed.push_back(i);
-    questions->Remove(i);
+// The positions of the unsupported questions, from the last down.
+std::vector<std::int32_t> unsupported_in(const clsHEDROTestQuestions& questions) {
+  std::vector<std::int32_t> found;
+  for (std::int32_t i = questions.Count(); i >= 1; --i) {
+    if (!is_supported(questions.Item(i)->QuestionType)) found.push_back(i);
   }
-  return removed;
+  return found;
 }
 
 }  // namespace
@@ -73,7 +61,8 @@ bool clsHEDRO::RemoveInvalid(std::int32_t lMaxQuestions) {
       }
       const Ref<clsHEDROTestQuestions> questions = test->Questions;
       std::int32_t total = questions->Count();
-      const std::vector<std::int32_t> unsupported = remove_unsupported(questions);
+      const std::vector<std::int32_t> unsupported = unsupported_in(*questions);
+      test->remove_noted(*questions, unsupported);
       const auto unsupported_count = static_cast<std::int32_t>(unsupported.size());
       if (unsupported_count > 0) {
         const String numbers = counts(total, unsupported_count, questions->Count());
@@ -94,10 +83,10 @@ bool clsHEDRO::RemoveInvalid(std::int32_t lMaxQuestions) {
       std::int32_t surplus = 0;
       if (lMaxQuestions > 0) {
         total = questions->Count();
-        for (std::int32_t i = total; i > lMaxQuestions; --i) {
-          questions->Remove(i);
-          ++surplus;
-        }
+        std::vector<std::int32_t> positions;
+        for (std::int32_t i = total; i > lMaxQuestions; --i) positions.push_back(i);
+        test->remove_noted(*questions, positions);
+        surplus = static_cast<std::int32_t>(positions.size());
         if (surplus > 0 && Verbose) {
           show_warning(
               u"Maximum Number of Questions",

@@ -1,6 +1,7 @@
 #include "hedro34/model/clsHEDROTest.h"
 
 #include <array>
+#include <iterator>
 
 namespace hedro34 {
 namespace {
@@ -87,6 +88,19 @@ void clsHEDROTest::Clear() {
     Notes.clear();
     Source = HEDROTestSourceTypeUnknown;
   });
+}
+
+void clsHEDROTest::remove_noted(clsHEDROTestQuestions& questions, const std::vector<std::int32_t>& falling_positions) {
+  std::vector<LeftOut> notes;
+  for (auto position = falling_positions.rbegin(); position != falling_positions.rend(); ++position) {
+    notes.push_back(note_of(LeftOut::What::Removed, *questions.Item(*position)));
+  }
+  left_out_.insert(left_out_.end(), std::make_move_iterator(notes.begin()), std::make_move_iterator(notes.end()));
+  auto note = left_out_.end();
+  for (const std::int32_t position : falling_positions) {
+    --note;
+    if (!questions.Remove(position)) note = left_out_.erase(note);
+  }
 }
 
 bool clsHEDROTest::SetError(const Ref<Object>& oErr) {

@@ -13,6 +13,7 @@
 namespace hedro34 {
 
 class IXMLDOMNode;
+class NotCarried;
 
 class clsHEDROTest final : public Object {
  public:
@@ -94,9 +95,13 @@ class clsHEDROTest final : public Object {
   const std::vector<LeftOut>& left_out() const noexcept { return left_out_; }
   void add_left_out(LeftOut lost) { left_out_.push_back(std::move(lost)); }
 
+  // Removes the questions at these positions, which fall, from the test's questions and notes each that goes, in rising order.
+  // Unlike the operations it lets failures leave; when a note cannot be made, no question is removed. Not to be seen by name.
+  void remove_noted(clsHEDROTestQuestions& questions, const std::vector<std::int32_t>& falling_positions);
+
  private:
-  bool AddXMLQuestion(const Ref<IXMLDOMNode>& oNode, bool& bPartialCredit);
-  String NodeText(const Ref<IXMLDOMNode>& oNode);
+  bool AddXMLQuestion(const Ref<IXMLDOMNode>& oNode, bool& bPartialCredit, std::int32_t number_in_file);
+  String NodeText(const Ref<IXMLDOMNode>& oNode, NotCarried& not_carried);
   bool PopulateMultipleChoiceScales(const Ref<IXMLDOMNode>& oNode, bool bOddDistractorsOnly);
   bool TrimScales();
 

@@ -5,7 +5,6 @@
 namespace hedro34 {
 namespace {
 
-constexpr std::size_t added_limit = 50;
 constexpr std::size_t written_limit = 255;
 
 Array<String> split(StringView text, StringView delimiter) {

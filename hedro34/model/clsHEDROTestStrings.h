@@ -9,6 +9,8 @@ class clsHEDROTestStrings final : public Collection<clsHEDROTestStrings, String>
  public:
   static constexpr const char16_t* class_name = u"clsHEDROTestStrings";
 
+  static constexpr std::size_t added_limit = 50;  // units of an element that is added
+
   // Adds the first 50 units of `Item` at the end, or before or behind the element that `Before` or `After` names; True when
   // it was added. A `Key` in use, and a `Before` or `After` that names nothing, is a failure.
   bool Add(StringView Item, const Variant& Key = missing, const Variant& Before = missing,

@@ -1,6 +1,22 @@
 #include "hedro34/model/left_out.h"
 
+#include "hedro34/model/clsHEDROTestQuestion.h"
+
 namespace hedro34 {
+
+LeftOut note_of(LeftOut::What what, const clsHEDROTestQuestion& question) {
+  return {what, question.number_in_file, question.ID, question.QuestionType, {}};
+}
+
+bool is_supported(HEDROTestQuestionType type) noexcept {
+  switch (type) {
+    case HEDROTestQuestionTypeTrueFalse:
+    case HEDROTestQuestionTypeYesNo:
+    case HEDROTestQuestionTypeMultipleChoice:
+    case HEDROTestQuestionTypeSubjective: return true;
+    default: return false;
+  }
+}
 
 StringView question_type_name(HEDROTestQuestionType type) noexcept {
   switch (type) {

@@ -10,6 +10,8 @@
 
 namespace hedro34 {
 
+class clsHEDROTestQuestion;
+
 struct LeftOut {
   enum class What {
     Removed,     // the whole question
@@ -20,8 +22,17 @@ struct LeftOut {
   std::int32_t number = 0;  // of the question in its file, from 1; 0 when it came from no file
   String id;                // of the question
   HEDROTestQuestionType type = HEDROTestQuestionTypeUnknown;  // of the question
-  String part;  // "equation", "picture", "element \"table\"", "choice 2 after 50 characters"; empty when it was removed
+
+  // "equation", "picture", "element \"table\"", "choice 2 after 50 characters", and with their number when a question has several:
+  // "3 equations", "2 elements \"table\"". Empty when the question was removed.
+  String part;
 };
+
+// A note on a question as it is now, without a part.
+LeftOut note_of(LeftOut::What what, const clsHEDROTestQuestion& question);
+
+// Whether a merge takes questions of a type; it removes the others.
+bool is_supported(HEDROTestQuestionType type) noexcept;
 
 // What a person calls a type: "multiple choice", "true/false", "essay"; "unknown type" for a number that is none.
 StringView question_type_name(HEDROTestQuestionType type) noexcept;

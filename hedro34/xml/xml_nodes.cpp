@@ -108,6 +108,7 @@ class Node final : public IXMLDOMElement {
     if (tree_->is_text(id_)) return {};
     return attributes_.at(tree_, id_);
   }
+  XmlPlace place() const noexcept { return {*tree_.get(), id_}; }
 
  private:
   Id id_;
@@ -126,6 +127,11 @@ Ref<IXMLDOMNode> List::item(std::int32_t index) {
 
 Ref<IXMLDOMElement> element_handle(Ref<const XmlTree> tree, XmlTree::Id node) {
   return make<Node>(std::move(tree), node);
+}
+
+std::optional<XmlPlace> place_of(const IXMLDOMNode& node) noexcept {
+  const auto* own = dynamic_cast<const Node*>(&node);
+  return own == nullptr ? std::nullopt : std::optional(own->place());
 }
 
 Ref<IXMLDOMNodeList> list_handle(Ref<const XmlTree> tree, std::vector<XmlTree::Id> nodes) {

@@ -49,6 +49,7 @@ class XmlTree final : public Object {
   StringView base_name(Id node) const noexcept { return base(names_[nodes_[node].name]); }  // empty for a text
   std::string_view text(Id node) const noexcept;  // UTF-8; of an element all text inside it
 
+  Id end(Id node) const noexcept { return nodes_[node].end; }  // the first node behind it and all that is inside it
   std::uint32_t child_count(Id node) const noexcept;
   Id child(Id node, std::uint32_t index) const noexcept;  // `index` is below the count
 

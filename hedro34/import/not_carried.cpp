@@ -1,0 +1,81 @@
+#include "hedro34/import/not_carried.h"
+
+#include <algorithm>
+#include <array>
+
+#include "hedro34/xml/xml_nodes.h"
+
+namespace hedro34 {
+namespace {
+
+constexpr StringView element_part = u"element ";
+
+bool is_picture(StringView base_name) {
+  constexpr std::array names = {u"picture", u"pict", u"image", u"img", u"graphic", u"figure"};
+  return std::any_of(names.begin(), names.end(), [&](const char16_t* name) { return lower_equals(base_name, name); });
+}
+
+bool is_equation(StringView base_name) { return lower_equals(base_name, u"equation"); }
+
+bool is_blank(std::string_view text) { return text.find_first_not_of(" \t\r\n") == std::string_view::npos; }
+
+}  // namespace
+
+void NotCarried::unknown_in_text(IXMLDOMNode& element, StringView base_name, bool has_children) {
+  if (is_picture(base_name)) return add(u"picture");
+  if (!has_children) return;
+  if (const auto own = place_of(element)) return look_below(own->tree, own->node, base_name);
+  this->element(base_name);
+}
+
+void NotCarried::unknown_in_question(IXMLDOMNode& child, StringView name) {
+  const StringView base_name = name.substr(name.find(u':') + 1);
+  if (is_picture(base_name)) return add(u"picture");
+  if (is_equation(base_name)) return equation();
+  if (name == u"question") return;  // a question itself
+  const auto own = place_of(child);
+  if (own && !own->tree.is_text(own->node)) look_below(own->tree, own->node, base_name);
+}
+
+void NotCarried::cut_answer(std::int32_t position) {
+  add(u"choice " + decimal(position) + u" after " + decimal(clsHEDROTestStrings::added_limit) + u" characters");
+}
+
+// The nodes inside an element stand behind it in one row.
+void NotCarried::look_below(const XmlTree& tree, XmlTree::Id element, StringView base_name) {
+  if (!is_blank(tree.text(element))) return this->element(base_name);
+  for (XmlTree::Id node = element + 1; node != tree.end(element); ++node) {
+    if (is_picture(tree.base_name(node))) return add(u"picture");
+    if (is_equation(tree.base_name(node))) return equation();
+  }
+}
+
+void NotCarried::element(StringView base_name) { add(String(element_part).append(u"\"").append(base_name) + u"\""); }
+
+void NotCarried::add(StringView part) {
+  const auto found = parts_.find(part);
+  if (found != parts_.end()) {
+    ++found->second;
+  } else {
+    in_order_.push_back(&*parts_.emplace(part, 1).first);
+  }
+}
+
+std::vector<LeftOut> NotCarried::notes(const clsHEDROTestQuestion& question) const {
+  std::vector<LeftOut> result;
+  result.reserve(in_order_.size());
+  for (const auto* each : in_order_) {
+    const auto& [part, count] = *each;
+    LeftOut& lost = result.emplace_back(note_of(LeftOut::What::NotCarried, question));
+    if (count == 1) {
+      lost.part = part;
+    } else if (part.starts_with(element_part)) {
+      lost.part = decimal(count) + u" elements " + part.substr(element_part.size());
+    } else {
+      lost.part = decimal(count) + u" " + part + u"s";
+    }
+  }
+  return result;
+}
+
+}  // namespace hedro34
