@@ -1,11 +1,14 @@
 #include "host/merge.h"
 
+#include <iostream>
+
 #include "hedro34/base/immortal.h"
 #include "hedro34/documents/data_document.h"
 #include "hedro34/documents/form_template.h"
 #include "hedro34/merge/clsHEDRO.h"
 #include "hedro34/report/Report.h"
 #include "host/input.h"
+#include "host/left_out.h"
 #include "host/load.h"
 #include "host/outputs.h"
 #include "host/stop.h"
@@ -24,8 +27,9 @@ class MergeRoad {
   void run() {
     prepare();
     load_tests();
-    if (!asked([&] { return merge_->RemoveInvalid(command_.max_questions); }))
-      answered_false("RemoveInvalid", emptied_test());
+    const bool removed = asked([&] { return merge_->RemoveInvalid(command_.max_questions); });
+    for (std::size_t i = 0; i < tests_.size(); ++i) keep_notes(messages_, *tests_[i], noted_[i], file_of_note(i));
+    if (!removed) answered_false("RemoveInvalid", emptied_test());
     if (command_.tests.size() > 1) compare_versions();
     merge_->SequenceQuestion = command_.sequence_question;
     if (!asked([&] { return merge_->Merge(); })) {
@@ -35,7 +39,12 @@ class MergeRoad {
     const std::string summary = summarize();
     stop_after_failures();  // of the summary
     write();
-    if (!writes_standard_output(command_)) print(summary);
+    const std::string left_out = left_out_lines(tests_, command_.tests);
+    if (writes_standard_output(command_)) {
+      std::cerr << left_out << std::flush;
+    } else {
+      print(summary + left_out);
+    }
   }
 
  private:
@@ -50,12 +59,18 @@ class MergeRoad {
 
   void load_tests() {
     for (const String& path : command_.tests) {
-      const auto test = load_test(path, command_.import, messages_);
+      const auto test = tests_.emplace_back(load_test(path, command_.import, messages_));
+      keep_notes(messages_, *test, 0, file_of_note(tests_.size() - 1));
+      noted_.push_back(test->left_out().size());
       const std::int32_t before = merge_->Tests->Count();
       if (!asked([&] { return merge_->Tests->Add(test), merge_->Tests->Count() > before; })) {
         answered_false("Tests.Add", shown(path));
       }
     }
+  }
+
+  const String* file_of_note(std::size_t test) const {
+    return command_.tests.size() > 1 ? &command_.tests[test] : nullptr;
   }
 
   void compare_versions() {
@@ -144,6 +159,8 @@ class MergeRoad {
   const MergeCommand& command_;
   Messages& messages_;
   Ref<clsHEDRO> merge_ = make<clsHEDRO>();
+  std::vector<Ref<clsHEDROTest>> tests_;  // as many as the files so far
+  std::vector<std::size_t> noted_;        // of each how much of what it left out the messages have
   std::size_t said_before_ = 0;
 };
 

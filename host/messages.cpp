@@ -75,11 +75,29 @@ void Messages::failure(std::int32_t number, const String& description, const Str
   });
 }
 
+void Messages::note(const hedro34::LeftOut& lost, const String* file) {
+  const bool removed = lost.what == hedro34::LeftOut::What::Removed;
+  keep([&](JsonText& line) {
+    line.key("kind");
+    line.value("note");
+    line.key("number");
+    line.value(lost.number);
+    line.key("id");
+    line.value(lost.id);
+    line.key("what");
+    line.value(removed ? "removed" : "not carried");
+    line.key("detail");
+    line.value(removed ? hedro34::question_type_name(lost.type) : StringView(lost.part));
+    if (file == nullptr) return;
+    line.key("file");
+    line.value(*file);
+  });
+}
+
 hedro34::Ref<hedro34::Object> Messages::error_object() { return hedro34::make<ErrorObject>(*this); }
 
 template <class Members>
 void Messages::keep(Members members) {
-  ++count_;
   JsonText line(JsonText::Layout::Compact);
   line.begin_object();
   members(line);

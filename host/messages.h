@@ -1,5 +1,5 @@
 // What the library says while a command runs: message boxes and reported failures. Both go to standard error at once and
-// are kept, in order, as the lines of the messages file.
+// are kept, in order, as the lines of the messages file, with notes of what tests left out among them.
 //
 //   Messages messages(PartialCredit::Ask);
 //   platform().message_box = &messages;
@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "hedro34/base/ref.h"
+#include "hedro34/model/left_out.h"
 #include "hedro34/platform/message_box.h"
 #include "host/arguments.h"
 
@@ -26,6 +27,9 @@ class Messages final : public hedro34::TerminalMessageBox {
 
   // Writes and keeps a failure that was counted.
   void failure(std::int32_t number, const hedro34::String& description, const hedro34::String& location);
+
+  // Keeps a note, which is not shown; it names the file when it is given.
+  void note(const hedro34::LeftOut& lost, const hedro34::String* file);
 
   // The object that takes the library's reports for this collection, which must outlive it.
   hedro34::Ref<hedro34::Object> error_object();

@@ -3,6 +3,7 @@
 #include "hedro34/platform/file_error.h"
 #include "hedro34/platform/files.h"
 #include "host/input.h"
+#include "host/left_out.h"
 #include "host/load.h"
 #include "host/stop.h"
 
@@ -56,6 +57,7 @@ std::string shown(const String& file, const ShowCommand& command, Messages& mess
     if (const auto form = form_in(input)) return shown(*form, command.as, input);
   }
   const auto test = load_test(input, command.import, messages);
+  keep_notes(messages, *test, 0, command.files.size() > 1 ? &file : nullptr);
   if (command.as == As::Json) return as_json(*test);
   if (command.as == As::Csv) return as_csv(*test);
   std::string text = as_text(*test);
@@ -64,7 +66,7 @@ std::string shown(const String& file, const ShowCommand& command, Messages& mess
     if (!document->Load(input.path())) input.cannot_read();
     text += versions_as_text(*document);
   }
-  return text;
+  return text + left_out_sections(*test);
 }
 
 }  // namespace
