@@ -5,6 +5,7 @@
 
 #include "host/input.h"
 #include "host/stop.h"
+#include "host/terminal_text.h"
 
 namespace host {
 namespace {
@@ -18,7 +19,7 @@ struct Lost {
 };
 
 std::string said_of(const String& id, StringView what) {
-  return (id.empty() ? "no ID" : "ID " + one_line(to_utf8(id))) + ", " + one_line(to_utf8(what));
+  return (id.empty() ? "no ID" : "ID " + plain_line(id)) + ", " + plain_line(what);
 }
 
 // All of one kind, one entry for each question.
@@ -28,7 +29,7 @@ std::vector<Lost> all_of(const clsHEDROTest& test, LeftOut::What what) {
   for (const LeftOut& each : test.left_out()) {
     if (each.what != what) continue;
     if (last != nullptr && last->part.size() > 0 && last->number == each.number) {
-      result.back().text += ", " + one_line(to_utf8(each.part));
+      result.back().text += ", " + plain_line(each.part);
     } else {
       const bool removed = what == LeftOut::What::Removed;
       result.push_back({each.number, said_of(each.id, removed ? question_type_name(each.type) : each.part)});

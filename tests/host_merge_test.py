@@ -2,6 +2,7 @@
 """The program's commands `form` and `merge`: the files they write, what they leave when something fails, and the examples."""
 
 import fcntl
+import json
 import os
 import re
 import shutil
@@ -50,7 +51,8 @@ class Merge(ProgramTest):
             outcome.out,
             "Questions merged          3\nFields no longer graded   1\nSubjective regions added  0\n"
             "Objectives                0\nVersions                  1\n"
-            "Form                      out.form\nDocument                  out.ktd\n",
+            "Form                      out.form\nDocument                  out.ktd\n"
+            "Questions removed         4 (ID z, multiple choice)\n",
         )
         document = self.json_of("out.ktd")
         self.assertEqual([question["answerKey"] for question in document["questions"]], [[], ["B"], ["B"], ["B"], []])
@@ -59,6 +61,39 @@ class Merge(ProgramTest):
         self.assertEqual(graded, [False, True, True, True, False])
         self.assertEqual(self.said(), [("Maximum Number of Questions", 1)])
         self.assertRegex(outcome.err, r"^Maximum Number of Questions\nWarning: .*\.\n\nNumber of Supported Questions: 3\n")
+
+    def test_what_is_left_out(self):
+        """Said under `--quiet` too, on standard error where an output takes standard output, by each test where there are two."""
+        table = "<para>Look:</para><table><row>1</row></table><img/>"
+        lossy = [question("w", "mc", "B", THREE, text=table), question("e", "es", text=table), question("", "ma"),
+                 *[question(identity, "mc", "B", THREE) for identity in "xyz"]]
+        self.file("d.xml", examview(*lossy, version="B"))
+        self.file("s.ktd", {"format": "hedro34-ktd", "version": 1, "questions": [
+            {}, {"subjective": True}, {"graded": True, "choiceLabels": ["T", "F"]}, {"subjective": True}]})
+        parts = 'element "table", picture'
+        said = [("Questions removed         {}2 (ID e, essay), 3 (no ID, matching)\n"
+                 f"Not carried               {{}}1 (ID w, {parts}), 2 (ID e, {parts})\n").format(*[file] * 2)
+                for file in ("", "d.xml: ")]
+        notes = [f"{place} not carried {part}" for place in ("1 w", "2 e") for part in parts.split(", ")]
+        notes += ["2 e removed essay", "3  removed matching"]
+        self.assertEqual(self.merge("--quiet d.xml").out.partition("Document                  out.ktd\n")[2], said[0])
+        self.assertEqual(self.said("note"), notes)
+        outcome = self.merge("--quiet d.xml", {"--document-out": "-"})
+        self.assertEqual((json.loads(outcome.out)["format"], outcome.err), ("hedro34-ktd", said[0]))
+        outcome = self.merge("--quiet --sequence-question=1 a.xml d.xml")
+        self.assertEqual((outcome.out.partition("out.ktd\n")[2], self.said("note")), (said[1], [note + " d.xml" for note in notes]))
+        self.file("e.xml", examview(lossy[1]))
+        self.merge("--quiet e.xml", code=1)
+        self.assertEqual(self.said("note"), [f"1 e not carried {part}" for part in parts.split(", ")] + ["1 e removed essay"])
+        self.merge("s.ktd")
+        self.assertEqual(self.said("note"), ["2 2 removed subjective"])
+        for name, end in [("d.xml", "\n\nRemoved by merge\n  2  ID e, essay\n  3  no ID, matching\n\n"
+                                    f"Not carried\n  1  ID w, {parts}\n  2  ID e, {parts}\n"),
+                          ("s.ktd", "\n\nRemoved by merge\n  2  ID 2, subjective\n")]:
+            self.assertTrue(self.run_program("show", name).out.endswith(end), name)
+        self.run_program("show", "--messages", "m", "d.xml", "s.ktd", "a.xml")
+        self.assertEqual(self.said("note"), [note + " d.xml" for note in notes[:4]] + ["2 2 removed subjective s.ktd"])
+        self.assertNotIn("picture", self.run_program("show", "--json", "d.xml").out)
 
     def test_versions(self):
         outcome = self.merge("--max-questions=-2147483648 --sequence-question 1 a.xml b.xml [c,c]")
@@ -248,16 +283,22 @@ class Examples(ProgramTest):
     def test_tests(self):
         mixed = "--partial-credit ok --form mixed.form.json mixed.xml"
         credit, invalid = ("Partial Credit", 1), ("Invalid Question Type(s)", 1)
+        removed = "2 4 6 7 9 10 12 13 15 17 19 20 21".split()
+        rationales = [f'{number} not carried element "rationale"' for number in ("1 341", "14 3241")]
         for arguments, keys, questions, objectives, said in [
             ("--objectives all --state CA --form biology.form.json biology.xml",
-             "B B C C C B B B B (A,C,E) (C,A) (A,C,E) T F F T Y N B T", 29, 47, []),
-            (mixed, "C T (A,C,D) I N H F G A (F,H,J)", 14, 0, [credit, invalid]),
+             "B B C C C B B B B (A,C,E) (C,A) (A,C,E) T F F T Y N B T", 29, 47,
+             [rationales[0], "5 1341 not carried equation", rationales[1]]),
+            (mixed, "C T (A,C,D) I N H F G A (F,H,J)", 14, 0,
+             [credit, "22 1227 not carried choice 1 after 50 characters", invalid, *removed]),
         ]:
             with self.subTest(arguments):
                 self.run_program("merge", *arguments.split(), *self.FILES)
                 document = self.json_of("out.ktd")
                 found = [key for question in document["questions"] for key in question["answerKey"]]
-                self.assertEqual((" ".join(found), self.said()), (keys, said))
+                all_said = [text if " not " in text or len(text) == 2 else text.partition(" ")[0]
+                            for text in self.said("box", "failure", "note")]
+                self.assertEqual((" ".join(found), all_said), (keys, said))
                 self.assertEqual((len(document["questions"]), len(document["objectives"]) - 1), (questions, objectives))
 
     def test_versions(self):

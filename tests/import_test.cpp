@@ -197,11 +197,12 @@ TEST(LoadXML, AFailureLeavesWhatWasRead) {
 TEST(LoadXML, SurvivesMemoryThatRunsOut) {
   const Folder folder;
   const String path = folder.write(
-      "test.xml", file("<header><title>T</title></header><mc-choice-sequence value='fghij'/><question type='mc' "
-                       "bank-id='a bank that needs memory'><text><para>a<b>  text</b></para><img/></text><choices><choice-a>"
-                       "a choice that needs memory</choice-a></choices><answer>B</answer><info><notes>notes that need "
-                       "memory</notes><text-objective>o|p</text-objective></info></question>" +
-                       true_false));
+      "test.xml",
+      file("<header><title>T</title></header><mc-choice-sequence value='fghij'/><question type='mc' "
+           "bank-id='a bank that needs memory'><text><para>a<b>  text</b></para><img/></text><choices><choice-a>"
+           "a choice that needs memory</choice-a></choices><answer>B</answer><info><notes>notes that need "
+           "memory</notes><text-objective>o|p</text-objective></info></question>" +
+           true_false));
   const auto prepare = [] {
     auto test = make<clsHEDROTest>();
     test->ImportObjectives = HEDROTestImportObjectivesLearning;

@@ -56,10 +56,14 @@ class ProgramTest(unittest.TestCase):
     def json_of(self, name):
         return json.loads((self.folder / name).read_bytes())
 
-    def said(self):
-        """What stands in the messages file "m": titles and answers of boxes, numbers of failures."""
+    def said(self, *kinds):
+        """What stands in the messages file "m": titles and answers of boxes, numbers of failures, and the words of notes when
+        they are among the kinds that are asked for."""
+        kinds = kinds or ("box", "failure")
+        shown = {"box": lambda said: (said["title"], said["answer"]), "failure": lambda said: said["number"],
+                 "note": lambda said: " ".join(str(said[name]) for name in list(said)[1:])}
         messages = map(json.loads, (self.folder / "m").read_text(encoding="utf-8").splitlines())
-        return [(said["title"], said["answer"]) if said["kind"] == "box" else said["number"] for said in messages]
+        return [shown[said["kind"]](said) for said in messages if said["kind"] in kinds]
 
 
 def question(identity, kind, answer="", choices=(), text="", info=""):

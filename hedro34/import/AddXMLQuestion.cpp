@@ -150,7 +150,8 @@ bool clsHEDROTest::AddXMLQuestion(const Ref<IXMLDOMNode>& oNode, bool& bPartialC
           const String text = NodeText(choice, not_carried);
           const StringView answer = trim(text);
           const bool added = question->Answers->Add(answer);
-          if (added && answer.size() > clsHEDROTestStrings::added_limit) not_carried.cut_answer(question->Answers->Count());
+          if (added && answer.size() > clsHEDROTestStrings::added_limit)
+            not_carried.cut_answer(question->Answers->Count());
         });
       } else if (lower_equals(name, u"answer")) {
         read_answer(*question, child);
