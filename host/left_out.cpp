@@ -28,7 +28,7 @@ std::vector<Lost> all_of(const clsHEDROTest& test, LeftOut::What what) {
   const LeftOut* last = nullptr;
   for (const LeftOut& each : test.left_out()) {
     if (each.what != what) continue;
-    if (last != nullptr && last->part.size() > 0 && last->number == each.number) {
+    if (last != nullptr && !last->part.empty() && last->number == each.number) {
       result.back().text += ", " + plain_line(each.part);
     } else {
       const bool removed = what == LeftOut::What::Removed;

@@ -37,9 +37,9 @@ class MergeRoad {
     }
     stop_after_failures();
     const std::string summary = summarize();
+    const std::string left_out = left_out_lines(tests_, command_.tests);
     stop_after_failures();  // of the summary
     write();
-    const std::string left_out = left_out_lines(tests_, command_.tests);
     if (writes_standard_output(command_)) {
       std::cerr << left_out << std::flush;
     } else {
