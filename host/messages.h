@@ -37,7 +37,7 @@ class Messages final : public hedro34::TerminalMessageBox {
   void count_failure() noexcept { ++failures_; }
 
   std::size_t failures() const noexcept { return failures_; }
-  std::size_t count() const noexcept { return count_; }         // boxes and failures
+  std::size_t count() const noexcept { return said_.size(); }   // boxes and failures
   const std::string& lines() const noexcept { return lines_; }  // one JSON object a line, in order
 
   // For a person: each box as its title and, on the next line, its text, and each failure as its line on standard error.
@@ -50,7 +50,6 @@ class Messages final : public hedro34::TerminalMessageBox {
   PartialCredit partial_credit_;
   std::string lines_;
   std::vector<hedro34::String> said_;
-  std::size_t count_ = 0;
   std::size_t failures_ = 0;
 };
 
