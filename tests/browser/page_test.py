@@ -1,0 +1,140 @@
+#!/usr/bin/env python3
+"""The page that `report` and `merge --report` write, as Chromium shows it, prints it and reads it out."""
+
+import os
+import pathlib
+import re
+import tempfile
+import time
+import unittest
+
+import chromium
+import expected
+import samples
+from paper import Paper
+
+HERE = pathlib.Path(__file__).resolve().parent
+QUESTIONS_OF_THE_PAGE = (HERE / "page.js").read_text(encoding="utf-8")
+WIDTHS = (320, 360, 800, 1600)  # 320 is a window of 1,280 at 400 percent
+PRINTED = 700  # what is between the margins of a sheet of A4
+PAPERS = {"A4": (8.27, 11.69), "Letter": (8.5, 11)}
+
+
+def plain(text):
+    """A text without what the page shows by a picture or a number instead, and without regard to where its lines end."""
+    replaced = r"[\0-\x08\x0e-\x1f\x7f-\x9f\u202a-\u202e\u2066-\u2069\u2400-\u2421]|\[U\+[0-9A-F]{4}\]"
+    return re.sub(r"\s+", " ", re.sub(replaced, " ", text)).strip()
+
+
+class PageTest(unittest.TestCase):
+    maxDiff = None
+
+    @classmethod
+    def setUpClass(cls):
+        temporary = tempfile.TemporaryDirectory(prefix="hedro34 pages ")
+        cls.addClassCleanup(temporary.cleanup)
+        cls.folder = pathlib.Path(temporary.name)
+        cls.make = samples.Maker(os.environ["HEDRO34_PROGRAM"], cls.folder)
+        cls.pages = cls.make.all()
+        cls.browser = cls.enterClassContext(chromium.Browser())
+
+    def each(self, **look):
+        """Opens each page in turn."""
+        for name, sample in self.pages.items():
+            with self.subTest(name), self.browser.page(**look) as page:
+                page.open(sample.path)
+                page.run(QUESTIONS_OF_THE_PAGE)
+                yield sample, page
+
+    def test_sheet(self):
+        """Every bubble of the key is filled, in colour and in line, and no other."""
+        for sample, page in self.each():
+            for look in ({"scheme": "light"}, {"scheme": "dark"}, {"media": "print"}):
+                page.look(800, **look)
+                shown = [(name, [tuple(bubble) for bubble in bubbles]) for name, bubbles in page.run("page.sheet()")]
+                if sample.form:
+                    fields = expected.sheet(sample.form, sample.document)
+                else:
+                    fields = expected.sheet_without_form(sample.document)
+                fields = [(name, [(label, filled, filled) for label, filled in bubbles]) for name, bubbles in fields]
+                self.assertEqual(
+                    *(
+                        [(plain(name), [(plain(label), dark, heavy) for label, dark, heavy in bubbles]) for name, bubbles in each]
+                        for each in (shown, fields)
+                    )
+                )
+
+    def test_keys(self):
+        """The table of each version has the key of each of its fields, in that field's letters."""
+        for sample, page in self.each():
+            shown = page.run("page.keys()")
+            for (label, places), (heading, rows) in zip(expected.keys(sample.document), shown, strict=True):
+                self.assertTrue(heading.endswith(label), heading)
+                self.assertEqual(
+                    [(number, plain(name), plain(key)) for number, name, key in rows],
+                    [(number, plain(name), plain(key)) for number, name, key in places],
+                )
+
+    def test_every_text_is_there(self):
+        for sample, page in self.each():
+            shown = plain(page.run("page.text()"))
+            self.assertEqual([text for text in expected.texts(sample.document) if plain(text) not in shown], [])
+
+    def test_nothing_is_said_and_nothing_is_fetched(self):
+        for sample, page in self.each():
+            page.run("page.painted()")
+            said = [event for event in page.events if re.match(r"Runtime\.(console|exc)|Log\.", event[0])]
+            asked = [event[1]["request"]["url"] for event in page.events if event[0] == "Network.requestWillBeSent"]
+            self.assertEqual((said, asked), ([], [sample.path.as_uri()]))
+
+    def test_no_script_runs_and_nothing_is_fetched(self):
+        """A copy of a page with what a text might smuggle in: the policy holds where quoting failed."""
+        (self.folder / "evil.css").write_text("h1 { color: #010203 }", encoding="utf-8")
+        (self.folder / "evil.js").write_text("document.title = 'ran'", encoding="utf-8")
+        evil = """<script>document.title = 'ran'</script><script src="evil.js"></script><base href="https://example.com/">
+          <img src="no.png" onerror="document.title = 'ran'"><link rel="stylesheet" href="evil.css">
+          <iframe src="evil.css"></iframe>
+          <a id="link" href="javascript:document.title = 'ran'">x</a><form action="no.html"><button id="send">x</button></form>"""
+        whole = self.pages["unit"].path.read_text(encoding="utf-8")
+        copy = self.folder / "evil.html"
+        copy.write_text(whole.replace("<h1", evil + "<h1", 1), encoding="utf-8")
+        title = re.search("<title>(.*?)</title>", whole)[1]
+        with self.browser.page() as page:
+            page.open(copy)
+            for button in ("link", "send"):
+                page.run(f"document.getElementById('{button}').click(), new Promise((done) => setTimeout(done, 200))")
+            self.assertEqual(page.run("[document.title, location.href, document.baseURI]"), [title, copy.as_uri(), copy.as_uri()])
+            got = [event[1]["response"]["url"] for event in page.events if event[0] == "Network.responseReceived"]
+            self.assertEqual([url for url in got if not url.startswith("data:")], [copy.as_uri()])  # those of error pages
+            self.assertNotEqual(page.run("getComputedStyle(document.querySelector('h1')).color"), "rgb(1, 2, 3)")
+
+    def test_nothing_stands_out_and_all_can_be_read(self):
+        for _, page in self.each():
+            looks = [(width, {"scheme": scheme}) for width in WIDTHS for scheme in ("light", "dark")]
+            for width, look in [*looks, (PRINTED, {"media": "print"})]:
+                page.look(width, **look)
+                with self.subTest(width=width, **look):
+                    self.assertEqual(page.run("page.faint()"), [])
+                    self.assertEqual(page.run("page.wide()"), [])
+
+    def test_read_out(self):
+        """What a screen reader is told: landmarks, headings in steps, cells with their headers, a name for everything."""
+        for sample, page in self.each():
+            told = page.read_out()
+            roles = [node.role for node in told]
+            self.assertEqual((roles.count("main"), roles.count("navigation")), (1, 1))
+            levels = [node.properties["level"] for node in told if node.role == "heading"]
+            self.assertEqual((levels[0], levels.count(1)), (1, 1))
+            self.assertLessEqual(max((after - before for before, after in zip(levels, levels[1:])), default=0), 1)
+            named = ("RootWebArea", "heading", "navigation", "image", "link", "table", "columnheader", "rowheader", "figure")
+            self.assertEqual([node.role for node in told if node.role in named and not node.name.strip()], [])
+            for table in (node for node in told if node.role == "table"):
+                rows = [node for node in told if node.role == "row" and node.inside("table") is table]
+                kinds = {node: [below.role for below in told if below.above and below.above[-1] is node] for node in rows}
+                self.assertEqual(set(kinds[rows[0]]), {"columnheader"})
+                for row in rows[1:]:
+                    self.assertEqual((kinds[row][0], len(kinds[row])), ("rowheader", len(kinds[rows[0]])))
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
