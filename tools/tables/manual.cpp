@@ -76,7 +76,7 @@ void print_manual(std::ostream& out) {
   for (const EnumerationTable& enumeration : library_enumerations()) {
     out << ".SS " << escaped(enumeration.name) << "\n" << escaped(enumeration.summary) << "\n";
     for (const Enumerator& value : enumeration.values) {
-      out << ".TP\n\\fB" << escaped(value.name) << "\\fR  \\(em " << escaped(std::to_string(value.value)) << "\n"
+      out << ".TP\n\\fB" << escaped(value.name) << "\\fR = " << escaped(std::to_string(value.value)) << "\n"
           << escaped(value.line) << "\n";
     }
   }

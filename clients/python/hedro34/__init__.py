@@ -15,6 +15,8 @@ Operations report failures to the error object (`SetError`) or in a message box,
 with a call itself is an `Error`.
 """
 
+from typing import TYPE_CHECKING
+
 from . import _classes as types
 from ._classes import HEDROTestImportObjectives, HEDROTestQuestionType, HEDROTestSourceType
 from ._errors import ArgumentTypeError, Error, MemberError, ArgumentValueError
@@ -64,3 +66,10 @@ __all__ = [
     "revoke_class",
     "types",
 ]
+
+
+if not TYPE_CHECKING:  # which would take it for a module that has every name
+
+    def __getattr__(name: str) -> object:
+        hint = f': hedro34.create("{name}") makes one' if f"HEDRO34.{name}" in types.CLASSES else ""
+        raise AttributeError(f'module "{__name__}" has no attribute "{name}"{hint}', name=name)

@@ -7,10 +7,11 @@ import inspect
 import pydoc
 import re
 import threading
+import tomllib
 import unittest
 from typing import Any
 
-from support import FORM, KEYS, ROOT, LibraryTest
+from support import CLIENT, FORM, KEYS, ROOT, LibraryTest
 
 import hedro34
 from hedro34 import _object, types
@@ -60,6 +61,19 @@ class Help(unittest.TestCase):
             for cls in (_object.class_named("clsHEDROTest"), types.clsHEDROTest):
                 member = inspect.getattr_static(cls, name)
                 self.assertEqual((isinstance(member, property), member.fset is not None), (True, written))
+
+
+    def test_one_version(self) -> None:
+        stated = re.search(r"^project\(HEDRO34 VERSION (\S+) ", (ROOT / "CMakeLists.txt").read_text(), re.M)
+        project = tomllib.loads((CLIENT / "pyproject.toml").read_text())
+        module, _, name = project["tool"]["setuptools"]["dynamic"]["version"]["attr"].rpartition(".")
+        self.assertEqual((module, project["project"]["dynamic"]), (types.__name__, ["version"]))
+        self.assertEqual({hedro34.__version__, getattr(types, name)}, {stated and stated[1]})
+
+    def test_a_class_is_not_called(self) -> None:
+        with self.assertRaisesRegex(AttributeError, r'hedro34.create\("clsHEDROTest"\) makes one$'):
+            getattr(hedro34, "clsHEDROTest")
+        self.assertFalse(hasattr(hedro34, "__path") or hasattr(hedro34, "clsHEDROTests"))
 
 
 HOSTILE = '<script>alert("1")</script> & \'\u202e\x1b[31m\ud83d\n' + "x" * 3000
