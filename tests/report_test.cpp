@@ -1,11 +1,15 @@
 // What a person looks at: the keys of each version as the sheet shows them, and the page.
 #include <gtest/gtest.h>
 
+#include <iterator>
+#include <regex>
 #include <sstream>
 
-#include "hedro34/documents/data_document.h"
+#include "hedro34/report/Report.h"
+#include "hedro34/report/html_text.h"
+#include "hedro34/report/key_layout.h"
 #include "hedro34/report/version_keys.h"
-#include "tests/support.h"
+#include "tests/merge_support.h"
 
 namespace hedro34::testing {
 namespace {
@@ -61,13 +65,13 @@ std::string shown(const std::vector<VersionKey>& versions) {
   return text;
 }
 
-struct KeyRow {
+struct KeyCase {
   const char* what;
   const char* document;
   const char* keys;
 };
 
-const KeyRow key_rows[] = {
+const KeyCase key_cases[] = {
     {"nothing", "", ":"},
     {"one version", "-AB *ABCD=2 *FGHJ=(1,3)", ": 2=2 B {2} 3=3 (F,H) {13}"},
     {"the document's own key as it stands", "*AB=2:(B) *AB=(2,1):(A,B)", ": 1=1 (B) {2} 2=2 (A,B) {21}"},
@@ -93,7 +97,7 @@ const KeyRow key_rows[] = {
 };
 
 TEST(Report, KeysAreAsTheSheetOfEachVersionShowsThem) {
-  for (const KeyRow& row : key_rows) {
+  for (const KeyCase& row : key_cases) {
     EXPECT_EQ(shown(version_keys(*document_of(row.document))), row.keys) << row.what;
   }
 }
@@ -102,6 +106,236 @@ TEST(Report, OrdersAreReadWhereEachHasAnIdentifier) {
   const auto document = document_of("*AB=1 *FG=2 | A:1,2 B:2,1");
   document->versions().version_answers().Add(u"C");
   EXPECT_EQ(shown(version_keys(*document)), ": 1=1 A {1} 2=2 G {2}");
+}
+
+struct TextRow {
+  const char16_t* text;
+  const char* on_page;
+};
+
+const TextRow text_rows[] = {
+    {u"a < b & c > \"d\" 'e' ]]>", "a &lt; b &amp; c &gt; &quot;d&quot; &#39;e&#39; ]]&gt;"},
+    {u"one\r\ntwo\rthree\n\nfour\tfive", "one\ntwo\nthree\n\nfour\tfive"},
+    {u"\x2028\x2029", "\n\n"},
+    {u"\x01\x1B\x7F\x85\x9F", "\u2401\u241B\u2421[U+0085][U+009F]"},
+    {u"a\x202E\x2066z\x2069", "a<small>[U+202E]</small><small>[U+2066]</small>z<small>[U+2069]</small>"},
+    {u"\x200E\x200F\x061C\xA0\xE9\xFFFF", "\u200E\u200F\u061C\u00A0\u00E9\uFFFF"},
+    {u"\xD83D\xDE00<\xD83D", "\U0001F600&lt;\uFFFD"},
+};
+
+TEST(Report, TextsOfFilesAreTextOnThePage) {
+  for (const TextRow& row : text_rows) {
+    EXPECT_EQ(HtmlText().text(row.text).str(), row.on_page);
+    std::string in_attribute = row.on_page;
+    for (const std::string tag : {"<small>", "</small>"}) {
+      for (std::size_t at; (at = in_attribute.find(tag)) != std::string::npos;) in_attribute.erase(at, tag.size());
+    }
+    EXPECT_EQ(HtmlText().attribute(row.text).str(), in_attribute);
+  }
+  EXPECT_EQ(HtmlText().text(String(u"\0", 1)).str(), "\u2400");
+}
+
+// What is on the page from its heading on, for a person: a line for each line of the page that shows anything, without markup,
+// filled bubbles in brackets.
+std::string seen(const Report& report) {
+  const std::string page = report.to_html();
+  std::string text;
+  std::string filled;
+  for (std::size_t at = page.find("<body"); at < page.size(); ++at) {
+    if (page[at] != '<') {
+      if (page[at] != '\n' || text.empty() || text.back() != '\n') text += page[at];
+      continue;
+    }
+    const std::size_t end = page.find('>', at);
+    const std::string tag = page.substr(at, end - at + 1);
+    at = end;
+    if (tag == "<bdi class=\"filled\">") {
+      text += '[';
+      filled = "]";
+    } else if (tag == "</bdi>" || tag == "</td>" || tag == "</th>" || tag == "</li>" || tag == "</dt>") {
+      text += std::exchange(filled, "") + ' ';
+    }
+  }
+  static const std::regex blanks(" +"), breaks(" ?\n[ \n]*");
+  return std::regex_replace(std::regex_replace(text, blanks, " "), breaks, "\n");
+}
+
+TEST(Report, PageOfASmallMerge) {
+  Merging m(
+      "V:AB N:- Q1:*ABCDE Q2:*ABCDE | X#7:-,- X#7:-,-",
+      {test_of({{u"a", mc, 2, {2}, {u"Add"}}, {u"b", mc, 3, {1, 3}, {u"Add", u"Carry"}}, {u"s", subjective, 0, {}}}),
+       test_of({{u"b", mc, 3, {1, 3}}, {u"a", mc, 2, {2}}, {u"s", subjective, 0, {}}}, u"B")});
+  const auto first = m.merge->Tests->Item(1);
+  first->MultipleChoiceEvenScale = strings_of(u"FGHJ");
+  first->Questions->Item(3)->SubjectivePoints = 2.5F;
+  first->Sequences->AddDefault(first->Questions, u"A");
+  ASSERT_TRUE(first->AddSequence(m.merge->Tests->Item(2)));
+  first->add_left_out({LeftOut::What::Removed, 4, u"17", HEDROTestQuestionTypeEssay, {}});
+  first->add_left_out({LeftOut::What::NotCarried, 2, u"b", mc, u"equation"});
+  m.merge->SequenceQuestion = 1;
+  ASSERT_TRUE(m.merge->Merge());
+
+  const auto report = make<Report>();
+  report->Document = m.merge->WENKTD;
+  report->Form = m.merge->TemplateOut;
+  report->Title = u"Sums";
+  report->AddTest(first);
+  report->AddTest(m.merge->Tests->Item(2));
+  report->AddMessage(u"Box\r\nText");
+  EXPECT_EQ(seen(*report), R"(
+Sums
+Answer sheet and keys
+2 graded questions
+1 subjective question
+4 fields not graded
+2 versions
+2 objectives
+2 pages
+To look at first
+Answer sheet
+Key A
+Key B
+Questions
+Objectives
+Left out
+To look at first
+Questions removed: 1. See “Left out” below.
+Pieces of questions not carried: 1. See “Left out” below.
+Messages
+Box
+Text
+Answer sheet
+Filled bubbles are the key of version A . Fields with a broken line are not graded.
+Page 1
+V A B not graded
+N no choices not graded
+Q1 A [B] C D
+Q2 [F] G [H] J
+Page 2
+X
+X no choices not graded
+X no choices not graded
+X goes on here
+no choices
+no choices
+Subjective1 2.5 points
+Key of version A
+Key of 2 graded fields
+Field Key
+Q1 B
+Q2 (F,H)
+Key of version B
+Key of 2 graded fields, with the question of the first version that stands at each
+Field Key In A
+Q1 (A,C) Q2
+Q2 G Q1
+Questions
+Q1
+? a
+A answer
+[B] answer correct
+Key B
+Points 1 correct, 0 incorrect, 0 without a response
+ID a
+Type multiple choice
+Objectives Add
+Place A : Q1 , B : Q2
+Q2
+? b
+[F] answer correct
+G answer
+[H] answer correct
+Key (F,H)
+Points 1 correct, 0 incorrect, 0 without a response
+ID b
+Type multiple choice
+Objectives Add Carry
+Place A : Q2 , B : Q1
+Subjective1
+? s
+Points 2.5 at most, given by hand
+ID s
+Type subjective
+Objectives
+Objectives and the questions that test them
+Objective Questions
+Add Q1 , Q2
+Carry Q2
+Left out
+Test 1, version A
+Questions removed
+Number in the file ID Type
+4 17 essay
+Not carried
+Number in the file ID What
+2 b equation
+Test 2, version B
+Nothing was removed, and all content was carried.
+)");
+}
+
+// One question, whose every text would do harm as markup.
+TEST(Report, NoTextIsMarkup) {
+  const String harm = u"\"><b id='harm'>&";
+  auto test = test_of({{u"a", mc, 2, {2}, {harm.c_str()}}}, harm);
+  const auto question = test->Questions->Item(1);
+  question->ID = question->QuestionText = question->Topic = question->Difficulty = question->Reference = harm;
+  question->Keywords = question->Notes = question->Miscellaneous = test->Title = harm;
+  question->Answers->SetItem(1, harm);
+  test->MultipleChoiceOddScale->SetItem(1, harm);
+  test->add_left_out({LeftOut::What::NotCarried, 1, harm, mc, harm});
+  Merging m("V:AB Q1:*ABC,*DEF", {test});
+  for (const auto& region : m.form->pages().all().front()->regions().all()) region->SetName(harm);
+  ASSERT_TRUE(m.merge->Merge());
+  m.document().versions().version_answers().Add(harm);
+  const auto report = make<Report>();
+  report->Document = m.merge->WENKTD;
+  report->Form = m.merge->TemplateOut;
+  report->AddTest(test);
+  report->AddMessage(harm);
+  const std::string page = report->to_html();
+  EXPECT_EQ(page.find("id='harm'"), std::string::npos);
+  EXPECT_EQ(page.find("<b "), std::string::npos);
+  const char* const sections[] = {"<title",        "<header",    "<nav",           "id=\"look-first",
+                                  "id=\"sheet",    "id=\"key-1", "id=\"questions", "id=\"objectives",
+                                  "id=\"left-out", "</main"};
+  for (std::size_t i = 0; i + 1 < std::size(sections); ++i) {
+    const std::size_t start = page.find(sections[i]);
+    const std::string section = page.substr(start, page.find(sections[i + 1], start) - start);
+    EXPECT_NE(section.find("&quot;&gt;&lt;b id=&#39;harm&#39;&gt;&amp;"), std::string::npos) << section;
+  }
+}
+
+TEST(Report, ObjectsOfAHostGiveTheSamePage) {
+  struct Listener : CallListener {
+    void called(std::string_view, std::string_view member) override {
+      if (member == fails) throw Failure(1234, u"of the host");
+    }
+    std::string_view fails = "";
+  } listener;
+  ForwardingHost host(listener);
+  Merging m("V:AB Q1:*ABCD,*AB | Q2:*ABCDE", {test_of({{u"a", mc, 4, {2}, {u"Add"}}, {u"b", tf, 2}})});
+  m.merge->TemplateIn = host.wrap(m.form);
+  ASSERT_TRUE(m.merge->Merge());
+  const auto report = make<Report>();
+  report->Document = m.merge->WENKTD;
+  report->Form = m.merge->TemplateOut;
+  const std::string page = report->to_html();
+  for (const char* member : {"Questions", "QuestionText", "AsArray", "QuestionNames", "VersionMode"}) {
+    listener.fails = member;
+    EXPECT_EQ(failure_of([&] { report->to_html(); }), 1234) << member;
+  }
+  listener.fails = "";
+  report->Document = unwrapped(report->Document);
+  report->Form = unwrapped(report->Form);
+  EXPECT_EQ(report->to_html(), page);
+}
+
+TEST(Report, AKeyPrintsAsLargeAsOnePageTakes) {
+  const auto layout = [](std::size_t rows, KeyRow row) { return key_layout(std::vector<KeyRow>(rows, row)); };
+  const KeyLayout few = layout(20, {3, 1, 3, 0}), many = layout(1'000, {5, 7, 5, 0});
+  EXPECT_TRUE(few.fits && few.columns == 1 && many.fits && many.columns > few.columns && many.points < few.points);
+  EXPECT_FALSE(layout(10'000, {5, 1, 0, 0}).fits || layout(20, {3, 1'000'000, 0, 0}).fits);
 }
 
 }  // namespace

@@ -8,18 +8,18 @@ namespace {
 // What is left of A4 in width and of Letter in height by the margins of the page, in millimetres; of the height also the
 // heading and the head of the table.
 constexpr double page_width = 184;
-constexpr double page_height = 225;
-constexpr double gap = 4;  // between columns
+constexpr double page_height = 226;
+constexpr double gap = 3;  // between columns
 
 constexpr double millimetres = 25.4 / 72;  // of a point
-constexpr double character = 0.6;          // the width of an average character in the font size
-constexpr double line = 1.3;               // the height of a line in the font size
-constexpr double cell_padding = 0.6;       // of each cell, in the font size
+constexpr double character = 0.62;         // the width of a character in the font size, as keys have them
+constexpr double line = 1.15;              // the height of a line in the font size
+constexpr double cell_padding = 0.35;      // what is left free beside each text, in the font size
 constexpr double rule = 0.3;               // below each row
 
 constexpr std::size_t widest_part = 24;   // a longer text takes several lines
 constexpr std::size_t most_rows = 5'000;  // no page holds more in the smallest print
-constexpr std::array sizes = {10.0, 9.0, 8.0, 7.0, 6.5, 6.0, 5.5, 5.0, 4.5, 4.0};
+constexpr std::array sizes = {11.0, 10.0, 9.0, 8.0, 7.0, 6.5, 6.0, 5.5, 5.0, 4.5, 4.0, 3.5};
 constexpr int most_columns = 14;
 
 double height_of(const std::vector<KeyRow>& rows, const KeyLayout& layout, double& highest) {

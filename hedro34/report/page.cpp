@@ -15,6 +15,9 @@ constexpr std::string_view head =
 <meta name="format-detection" content="telephone=no">
 <title>)";
 
+// Whether a browser is to lay out only what is looked at.
+bool is_long(const ReportData& data) { return data.questions.size() * (data.versions.size() + 1) > 1'000; }
+
 void write_counts(HtmlText& html, const ReportData& data) {
   const auto item = [&](std::int64_t count, std::string_view one, std::string_view many) {
     html.raw("<li>");
@@ -72,7 +75,11 @@ void write_first(HtmlText& html, const ReportData& data, const std::vector<Strin
 std::string page_of(const ReportData& data, StringView title, const std::vector<String>& messages) {
   HtmlText html;
   html.raw(head).text(title).raw(" – answer sheet and keys</title>\n<style>\n").raw(page_style());
-  html.raw("</style>\n</head>\n<body>\n<header>\n<h1><bdi>").text(title).raw("</bdi></h1>\n");
+  html.raw("</style>\n</head>\n")
+      .raw(is_long(data) ? "<body class=\"many\">\n" : "<body>\n")
+      .raw("<header>\n<h1><bdi>")
+      .text(title)
+      .raw("</bdi></h1>\n");
   html.raw("<p class=\"what\">Answer sheet and keys</p>\n");
   write_counts(html, data);
   html.raw("</header>\n");

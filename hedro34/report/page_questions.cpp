@@ -85,7 +85,9 @@ class Questions {
     return place.question == number ? place.answers : none;
   }
 
-  void begin(std::string_view name) { html_.raw("<div><dt>").raw(name).raw("</dt><dd>"); }
+  void begin(std::string_view name, bool takes_whole_line = false) {
+    html_.raw(takes_whole_line ? "<div class=\"whole\"><dt>" : "<div><dt>").raw(name).raw("</dt><dd>");
+  }
   void end() { html_.raw("</dd></div>\n"); }
 
   void write_facts(std::int32_t number, const ReportQuestion& question, const KeyPlace& place) {
@@ -131,7 +133,7 @@ class Questions {
 
   void write_objectives_of(const ReportQuestion& question) {
     if (question.objectives.empty()) return;
-    begin("Objectives");
+    begin("Objectives", true);
     html_.raw("<ul>");
     for (const std::int32_t position : question.objectives) {
       html_.raw("<li dir=\"auto\">").text(data_.objectives[static_cast<std::size_t>(position - 1)]).raw("</li>");
@@ -141,7 +143,7 @@ class Questions {
   }
 
   void write_places(std::int32_t number) {
-    begin("Place");
+    begin("Place", true);
     for (std::size_t v = 0; v < places_.size(); ++v) {
       const std::int32_t field = places_[v][static_cast<std::size_t>(number - 1)];
       html_.raw(v == 0 ? "<bdi>" : ", <bdi>").text(data_.versions[v].label).raw("</bdi>: ");

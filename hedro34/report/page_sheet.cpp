@@ -45,7 +45,7 @@ class Sheet {
   void write_region(const ReportRegion& region) {
     begin_item();
     html_.raw("<li class=\"region\"><p class=\"name\"><bdi>").text(region.name).raw("</bdi>");
-    if (region.continues) html_.raw(" <span class=\"tag\">goes on here; graded above</span>");
+    if (region.continues) html_.raw(" <span class=\"tag\">goes on here</span>");
     html_.raw("</p>\n<ul>\n");
     for (const ReportField& field : region.fields) {
       if (region.continues) {

@@ -48,6 +48,7 @@ nav a { display: inline-block; padding: 0.15rem 0; }
 .messages li { background: var(--card); white-space: pre-wrap; }
 
 .bubbles { display: inline-flex; flex-wrap: wrap; gap: 0.2rem; max-width: 100%; vertical-align: middle; }
+.fields .bubbles bdi { max-height: 8rem; overflow: hidden; }
 .bubbles bdi, .choices bdi {
   display: inline-block; min-width: 1.75em; max-width: 100%; padding: 0 0.4em; border: 1px solid var(--ink);
   border-radius: 0.9em; font-size: 0.85rem; line-height: 1.6; text-align: center; white-space: pre-wrap;
@@ -80,6 +81,7 @@ th bdi, td bdi { white-space: pre-wrap; }
 .keys { columns: 13rem; column-gap: 1.5rem; }
 .keys caption { column-span: all; }
 .keys thead, .keys tbody { display: contents; }
+.keys th, .keys td { padding: 0; }
 .keys tr {
   display: grid; grid-template-columns: var(--parts); padding: 0.1rem 0; border-bottom: 1px solid var(--line);
   break-inside: avoid;
@@ -93,14 +95,16 @@ th bdi, td bdi { white-space: pre-wrap; }
 .choices li { display: flex; flex-wrap: wrap; align-items: baseline; gap: 0.1rem 0.5rem; margin: 0.2rem 0; }
 .choices span[dir] { min-width: 0; white-space: pre-wrap; }
 .choices .correct span[dir] { font-weight: 600; }
-dl { margin: 0.4rem 0 0; }
-dl div { display: flex; flex-wrap: wrap; gap: 0 0.5rem; }
-dt { min-width: 6.5em; }
-dd { margin: 0; min-width: 0; max-width: 100%; flex: 1 1 12rem; }
+dl { display: flex; flex-wrap: wrap; gap: 0 1.5rem; margin: 0.4rem 0 0; }
+dl div { display: flex; flex-wrap: wrap; gap: 0 0.4rem; min-width: 0; max-width: 100%; }
+dl .whole { flex: 1 0 100%; }
+dt::after { content: ":"; }
+dd { margin: 0; min-width: 0; max-width: 100%; }
 dd span[dir], dd li { white-space: pre-wrap; }
 
 @media screen {
-  .fields, .question { content-visibility: auto; contain-intrinsic-size: auto 14rem; }
+  .many .fields, .many .question { content-visibility: auto; contain-intrinsic-size: auto 14rem; }
+  .many .keys { content-visibility: auto; contain-intrinsic-size: auto 30rem; }
 }
 @media (forced-colors: active) {
   bdi.filled { forced-color-adjust: none; background: CanvasText; border-color: CanvasText; color: Canvas; }
@@ -117,7 +121,7 @@ dd span[dir], dd li { white-space: pre-wrap; }
   .bubbles bdi, .choices bdi { font-size: 8.5pt; }
   .key { break-before: page; }
   .key:not(.long) { break-inside: avoid; }
-  .keys { columns: var(--columns); column-gap: 4mm; font-size: var(--print); line-height: 1.25; }
+  .keys { max-width: calc(var(--columns) * 90mm); columns: var(--columns); column-gap: 3mm; font: var(--print)/1.15 Arial, "Liberation Sans", Helvetica, sans-serif; }
   .keys tr { padding: 0; }
   .keys caption { font-size: 9pt; }
   #questions { break-before: page; }

@@ -62,6 +62,7 @@ ReportData::ReportData(WENKtdDocument& document, TIBTemplate* form, const std::v
     if (questions[i].name.empty()) questions[i].name = u"Field " + decimal(static_cast<std::int64_t>(i + 1));
   }
   find_asked();
+  note_left_out();
   note_versions(document);
   for (const VersionKey& version : versions) note_keys(version);
 }
@@ -134,6 +135,18 @@ void ReportData::find_asked() {
     if (found->QuestionText != StringView(question.text)) continue;
     question.asked = found;
     if (question.subjective && !question.graded) question.subjective_points = found->SubjectivePoints;
+  }
+}
+
+void ReportData::note_left_out() {
+  std::int64_t removed = 0;
+  std::int64_t not_carried = 0;
+  for (const auto& test : tests) {
+    for (const LeftOut& lost : test->left_out()) ++(lost.what == LeftOut::What::Removed ? removed : not_carried);
+  }
+  if (removed > 0) notices.push_back(u"Questions removed: " + decimal(removed) + u". See “Left out” below.");
+  if (not_carried > 0) {
+    notices.push_back(u"Pieces of questions not carried: " + decimal(not_carried) + u". See “Left out” below.");
   }
 }
 

@@ -49,6 +49,7 @@ struct ReportData {
   void read_objectives(WENKtdDocument& document);
   void read_form(WENKtdDocument& document, TIBTemplate& form);
   void find_asked();
+  void note_left_out();
   void note_versions(WENKtdDocument& document);
   void note_keys(const VersionKey& version);
 };
