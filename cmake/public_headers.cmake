@@ -43,6 +43,7 @@ set(public_headers
   hedro34/model/question_id.h
   hedro34/import/BuildTestFromKTD.h
   hedro34/merge/clsHEDRO.h
+  hedro34/merge/version_differences.h
   hedro34/report/Report.h
   hedro34/report/version_keys.h
   hedro34/component/binary.h

@@ -4,6 +4,7 @@
 //   clsHEDROTestQuestion         a plain record; `Answers`, `CorrectAnswers`, points, texts, `ID`, type
 //   FormTemplate                 a form: pages, regions, fields; `Load` and `Save`
 //   clsHEDRO                     the merge: `Tests`, `TemplateIn`, `TemplateOut`, `WENKTD`, then `RemoveInvalid` and `Merge`
+//   VersionComparison            how further versions of a test differ from it, by the rules of a merge
 //   DataDocument                 what a merge fills: names, keys, texts, objectives, versions; `Load` and `Save`
 //   Report                       the page that a person looks at before the sheets go out: `to_html` and `Save`
 //   version_keys                 the keys of a data document, version by version, as each field of the sheet shows them
@@ -47,6 +48,7 @@
 #include "hedro34/import/BuildTestFromKTD.h"
 
 #include "hedro34/merge/clsHEDRO.h"
+#include "hedro34/merge/version_differences.h"
 
 #include "hedro34/report/Report.h"
 #include "hedro34/report/version_keys.h"

@@ -6,7 +6,9 @@
 #include "hedro34/documents/data_document.h"
 #include "hedro34/documents/form_template.h"
 #include "hedro34/merge/clsHEDRO.h"
+#include "hedro34/merge/version_differences.h"
 #include "hedro34/report/Report.h"
+#include "host/compare.h"
 #include "host/input.h"
 #include "host/left_out.h"
 #include "host/load.h"
@@ -76,8 +78,9 @@ class MergeRoad {
   void compare_versions() {
     const auto first = merge_->Tests->Item(1);
     const std::string first_path = shown(command_.tests.front());
+    const VersionComparison comparison(first);  // before there are sequences of further versions
     if (!asked([&] { return merge_->ValidTestVersions(); })) {
-      answered_false("ValidTestVersions", "the versions of " + first_path);
+      answered_false("ValidTestVersions", "the versions of " + first_path, first_difference(comparison, true));
     }
     if (first->Sequences->Count() == 0 &&
         !asked([&] { return first->Sequences->AddDefault(first->Questions, first->Version); })) {
@@ -86,9 +89,26 @@ class MergeRoad {
     for (std::size_t i = 1; i < command_.tests.size(); ++i) {
       const auto version = merge_->Tests->Item(static_cast<std::int32_t>(i + 1));
       if (!asked([&] { return first->AddSequence(version); })) {
-        answered_false("AddSequence", shown(command_.tests[i]) + " as a version of " + first_path);
+        answered_false("AddSequence", shown(command_.tests[i]) + " as a version of " + first_path,
+                       first_difference(comparison, false));
       }
     }
+  }
+
+  // The first difference at which an operation answers False, as the end of a line; empty when there is none.
+  std::string first_difference(VersionComparison comparison, bool in_validation) const {
+    std::string first;
+    std::size_t count = 0;
+    for (std::size_t i = 1; i < command_.tests.size(); ++i) {
+      for (const VersionDifference& each : comparison.next(*merge_->Tests->Item(static_cast<std::int32_t>(i + 1)))) {
+        if (first.empty() && refuses_validation(each.kind) == in_validation) {
+          first = "; " + line_of(each, command_.tests, i);
+        }
+        ++count;
+      }
+    }
+    if (first.empty() || count == 1) return first;
+    return first + " (and " + std::to_string(count - 1) + " more: hedro34 compare lists them)";
   }
 
   // Runs an operation and gives its answer; what the library says from here on belongs to it.
@@ -98,14 +118,15 @@ class MergeRoad {
     return operation();
   }
 
-  [[noreturn]] void answered_false(const std::string& operation, const std::string& where) const {
+  [[noreturn]] void answered_false(const std::string& operation, const std::string& where,
+                                   const std::string& more = {}) const {
     const char* reason = "it gave no reason";
     if (messages_.count() > said_before_) {
       reason = "the message above says why";
     } else if (command_.quiet) {
       reason = "run it without --quiet to see why";
     }
-    throw Stop(ExitCode::AnsweredFalse, operation + " answered False: " + where + ": " + reason);
+    throw Stop(ExitCode::AnsweredFalse, operation + " answered False: " + where + ": " + reason + more);
   }
 
   void stop_after_failures() const {

@@ -271,6 +271,74 @@ class Report(ProgramTest):
         self.assertEqual(self.files(), before)
 
 
+class Compare(ProgramTest):
+    """A test of three questions and an essay, and further versions of it."""
+
+    def setUp(self):
+        super().setUp()
+        self.questions = [question("e", "es"), *[question(identity, "mc", "B", THREE) for identity in "xyz"]]
+        self.file("a.xml", examview(*self.questions, version="A"))
+
+    def version(self, name, *questions, version="B"):
+        self.file(name, examview(*questions, version=version))
+        return name
+
+    def test_differences(self):
+        e, x, y, z = self.questions
+        same = self.version("b.xml", z, x, y)
+        self.assertEqual(self.run_program("compare", "a.xml", same).out,
+                         "No differences: merge takes b.xml as a version of a.xml\n")
+        other = self.version("c.xml", e, question("y", "mc", "", THREE), question("X", "mc", "A", THREE[:2]),
+                             question("w", "tf", "T"), version="b")
+        outcome = self.run_program("compare", "a.xml", same, other, code=1)
+        self.assertEqual(outcome.out, "c.xml: question 3 (ID x): 2 choices, in a.xml 3\n"
+                         "c.xml: question 3 (ID x): key is A, in a.xml B\n"
+                         "c.xml: question 2 (ID y): key is none, in a.xml B\n"
+                         "c.xml: question 4 (ID z) of a.xml is missing\n"
+                         "c.xml: question 4 (ID w) is not in a.xml\n"
+                         'c.xml: version label "b" is used already: b.xml has "B"\n')
+        self.assertEqual(outcome.line, "hedro34: merge would not take c.xml as a version of a.xml")
+        members = [["answers", "x", "3", "2"], ["key", "x", "B", "A"], ["key", "y", "B", ""], ["missing", "z", "4", ""],
+                   ["new", "w", "", "4"], ["label", "", "B", "b"]]
+        differences = [dict(zip(["kind", "id", "first", "here"], each)) for each in members]
+        expected = {"tests": [{"file": same, "version": "B", "same": True, "differences": []},
+                              {"file": other, "version": "b", "same": False, "differences": differences}]}
+        found = json.loads(self.run_program("compare", "--json", "a.xml", same, other, code=1).out)
+        self.assertEqual(json.dumps(found), json.dumps(expected))  # as text, so that the order of the members counts
+
+        # `merge` names the first difference at which it stops.
+        files = ["--form", "f", "--form-out", "g", "--document-out", "d", "--quiet"]
+        self.run_program("form", "--questions", "3", "--choices", "3", "--out", "f")
+        label = self.version("d.xml", x, y, z, version="a")
+        for tests, end in [
+            (["a.xml", label, same, other], "; c.xml: question 3 (ID x): 2 choices, in a.xml 3 (and 6 more: hedro34 compare lists them)"),
+            (["a.xml", same, label], '; d.xml: version label "a" is used already: a.xml has "A"'),
+        ]:
+            self.assertTrue(self.run_program("merge", *files, *tests, code=1).line.endswith(end))
+
+    def test_exit_codes(self):
+        with open(self.folder / "a.xml", "rb") as stdin:
+            self.assertIn("version of standard input\n", self.run_program("compare", "-", self.version("b.xml", *self.questions),
+                                                                          stdin=stdin).out)
+        twice = self.version("twice.xml", *self.questions, self.questions[1])
+        self.file("sub.ktd", {"format": "hedro34-ktd", "version": 1, "questions": [{"graded": True}]})
+        essay = self.version("essay.xml", self.questions[0])
+        for code, name, line in [
+            (3, "gone.xml", "cannot read the test: gone.xml: No such file"),
+            (1, essay, "RemoveInvalid answered False: essay.xml: no question is true/false"),
+            (1, "sub.ktd", "RemoveInvalid answered False: sub.ktd: no question is true/false"),
+            (5, twice, "done, but the failures above were reported"),
+        ]:
+            with self.subTest(name):
+                outcome = self.run_program("compare", "a.xml", name, code=code)
+                self.assertIn("hedro34: " + line, outcome.line)
+        # A key that cannot be held against another is reported, as it is in a merge.
+        for name, label in [("p.xml", "P"), ("q.xml", "Q")]:
+            self.version(name, question("x", "mc", "~", THREE), version=label)
+        outcome = self.run_program("compare", "p.xml", "q.xml", code=5)
+        self.assertIn("Error# 6: Overflow, Location: HEDRO34 - clsHEDROTestCorrect.GetBitWiseRepresentation", outcome.err)
+
+
 class Examples(ProgramTest):
     """What the README of the examples promises."""
 
@@ -316,6 +384,9 @@ class Examples(ProgramTest):
                 outcome = run("merge", *options, *self.FILES, "versions/unit-a.xml", f"versions/{name}", cwd=self.folder)
                 self.assertEqual((outcome.code, self.said()), (1, [(title, 1)]), outcome)
                 self.assertIn(f"hedro34: {operation} answered False", outcome.line)
+                said = run("compare", "unit-a.xml", name, cwd=self.folder / "versions").out
+                self.assertEqual(said, "".join(re.findall(rf"^{name}: .*\n", readme, re.MULTILINE)) or
+                                 f"No differences: merge takes {name} as a version of unit-a.xml\n")
 
 
 if __name__ == "__main__":

@@ -25,9 +25,15 @@ Ref<clsHEDROTestCorrect> clsHEDROTestCorrect::Copy() const {
 }
 
 std::int32_t clsHEDROTestCorrect::GetBitWiseRepresentation() const {
-  return trap<std::int32_t>(here(u"GetBitWiseRepresentation"), [&](auto& result) {
-    for (std::int32_t i = 1; i <= items_.count(); ++i) result = to_int32(result + std::exp2(items_.at(i) - 1));
-  });
+  return trap<std::int32_t>(here(u"GetBitWiseRepresentation"), [&](auto& result) { add_bits(result); });
+}
+
+std::int32_t clsHEDROTestCorrect::bits() const noexcept {
+  return quietly<std::int32_t>([&](auto& result) { add_bits(result); });
+}
+
+void clsHEDROTestCorrect::add_bits(std::int32_t& sum) const {
+  for (std::int32_t i = 1; i <= items_.count(); ++i) sum = to_int32(sum + std::exp2(items_.at(i) - 1));
 }
 
 void clsHEDROTestCorrect::ConvertBitWiseRepresentation(std::int32_t BitWiseValue) {

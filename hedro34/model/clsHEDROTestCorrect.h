@@ -24,8 +24,14 @@ class clsHEDROTestCorrect final : public Collection<clsHEDROTestCorrect, std::in
   // The set as one value, 0 for none. A number above 31 does not fit: failure 6, and the sum so far is returned.
   std::int32_t GetBitWiseRepresentation() const;
 
+  // The same, without a report. Not to be seen by name.
+  std::int32_t bits() const noexcept;
+
   // Replaces the set by the numbers of the bits 0 to 30, in ascending order. Bit 31 is not looked at.
   void ConvertBitWiseRepresentation(std::int32_t BitWiseValue);
+
+ private:
+  void add_bits(std::int32_t& sum) const;
 };
 
 }  // namespace hedro34

@@ -26,7 +26,10 @@ def merges():
     good = [versions / f"unit-{letter}.xml" for letter in "abcd"]
     together = ["merge", "--form", versions / "unit.form.json", "--sequence-question", "1", *OUTPUTS]
     yield [*together, *good]
+    yield ["compare", *good]
+    yield ["compare", *sorted(versions.glob("*.xml"))]
     for refused in sorted(versions.glob("refused-*.xml")):
+        yield ["compare", "--json", good[0], refused]
         yield [*together, good[0], refused]
 
 
