@@ -219,11 +219,13 @@ X goes on here
 no choices
 no choices
 Subjective1 2.5 points
+Sums
 Key of version A
 Key of 2 graded fields
 Field Key
 Q1 B
 Q2 (F,H)
+Sums
 Key of version B
 Key of 2 graded fields, with the question of the first version that stands at each
 Field Key In A

@@ -19,7 +19,7 @@ constexpr double rule = 0.3;               // below each row
 
 constexpr std::size_t widest_part = 24;   // a longer text takes several lines
 constexpr std::size_t most_rows = 5'000;  // no page holds more in the smallest print
-constexpr std::array sizes = {11.0, 10.0, 9.0, 8.0, 7.0, 6.5, 6.0, 5.5, 5.0, 4.5, 4.0, 3.5};
+constexpr std::array sizes = {13.0, 12.0, 11.0, 10.0, 9.0, 8.0, 7.0, 6.5, 6.0, 5.5, 5.0, 4.5, 4.0, 3.5};
 constexpr int most_columns = 14;
 
 double height_of(const std::vector<KeyRow>& rows, const KeyLayout& layout, double& highest) {

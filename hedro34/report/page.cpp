@@ -87,7 +87,7 @@ std::string page_of(const ReportData& data, StringView title, const std::vector<
   html.raw("<main>\n");
   write_first(html, data, messages);
   write_sheet(html, data);
-  write_keys(html, data);
+  write_keys(html, data, title);
   write_questions(html, data);
   write_objectives(html, data);
   write_left_out(html, data);

@@ -21,7 +21,7 @@ std::string page_of(const ReportData& data, StringView title, const std::vector<
 
 // The sections, in the order of the page. Each writes itself whole, or nothing when there is nothing to say.
 void write_sheet(HtmlText& html, const ReportData& data);
-void write_keys(HtmlText& html, const ReportData& data);
+void write_keys(HtmlText& html, const ReportData& data, StringView title);
 void write_questions(HtmlText& html, const ReportData& data);
 void write_objectives(HtmlText& html, const ReportData& data);
 void write_left_out(HtmlText& html, const ReportData& data);

@@ -1,4 +1,6 @@
 // The key of each version in its own order, as a table that prints on one page.
+#include <cmath>
+
 #include "hedro34/report/key_layout.h"
 #include "hedro34/report/page.h"
 
@@ -29,23 +31,38 @@ KeyLayout layout_of(const ReportData& data, const VersionKey& version, bool with
 
 void write_row(HtmlText& html, const ReportData& data, const KeyPlace& place, bool with_origin) {
   const StringView remark = remark_on(place);
-  html.raw(remark.empty() ? "<tr role=\"row\" data-field=\"" : "<tr role=\"row\" class=\"remarked\" data-field=\"");
-  html.number(place.field).raw("\"><th role=\"rowheader\" scope=\"row\"><bdi>");
-  html.text(data.question(place.field).name).raw("</bdi></th><td role=\"cell\" class=\"key\"><bdi>");
+  html.raw(remark.empty() ? "<tr data-field=\"" : "<tr class=\"remarked\" data-field=\"");
+  html.number(place.field).raw("\"><th scope=\"row\"><bdi>");
+  html.text(data.question(place.field).name).raw("</bdi></th><td class=\"key\"><bdi>");
   html.text(place.key).raw("</bdi>");
   if (!remark.empty()) html.raw(" <span class=\"fault\">").text(remark).raw("</span>");
   html.raw("</td>");
-  if (with_origin) html.raw("<td role=\"cell\"><bdi>").text(origin_of(data, place)).raw("</bdi></td>");
+  if (with_origin) html.raw("<td><bdi>").text(origin_of(data, place)).raw("</bdi></td>");
   html.raw("</tr>\n");
 }
 
-void write_key(HtmlText& html, const ReportData& data, std::size_t v) {
+// How the width of a row is shared among its cells, in percent.
+void write_widths(HtmlText& html, const KeyLayout& layout, std::size_t cells) {
+  double all = 0;
+  for (std::size_t i = 0; i < cells; ++i) all += static_cast<double>(layout.parts[i]);
+  html.raw("<colgroup>");
+  for (std::size_t i = 0; i < cells; ++i) {
+    html.raw("<col style=\"width:").number(std::lround(100 * static_cast<double>(layout.parts[i]) / all)).raw("%\">");
+  }
+  html.raw("</colgroup>\n");
+}
+
+void write_key(HtmlText& html, const ReportData& data, StringView title, std::size_t v) {
   const VersionKey& version = data.versions[v];
   const bool with_origin = v > 0;
   const KeyLayout layout = layout_of(data, version, with_origin);
   const auto number = static_cast<std::int64_t>(v + 1);
   html.raw(layout.fits ? "<section class=\"key\" id=\"key-" : "<section class=\"key long\" id=\"key-").number(number);
-  html.raw("\">\n<h2>Key");
+  html.raw("\">\n<p class=\"of\"><bdi>")
+      .text(title)
+      .raw("</bdi></p>\n<h2 id=\"name-of-key-")
+      .number(number)
+      .raw("\">Key");
   if (!version.label.empty()) html.raw(" of version <bdi>").text(version.label).raw("</bdi>");
   html.raw("</h2>\n");
   std::int64_t rows = 0;
@@ -54,20 +71,18 @@ void write_key(HtmlText& html, const ReportData& data, std::size_t v) {
     html.raw("<p>No field is graded.</p>\n</section>\n");
     return;
   }
-  html.raw("<table role=\"table\" class=\"keys\" data-version=\"").attribute(version.label);
-  html.raw("\" style=\"--columns:").number(layout.columns);
-  html.raw(";--print:").real(layout.points).raw("pt;--parts:");
-  for (std::size_t i = 0; i < (with_origin ? 3U : 2U); ++i) {
-    html.raw(i == 0 ? "minmax(0," : " minmax(0,").number(static_cast<std::int64_t>(layout.parts[i])).raw("fr)");
-  }
-  html.raw("\">\n<caption>Key of ");
+  html.raw("<p class=\"legend\" id=\"about-key-").number(number).raw("\">Key of ");
   write_count(html, rows, "graded field", "graded fields");
   if (with_origin) html.raw(", with the question of the first version that stands at each");
-  html.raw(
-      "</caption>\n<thead role=\"rowgroup\"><tr role=\"row\"><th role=\"columnheader\" scope=\"col\">Field</th>"
-      "<th role=\"columnheader\" scope=\"col\">Key</th>");
+  html.raw("</p>\n<div class=\"keys\" style=\"--columns:").number(layout.columns);
+  html.raw(";--widest:").number(static_cast<std::int64_t>(layout.parts[0] + layout.parts[1] + layout.parts[2]));
+  html.raw(";--print:").real(layout.points).raw("pt\">\n<table aria-labelledby=\"name-of-key-").number(number);
+  html.raw("\" aria-describedby=\"about-key-").number(number);
+  html.raw("\" data-version=\"").attribute(version.label).raw("\">\n");
+  write_widths(html, layout, with_origin ? 3 : 2);
+  html.raw("<thead><tr><th scope=\"col\">Field</th><th scope=\"col\">Key</th>");
   if (with_origin) {
-    html.raw("<th role=\"columnheader\" scope=\"col\">");
+    html.raw("<th scope=\"col\">");
     const String& first = data.versions.front().label;
     if (first.empty()) {
       html.raw("First version");
@@ -76,17 +91,17 @@ void write_key(HtmlText& html, const ReportData& data, std::size_t v) {
     }
     html.raw("</th>");
   }
-  html.raw("</tr></thead>\n<tbody role=\"rowgroup\">\n");
+  html.raw("</tr></thead>\n<tbody>\n");
   for (const KeyPlace& place : version.places) {
     if (is_shown(place)) write_row(html, data, place, with_origin);
   }
-  html.raw("</tbody>\n</table>\n</section>\n");
+  html.raw("</tbody>\n</table>\n</div>\n</section>\n");
 }
 
 }  // namespace
 
-void write_keys(HtmlText& html, const ReportData& data) {
-  for (std::size_t v = 0; v < data.versions.size(); ++v) write_key(html, data, v);
+void write_keys(HtmlText& html, const ReportData& data, StringView title) {
+  for (std::size_t v = 0; v < data.versions.size(); ++v) write_key(html, data, title, v);
 }
 
 }  // namespace hedro34

@@ -57,17 +57,16 @@ bdi.filled {
   border-width: 0.2em; padding: 0 calc(0.4em - 0.1em); line-height: 1.35; background: var(--mark); border-color: var(--mark);
   color: var(--on-mark); font-weight: 700; -webkit-print-color-adjust: exact; print-color-adjust: exact;
 }
-.page { margin-bottom: 1rem; padding: 0 1rem 1rem; border: 1px solid var(--line); border-radius: 0.5rem; }
+.page { margin: 1rem 0; padding: 0 1rem 1rem; border: 1px solid var(--line); border-radius: 0.5rem; }
 .fields { columns: 17rem; column-gap: 1.5rem; }
 .fields + .fields { margin-top: 0.75rem; padding-top: 0.75rem; border-top: 1px dotted var(--line); }
 .fields li { break-inside: avoid; }
 .field { display: flex; flex-wrap: wrap; align-items: center; gap: 0.1rem 0.6rem; padding: 0.2rem 0; }
 .field .name { min-width: 3.2em; max-width: 100%; font-weight: 600; white-space: pre-wrap; }
-.field.ungraded, .field.subjective { margin: 0.15rem 0; padding: 0.2rem 0.5rem; border: 1px dashed var(--soft); border-radius: 0.4rem; }
-.field.subjective { border-style: solid; }
+.field.ungraded .name { color: var(--soft); font-weight: 400; }
 .field.ungraded .bubbles bdi, .field.continued .bubbles bdi { border-style: dashed; font-weight: 400; }
-.region { margin: 0.3rem 0; padding: 0.3rem 0.5rem; border: 1px solid var(--line); border-radius: 0.4rem; }
-.region .name { margin: 0; font-weight: 600; }
+.region { margin: 0.4rem 0; padding-inline-start: 0.6rem; border-inline-start: 2px solid var(--line); }
+.region > .name { margin: 0; font-weight: 600; }
 
 table { border-collapse: collapse; }
 caption { padding: 0.2rem 0; text-align: start; }
@@ -77,31 +76,34 @@ th bdi, td bdi { white-space: pre-wrap; }
 .wide th, .wide td { padding: 0.3rem 0.6rem 0.3rem 0; border-bottom: 1px solid var(--line); vertical-align: top; }
 .wide tr { break-inside: avoid; }
 .wide tbody th { font-weight: 400; white-space: pre-wrap; }
-.keys, .keys caption { display: block; }
-.keys { columns: 13rem; column-gap: 1.5rem; }
-.keys caption { column-span: all; }
-.keys thead, .keys tbody { display: contents; }
-.keys th, .keys td { padding: 0; }
-.keys tr {
-  display: grid; grid-template-columns: var(--parts); padding: 0.1rem 0; border-bottom: 1px solid var(--line);
-  break-inside: avoid;
-}
+.keys { columns: 13rem; column-gap: 2rem; }
+.keys table { width: 100%; table-layout: fixed; }
+.keys tr { border-bottom: 1px solid var(--line); }
+.keys tr, .keys thead { break-inside: avoid; }
+.keys th, .keys td { padding: 0.15rem 0.3rem 0.15rem 0; vertical-align: top; }
+.keys thead th { color: var(--soft); font-weight: 400; font-size: 0.85em; }
+.keys tbody th { font-weight: 400; }
 .keys .key { font-weight: 700; }
+.of { display: none; }
 .keys .fault { display: block; font-weight: 400; }
 .keys .remarked { background: var(--warn-paper); }
 
-.question { padding-bottom: 0.75rem; border-bottom: 1px solid var(--line); break-inside: avoid; }
+.question { padding-bottom: 1rem; border-bottom: 1px solid var(--line); break-inside: avoid; }
 .question .text { white-space: pre-wrap; }
 .choices li { display: flex; flex-wrap: wrap; align-items: baseline; gap: 0.1rem 0.5rem; margin: 0.2rem 0; }
 .choices span[dir] { min-width: 0; white-space: pre-wrap; }
 .choices .correct span[dir] { font-weight: 600; }
-dl { display: flex; flex-wrap: wrap; gap: 0 1.5rem; margin: 0.4rem 0 0; }
-dl div { display: flex; flex-wrap: wrap; gap: 0 0.4rem; min-width: 0; max-width: 100%; }
-dl .whole { flex: 1 0 100%; }
-dt::after { content: ":"; }
-dd { margin: 0; min-width: 0; max-width: 100%; }
-dd span[dir], dd li { white-space: pre-wrap; }
+dl { margin: 0.4rem 0 0; }
+dl div { display: grid; grid-template-columns: 7.5em minmax(0, 1fr); gap: 0 0.5rem; padding: 0.05rem 0; }
+dd { margin: 0; }
+dd span[dir], dd li { display: block; white-space: pre-wrap; }
 
+@media print, (min-width: 50rem) {
+  .question { display: grid; grid-template: auto auto auto 1fr / minmax(0, 1fr) minmax(0, 21rem); column-gap: 2rem; }
+  .question h3 { grid-column: 1 / -1; }
+  .question > * { grid-column: 1; }
+  .question dl { grid-area: 2 / 2 / 5; margin: 0.4rem 0; font-size: 0.9em; }
+}
 @media screen {
   .many .fields, .many .question { content-visibility: auto; contain-intrinsic-size: auto 14rem; }
   .many .keys { content-visibility: auto; contain-intrinsic-size: auto 30rem; }
@@ -116,14 +118,23 @@ dd span[dir], dd li { white-space: pre-wrap; }
   nav { display: none; }
   a { color: inherit; text-decoration: none; }
   h2 { margin-top: 1rem; }
-  .page { padding: 0 0.5rem 0.5rem; }
-  .fields { columns: 3; column-gap: 5mm; }
-  .bubbles bdi, .choices bdi { font-size: 8.5pt; }
+  .page { padding: 0 0.5rem 0.5rem; break-inside: avoid; }
+  .fields { columns: 3; column-gap: 4mm; }
+  .field { gap: 0 0.4rem; }
+  .field .name { min-width: 2.8em; }
+  .bubbles { gap: 0.15rem; }
+  .bubbles bdi, .choices bdi { font-size: 7.5pt; }
+  .region { padding-inline-start: 0.4rem; }
   .key { break-before: page; }
   .key:not(.long) { break-inside: avoid; }
-  .keys { max-width: calc(var(--columns) * 90mm); columns: var(--columns); column-gap: 3mm; font: var(--print)/1.15 Arial, "Liberation Sans", Helvetica, sans-serif; }
-  .keys tr { padding: 0; }
-  .keys caption { font-size: 9pt; }
+  .keys {
+    columns: var(--columns); column-gap: 3mm; max-width: calc(var(--columns) * max(58mm, var(--widest) * 0.8em));
+    font: var(--print)/1.15 Arial, "Liberation Sans", Helvetica, sans-serif;
+  }
+  .keys th, .keys td { padding: 0 0.3em 0 0; }
+  .of { display: block; font-size: 10pt; color: var(--soft); }
+  .of + h2 { margin-top: 0; }
+  .question { grid-template-columns: minmax(0, 1fr) 68mm; column-gap: 6mm; padding-bottom: 0.5rem; }
   #questions { break-before: page; }
 }
 )";
