@@ -5,6 +5,7 @@
 #include "hedro34/documents/data_document.h"
 #include "hedro34/documents/form_template.h"
 #include "hedro34/model/collection.h"
+#include "hedro34/report/Report.h"
 
 namespace hedro34 {
 namespace {
@@ -285,6 +286,25 @@ constexpr Member platform_object[] = {
         u"ErrorTexts",
         u"The object whose method `Text` gives the text of an error number; empty while the library's own serves."),
 };
+constexpr Member report[] = {
+    property<&Report::Document>(u"Document",
+                                u"The data document that the page is about; that there is none is a failure."),
+    property<&Report::Form>(
+        u"Form", u"The merged form, whose pages are drawn; without one the fields stand one after the other."),
+    property<&Report::Title>(
+        u"Title", u"The heading; when empty, the title of the first test or the description of the document."),
+    method<&Report::AddTest>(
+        u"AddTest",
+        u"Adds a test of the merge, the first version first: the page has its choices and what was left out.",
+        required(u"oTest")),
+    method<&Report::AddMessage>(u"AddMessage", u"Adds what was said on the way, such as the text of a box.",
+                                required(u"sText")),
+    property<&Report::Page>(u"Page", u"The page: an HTML text that stands alone, without a script."),
+    method<&Report::Save>(
+        u"Save",
+        u"Writes the page to a file, whole or not at all; False when it cannot, for the reason in `Platform.LastFileError`.",
+        required(u"sPath")),
+};
 constexpr ClassTable classes[] = {
     creatable<FormTemplate>(u"{C38DB902-4832-4ED4-A513-EDD8E849C2AD}", u"{39239DF2-5A1D-42F0-BD85-A25AEB79DBF9}",
                             form_template, u"The default form template, loaded from and saved to a file.", u"Pages"),
@@ -329,6 +349,8 @@ constexpr ClassTable classes[] = {
                                 message_box, u"The library's own message box."),
     creatable<PlatformObject>(u"{FFC10FFE-B320-44F9-A890-1C52699F318A}", u"{9F14A2C5-E2C3-4ABE-A093-2E460888BA07}",
                               platform_object, u"The services of the library that a host may replace or ask."),
+    creatable<Report>(u"{67F917CD-228F-4167-90E2-A0D5E9825D1A}", u"{41F711CB-1C42-48EC-8854-2F6177B9F020}", report,
+                      u"The page that a person looks at before the sheets go out: the sheet, its keys, the questions."),
 };
 
 }  // namespace

@@ -39,8 +39,9 @@ class Report final : public Object {
   // Appends what was said on the way, such as the text of a message box.
   void AddMessage(StringView text);
 
-  // The page, UTF-8.
+  // The page, UTF-8 or as text.
   std::string to_html() const;
+  String Page() const { return from_utf8(to_html()); }
 
   // Writes the page to a file beside its target, ready to take its place. Nothing: `last_file_error()` says why.
   std::optional<PendingFile> prepare(const String& path) const;

@@ -28,6 +28,7 @@ CLASSES: dict[str, str] = {
     "HEDRO34.DataOrder": "{EF8594F3-6591-4035-8A95-C64E4FF4765D}",
     "HEDRO34.MessageBox": "{A8DAD435-CC98-41C6-A751-A2558096121C}",
     "HEDRO34.Platform": "{FFC10FFE-B320-44F9-A890-1C52699F318A}",
+    "HEDRO34.Report": "{67F917CD-228F-4167-90E2-A0D5E9825D1A}",
 }
 
 
@@ -1490,6 +1491,49 @@ class Platform(Reference, Protocol):
     def ErrorTexts(self, value: Any) -> None: ...
 
 
+class Report(Reference, Protocol):
+    """The page that a person looks at before the sheets go out: the sheet, its keys, the questions.
+
+    Made by `hedro34.create("HEDRO34.Report")`.
+    """
+
+    @property
+    def Document(self) -> DataDocument | Any:
+        """DataDocument | Any: The data document that the page is about; that there is none is a failure."""
+
+    @Document.setter
+    def Document(self, value: DataDocument | Any) -> None: ...
+
+    @property
+    def Form(self) -> FormTemplate | Any:
+        """FormTemplate | Any: The merged form, whose pages are drawn; without one the fields stand one after the
+        other."""
+
+    @Form.setter
+    def Form(self, value: FormTemplate | Any) -> None: ...
+
+    @property
+    def Title(self) -> str:
+        """str: The heading; when empty, the title of the first test or the description of the document."""
+
+    @Title.setter
+    def Title(self, value: str) -> None: ...
+
+    def AddTest(self, oTest: clsHEDROTest) -> None:
+        """Adds a test of the merge, the first version first: the page has its choices and what was left out."""
+
+    def AddMessage(self, sText: str) -> None:
+        """Adds what was said on the way, such as the text of a box."""
+
+    @property
+    def Page(self) -> str:
+        """str: The page: an HTML text that stands alone, without a script."""
+
+    def Save(self, sPath: str | PathLike[str]) -> bool:
+        """Writes the page to a file, whole or not at all; False when it cannot, for the reason in
+        `Platform.LastFileError`."""
+
+
 class Create(Protocol):
     """`hedro34.create`, with the class of what it gives."""
 
@@ -1567,6 +1611,11 @@ class Create(Protocol):
     def __call__(
         self, name: Literal["HEDRO34.Platform", "Platform"], library: Any = ...
     ) -> Platform: ...
+
+    @overload
+    def __call__(
+        self, name: Literal["HEDRO34.Report", "Report"], library: Any = ...
+    ) -> Report: ...
 
     @overload
     def __call__(self, name: str, library: Any = ...) -> Any: ...

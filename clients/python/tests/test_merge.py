@@ -42,6 +42,26 @@ class Road(LibraryTest):
         self.assertEqual(self.engine.WENKTD, document)
         return json.loads(form_out.read_text())["pages"], json.loads(document_out.read_text())
 
+    def page(self, test: Any) -> str:
+        """The page of the merge: without its objects it is a failure, and the file has the same text."""
+        report, file = hedro34.create("HEDRO34.Report"), self.folder / "page.html"
+        file.unlink(missing_ok=True)
+        with self.assertRaises(hedro34.Error) as caught:
+            report.Save(file)
+        self.assertEqual((caught.exception.number, file.exists()), (91, False))
+        report.Document, report.Form, report.Title = self.engine.WENKTD, self.engine.TemplateOut, "<Title> \N{SNOWMAN}"
+        report.AddTest(test)
+        report.AddMessage("said & done")
+        self.assertTrue(report.Document is self.engine.WENKTD or report.Document == self.engine.WENKTD)
+        self.assertTrue(report.Save(file))
+        self.assertFalse(report.Save(self.folder / "gone" / "page.html"))
+        self.assertIn("the folder does not exist", hedro34.last_file_error())
+        page = str(report.Page)
+        self.assertEqual(file.read_text(encoding="utf-8"), page)
+        for part in ("<h1><bdi>&lt;Title&gt; \N{SNOWMAN}</bdi></h1>", "said &amp; done"):
+            self.assertIn(part, page)
+        return page
+
     def test_with_the_defaults_and_with_objects_of_python(self) -> None:
         for name, make in host_files.CLASSES.items():
             hedro34.register_class(name, make)
@@ -51,6 +71,7 @@ class Road(LibraryTest):
             test.ImportObjectives, test.StateAbbreviation = 15, "CA"
             self.assertTrue(test.LoadXML(test_file))
             pages, document = self.default_result(test, form_file)
+            page = self.page(test)
             if test_file == BIOLOGY:
                 graded = [question for question in document["questions"] if question["graded"]]
                 self.assertEqual([key for question in graded for key in question["answerKey"]], KEYS)
@@ -66,6 +87,7 @@ class Road(LibraryTest):
             self.assertEqual(form.as_json(), before)
             self.assertEqual(self.engine.TemplateOut.as_json(), pages)
             self.assertEqual(hosts_document.as_json(), document)
+            self.assertEqual(self.page(test), page)
         self.assertEqual(self.errors.told, [])
 
     def test_example(self) -> None:
