@@ -27,8 +27,8 @@ std::string type_of(const ValueType& type, bool argument) {
     case Kind::Double: return "float";
     case Kind::Text: return "str";
     case Kind::Value: return "Any";
-    case Kind::Texts: return argument ? "list[str]" : "Array[str]";
-    case Kind::Numbers: return argument ? "list[int]" : "Array[int]";
+    case Kind::Texts: return argument ? "list[str] | tuple[str, ...]" : "Array[str]";
+    case Kind::Numbers: return argument ? "list[int] | tuple[int, ...]" : "Array[int]";
     case Kind::Enumeration: return argument ? "int" : utf8(type.name) + " | int";
     case Kind::Object:
       if (type.name.empty() || (argument && is_hosts(type.name))) return "Any";

@@ -517,7 +517,7 @@ class clsHEDROTestStrings(Items[str], Protocol):
         After: position or key of the element that will stand in front
         """
 
-    def AddArray(self, Value: list[str]) -> bool:
+    def AddArray(self, Value: list[str] | tuple[str, ...]) -> bool:
         """Adds every text of an array in order, without keys; an array without bounds is a failure."""
 
     def AddDelimitedString(self, Items: str, sDelimiter: str = "\t") -> bool:
@@ -1299,7 +1299,7 @@ class DataStrings(Items[str], Protocol):
         vKey: the key of the text, compared in any case
         """
 
-    def AddArray(self, vTexts: list[str]) -> None:
+    def AddArray(self, vTexts: list[str] | tuple[str, ...]) -> None:
         """Adds every text of an array in order; an array without bounds adds nothing."""
 
     def Item(self, Index: Any) -> str:
@@ -1425,7 +1425,7 @@ class DataOrder(Items[int], Protocol):
         """The field number to which the field at a position of this version corresponds; that there is none is a
         failure."""
 
-    def FromArray(self, vEntries: list[int]) -> None:
+    def FromArray(self, vEntries: list[int] | tuple[int, ...]) -> None:
         """Replaces all entries by those of an array."""
 
 

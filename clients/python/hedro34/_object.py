@@ -196,8 +196,8 @@ class Object:
         if name.startswith("_"):
             raise AttributeError(name)
         member = self._members_.get(name.lower())
-        if member and member.name != name:
-            return getattr(self, member.name)
+        if member:  # of the very name: reading it failed with an error that Python takes for its absence
+            return getattr(self, member.name) if member.name != name else self._call(name, abi.GET, (), {})
         self._dispids(self._enter_once(), name, {})
         try:
             return self._call(name, abi.GET, (), {})

@@ -35,7 +35,7 @@ def cut(value: str, most: int) -> str:
 
 def counted(count: int, what: str) -> str:
     many = what[:-1] + "ies" if what.endswith("y") else what + "s"
-    return f"{count} {what if count == 1 else many}"
+    return f"{int(count)} {what if count == 1 else many}"
 
 
 def _size(what: str) -> Callable[[Any], str]:
@@ -206,11 +206,13 @@ def _merge_page(merge: Any) -> str:
     for position in range(1, min(longest, ROWS) + 1):
         row = [str(position)]
         for test, questions, size in zip(shown, lists, sizes):
-            row.append(cell(_key(test, position, questions[position])) if questions and position <= size else "")
+            question = questions.Item(position) if questions is not None and position <= size else None
+            row.append("" if question is None else cell(_key(test, position, question)))
         rows.append(row)
     parts = {"form": merge.TemplateIn, "changed form": merge.TemplateOut, "document": merge.WENKTD}
     title = f"<b>Merge</b>: {counted(count, 'test')}"
     title += "".join(f"; {name}: {_whose(part)}" for name, part in parts.items())
+    title += ". The key of each test by itself, in its own order and labels."
     heads = ["", *(cell(_version(test, n)) for n, test in enumerate(shown, 1))]
     left = "; ".join(filter(None, (_more(longest, ROWS, "question"), _more(count, COLUMNS, "version"))))
     return _table(title, heads, rows, left)
@@ -267,7 +269,8 @@ def _document_page(document: Any) -> str:
     named = ", ".join(cell(versions.Item(n)) for n in range(1, min(versions.Count, COLUMNS) + 1))
     title = f"<b>{cell(document.Description) or 'Document'}</b>: {counted(questions.Count, 'question')}, "
     title += counted(orders.Count, "version") + (f" ({named})" if named else "")
-    heads = ("", "Name", "Question", "Kind", "Key", "Points")
+    of_version = f" ({cell(versions.Item(1))})" if versions.Count > 1 else ""
+    heads = ("", "Name", "Question", "Kind", f"Key{of_version}", "Points")
     return _table(title, heads, rows, _more(questions.Count, ROWS, "question"))
 
 

@@ -102,7 +102,7 @@ class Limits(LibraryTest):
             (TypeError, lambda: engine.SetError(3), 'argument 1 "oErr" has the wrong type: an int, 3, not an object$'),
             (TypeError, lambda: engine.SetError(hedro34.EMPTY), "has the wrong type: EMPTY, not an object$"),
             (TypeError, lambda: strings.Item(b"a"), "has the wrong type: a bytes, b'a', which cannot be passed on$"),
-            (TypeError, lambda: strings.AddArray(None), r'argument 1 "Value" has the wrong type: None, not list\[str\]$'),
+            (TypeError, lambda: strings.AddArray(None), r'argument 1 "Value" has the wrong type: None, not list\[str\] '),
             (TypeError, lambda: setattr(test, "Title", None), "Title: None cannot be assigned: it is str$"),
             (TypeError, lambda: setattr(test, "Title", hedro34.NULL), "Title: the value has the wrong type: NULL, not str$"),
             (TypeError, lambda: setattr(test, "Questions", "text"), "a str cannot be assigned: it is clsHEDROTestQuestions$"),

@@ -14,7 +14,7 @@ from typing import Any
 from support import CLIENT, FORM, KEYS, ROOT, LibraryTest
 
 import hedro34
-from hedro34 import _object, types
+from hedro34 import _host, _object, types
 
 
 def in_one_line(text: str) -> str:
@@ -163,12 +163,22 @@ class Shown(LibraryTest):
         test.release()
         self.assertEqual((repr(test), test._repr_html_()), ("<clsHEDROTest released>", None))
 
-        class FormTemplate:  # one of the host's own is never asked
-            def __getattr__(self, name: str) -> Any:
-                raise AssertionError(name)
+        class FormTemplate:
+            asked: list[str] = []
 
-        merge.TemplateIn = FormTemplate()
+            def __getattr__(self, name: str) -> Any:
+                self.asked.append(name)
+                raise hedro34.Error("jam")
+
+        merge.TemplateIn = own = FormTemplate()  # one of the host's is named only
         self.assertIn("form: FormTemplate;", merge._repr_html_())
+        self.assertEqual(own.asked, [])
+        as_librarys = _object.class_named.__wrapped__("FormTemplate")  # one that knows no numbers of members yet
+        failing = as_librarys(_host.expose(own))
+        self.assertRegex(repr(failing), "^<FormTemplate at 0x[0-9a-f]+>$")
+        self.assertIsNone(getattr(failing, "_repr_html_")())
+        with self.assertRaises(AttributeError):
+            getattr(failing, "PageCount")
         self.assertFalse(hasattr(merge.TemplateOut, "_repr_html_"))
         self.assertEqual((self.errors.told, self.boxes.shown), ([], []))
 
@@ -181,7 +191,13 @@ class Shown(LibraryTest):
         self.assertEqual(test.rows[11][4].split("\n"), choices)
         self.assertEqual(test.rows[14][4].split("\n"), ["T True", "\u2713 F False"])
         self.assertIn("Biology 1 Midterm (version A): 20 questions", test.words)
-        self.assertEqual([row for row in Page(merge._repr_html_()).rows[1:]], [[str(n), key] for n, key in enumerate(KEYS, 1)])
+        self.assertEqual(Page(merge._repr_html_()).rows[1:], [[str(n), key] for n, key in enumerate(KEYS, 1)])
+        merge.Tests.RemoveAll()
+        for name in ("unit-a.xml", "unit-b.xml"):
+            merge.Tests.Add(self.load(ROOT / "examples" / "versions" / name))
+        keys = zip("B A C D B A (A,B,D) T F T F T".split(), "D (A,B,D) B A A B C T T T F F".split())
+        expected = [["", "Version A", "Version B"], *([str(n), *both] for n, both in enumerate(keys, 1))]
+        self.assertEqual(Page(merge._repr_html_()).rows, expected)
         document = Page(merge.WENKTD._repr_html_())
         self.assertEqual([row[4] for row in document.rows[1:] if row[3] == "graded"], KEYS)
         form = Page(merge.TemplateIn._repr_html_())

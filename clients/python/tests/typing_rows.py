@@ -15,6 +15,8 @@ test.UserDefined = True
 test.NumObjectives = 3  # error: misc
 test.Questions = merge.Tests  # error: assignment
 test.TrueFalseScale[1] = "T"
+test.TrueFalseScale.AddArray(("a", "b"))
+test.TrueFalseScale.AddArray("ab")  # error: arg-type
 test.Questions[1].CorrectPoints = 2
 test.Questions[1].MultiplesPermitted = True  # error: misc
 test.Questions[1] = test.Questions[2]  # error: index
