@@ -41,7 +41,7 @@ class Memory(ProgramTest):
         out = self.folder / place
         out.mkdir(exist_ok=True)
         (out / "form").write_text("old form")
-        files = ["--form", "f", "--form-out", f"{place}/form", "--document-out", f"{place}/document"]
+        files = ["--form", "f", "--form-out", f"{place}/form", "--document-out", f"{place}/document", "--report", f"{place}/page"]
         found = self.run_failing(at, "merge", *files, "--sequence-question", "1", *options, "A", "B")
         return *found, {path.name: path.read_bytes() for path in out.iterdir()}
 
@@ -67,7 +67,7 @@ class Memory(ProgramTest):
 
     def test_merge_is_all_or_nothing(self):
         right, where, right_files = self.merge("right", "0")
-        self.assertEqual((right.code, sorted(right_files)), (0, ["document", "form"]), where)
+        self.assertEqual((right.code, sorted(right_files)), (0, ["document", "form", "page"]), where)
         end = self.allocations()
         old = {"form": b"old form"}
         formats = {"form": "hedro34-form", "document": "hedro34-ktd"}
@@ -77,6 +77,7 @@ class Memory(ProgramTest):
             if outcome.code == 0:
                 self.assertEqual(files, right_files, where)
             elif outcome.code == 5 and options:
+                self.assertTrue(files.pop("page").endswith(b"</html>\n"), where)
                 self.assertEqual({name: json.loads(file)["format"] for name, file in files.items()}, formats, where)
             else:
                 # Standard output, which is written last, may be what failed.

@@ -274,6 +274,13 @@ Number in the file ID What
 Test 2, version B
 Nothing was removed, and all content was carried.
 )");
+
+  report->Form = m.merge->TemplateIn;
+  const std::string of_another_form = seen(*report);
+  EXPECT_NE(of_another_form.find("The form is not the one that was merged with the document: the form has 6 fields and "
+                                 "the document 7. The answer sheet below is drawn from the document alone."),
+            std::string::npos);
+  EXPECT_EQ(of_another_form.find("Page 1"), std::string::npos);
 }
 
 // One question, whose every text would do harm as markup.
