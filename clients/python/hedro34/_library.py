@@ -117,6 +117,11 @@ def load(path: str | os.PathLike[str]) -> Library:
     return _current
 
 
+def loaded() -> Library:
+    """The library that was loaded last by `load`, else the first one that was opened."""
+    return _current or next(iter(_libraries.values()))
+
+
 def registry_path() -> Path:
     """The user's class registry."""
     data, home = os.environ.get("XDG_DATA_HOME", ""), os.environ.get("HOME", "")

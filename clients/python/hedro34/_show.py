@@ -13,6 +13,7 @@ from itertools import islice
 from typing import Any
 
 LINE, CELL, ROWS, COLUMNS = 40, 1000, 100, 20  # most characters in a line's text and in a cell, rows, versions
+PAGE = 2_000_000  # most characters of the library's own page
 DIRECTIONS = "\u061c\u200e\u200f\u202a\u202b\u202c\u202d\u202e\u2066\u2067\u2068\u2069"
 
 
@@ -99,6 +100,7 @@ LINES: dict[str, Callable[[Any], str]] = {
     "DataVersions": lambda versions: counted(versions.Orders.Count, "version"),
     "DataOrders": _size("order"),
     "DataOrder": _size("entry"),
+    "Report": lambda report: f"{text(report.Title)} {'no' if report.Document is None else 'with a'} document",
 }
 
 
@@ -215,7 +217,33 @@ def _merge_page(merge: Any) -> str:
     title += ". The key of each test by itself, in its own order and labels."
     heads = ["", *(cell(_version(test, n)) for n, test in enumerate(shown, 1))]
     left = "; ".join(filter(None, (_more(longest, ROWS, "question"), _more(count, COLUMNS, "version"))))
-    return _table(title, heads, rows, left)
+    return _table(title, heads, rows, left) + _report(merge, shown)
+
+
+def _report(merge: Any, tests: list[Any]) -> str:
+    """The library's page of a merge, folded; nothing where it was not run or is not the library's own throughout."""
+    from ._library import loaded
+
+    try:
+        with loaded().create("HEDRO34.Report") as report:
+            report.Document, report.Form = merge.WENKTD, merge.TemplateOut
+            for test in tests:
+                report.AddTest(test)
+            frame = _report_page(report)
+    except Exception:
+        return ""
+    return f"<details><summary>The sheet, the keys of the versions on it, the questions</summary>{frame}</details>"
+
+
+def _report_page(report: Any) -> str:
+    from ._object import Object
+
+    document, form = report.Document, report.Form
+    if not isinstance(document, Object) or not (form is None or isinstance(form, Object)):
+        raise TypeError("an object of the host's own, which is not asked")
+    if not 0 < document.Questions.Count <= 10 * ROWS or len(page := report.Page) > PAGE:
+        raise ValueError("nothing to show, or more than a notebook takes")
+    return f'<iframe sandbox title="The page" srcdoc="{html.escape(page)}" style="width:100%;height:40em"></iframe>'
 
 
 def _version(test: Any, number: int) -> str:
@@ -279,6 +307,7 @@ PAGES: dict[str, Callable[[Any], str]] = {
     "clsHEDROTest": _test_page,
     "FormTemplate": _form_page,
     "DataDocument": _document_page,
+    "Report": _report_page,
 }
 
 

@@ -86,12 +86,14 @@ class Page(html.parser.HTMLParser):
         super().__init__()
         self.tags: set[str] = set()
         self.rows: list[list[str]] = []
+        self.frames: list[dict[str, str | None]] = []
         self.words, self.in_cell = "", False
         self.feed(page)
         self.close()
 
     def handle_starttag(self, tag: str, attributes: list[tuple[str, str | None]]) -> None:
         self.tags.add(tag)
+        self.frames += [dict(attributes)] if tag == "iframe" else []
         if tag == "tr":
             self.rows.append([])
         elif tag in ("td", "th"):
@@ -192,6 +194,16 @@ class Shown(LibraryTest):
         self.assertEqual(test.rows[14][4].split("\n"), ["T True", "\u2713 F False"])
         self.assertIn("Biology 1 Midterm (version A): 20 questions", test.words)
         self.assertEqual(Page(merge._repr_html_()).rows[1:], [[str(n), key] for n, key in enumerate(KEYS, 1)])
+        report = hedro34.create("Report")
+        report.Document, report.Form = merge.WENKTD, merge.TemplateOut
+        self.assertEqual(Page(report._repr_html_()).frames[0]["srcdoc"], report.Page)
+        self.assertEqual(repr(report), '<Report "" with a document>')
+        report.AddTest(merge.Tests[1])
+        [frame] = Page(merge._repr_html_()).frames
+        self.assertEqual((frame["srcdoc"], "sandbox" in frame, "(A,C,E)" in report.Page), (report.Page, True, True))
+        merge.WENKTD.Clear()
+        self.assertEqual((Page(merge._repr_html_()).frames, report._repr_html_()), ([], None))
+        self.assertTrue(merge.Merge())
         merge.Tests.RemoveAll()
         for name in ("unit-a.xml", "unit-b.xml"):
             merge.Tests.Add(self.load(ROOT / "examples" / "versions" / name))
@@ -215,7 +227,7 @@ class Shown(LibraryTest):
         document.Questions[1].Name = document.Questions[1].QuestionText = document.Description = HOSTILE
         document.Questions[1].AnswerKey.Add(HOSTILE)
         document.Versions.VersionAnswers.Add(HOSTILE)
-        known = {"style", "div", "p", "b", "span", "br", "table", "thead", "tbody", "tr", "th", "td"}
+        known = set("style div p b span br table thead tbody tr th td details summary iframe".split())
         for target in (test, merge, merge.TemplateIn, document):
             page = target._repr_html_()
             page.encode("utf-8")
