@@ -1,9 +1,11 @@
 #include "host/input.h"
 
 #include "hedro34/platform/file_error.h"
+#include "host/hints.h"
 #include "host/stop.h"
 
 namespace host {
+
 Input::Input(const char* what, const hedro34::String& path)
     : what_(what), path_(path), spooled_(is_standard_stream(path) ? hedro34::SpooledInput::read() : std::nullopt) {
   if (is_standard_stream(path)) {
@@ -17,7 +19,8 @@ Input::Input(const char* what, const hedro34::String& path)
 void Input::cannot_read(const char* way_out) const {
   hedro34::FileError error = hedro34::last_file_error();
   error.path = input_name(path_);
-  throw Stop(ExitCode::BadInput, std::string("cannot read the ") + what_ + ": " + to_line(error) + way_out);
+  throw Stop(ExitCode::BadInput, std::string("cannot read the ") + what_ + ": " + to_line(error) + way_out +
+                                     reading_hint(what_, path(), error));
 }
 
 }  // namespace host

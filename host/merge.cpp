@@ -9,6 +9,7 @@
 #include "hedro34/merge/version_differences.h"
 #include "hedro34/report/Report.h"
 #include "host/compare.h"
+#include "host/hints.h"
 #include "host/input.h"
 #include "host/left_out.h"
 #include "host/load.h"
@@ -35,7 +36,8 @@ class MergeRoad {
     if (command_.tests.size() > 1) compare_versions();
     merge_->SequenceQuestion = command_.sequence_question;
     if (!asked([&] { return merge_->Merge(); })) {
-      answered_false("Merge", shown(command_.tests.front()) + " with " + shown(command_.form));
+      answered_false("Merge", shown(command_.tests.front()) + " with " + shown(command_.form),
+                     version_field_hint(*merge_, command_));
     }
     stop_after_failures();
     const std::string summary = summarize();

@@ -148,6 +148,54 @@ class Merge(ProgramTest):
                 self.assertEqual(self.files() | {"m": b""}, before)
 
 
+    def test_ways_out(self):
+        """A line ends with what to do, where the files tell what was meant."""
+        self.run_program("form", "--questions", "6", "--choices", "3", "--out", "g")
+        self.run_program("form", "--questions", "4", "--choices", "3", "--versions", "X,Y,Z", "--out", "h")
+        self.file("d.ktd", {"format": "hedro34-ktd", "version": 1})
+        self.file("n.xml", examview(question("w", "mc", "B", THREE)))
+        self.file("w.xml", examview(*[question(i, "mc", "B", THREE) for i in "wxyz"]))
+        form, sequence = "hedro34 form --questions N --out FORM makes one", "; {}give --sequence-question {}, the field with the version "
+        first, no_field = "identifier A, B", "identifier, on a form that has one for A, B: hedro34 form --versions makes such a form"
+        for form_in, arguments, code, end in [
+            ("a.xml", "a.xml", 3, "; it looks like an XML file: a form template is a JSON file, and " + form),
+            ("d.ktd", "a.xml", 3, '/format: must be "hedro34-form"; it is a data document: a form template is a JSON file, and ' + form),
+            ("f", "f", 3, "a KTD document, and this is a form template: it belongs behind merge --form"),
+            ("f", "a.xml b.xml", 1, sequence.format("", 1) + first),
+            ("f", "--sequence-question 5 a.xml b.xml", 1, sequence.format("field 5 is graded: ", 1) + first),
+            ("h", "--sequence-question 1 a.xml b.xml", 1, sequence.format("field 1 offers X, Y, Z and not A: ", "N") + no_field),
+            ("g", "--sequence-question 9 a.xml b.xml", 1,
+             sequence.format("field 7 (9 less the fields no longer graded) is not there, the form has 6: ", "N") + no_field),
+            ("f", "a.xml w.xml", 1, "; w.xml has no version label, by which its sheets would be known"),
+        ]:
+            with self.subTest(form=form_in, arguments=arguments):
+                line = self.merge("--quiet " + arguments, {"--form": form_in}, code=code).line
+                self.assertTrue(line.endswith(end), line)
+        for command, end in [("report --out r f", "; it is a form template: a data document is what merge --document-out writes"),
+                             ("report --out r a.xml", "; it looks like an XML file: a data document is what merge --document-out writes"),
+                             ("report --out r --form d.ktd d.ktd", form)]:
+            self.assertTrue(self.run_program(*command.split(), code=3).line.endswith(end), command)
+
+    def test_encodings(self):
+        """Bytes that are no UTF-8 are told from other malformed ones, and the way out is one."""
+        hint = 'it is not UTF-8 there: save the file as UTF-8, or begin it with <?xml version="1.0" encoding="windows-1252"?>'
+        whole = examview(question("1", "tf", "T", text="\r\ncafé na\u00efve"), title="ü")
+        latin = whole.encode("latin-1")
+        for content, hinted in [
+            (latin, True), (latin.replace(b"UTF-8", b"us-ascii"), True), (latin.partition(b"\n")[2], True),
+            (whole.encode().replace(b"\xc3\xbc", b"u").replace(b"\xc3\xa9", b"\xc3\xa9 \xe9"), True),
+            (latin.replace(b"\xfc", b"\x01"), False),  # malformed before it is Latin-1
+            (whole.encode().partition(b"\xaf")[0], False),  # cut in a character
+            (b"\xef\xbb\xbf" + latin, False), (whole.encode("utf-16")[:-1], False),
+        ]:
+            with self.subTest(content[:60]):
+                (self.folder / "t.xml").write_bytes(content)
+                self.assertEqual(hint in self.run_program("show", "t.xml", code=3).line, hinted)
+        (self.folder / "t.xml").write_bytes(latin.replace(b"UTF-8", b"windows-1252"))
+        self.assertIn("café naïve", self.run_program("show", "t.xml").out)
+        (self.folder / "t.ktd").write_bytes('{\n"format":"hedro34-ktd","notes":"ü"}'.encode("latin-1"))
+        self.assertTrue(self.run_program("show", "t.ktd", code=3).line.endswith("; save the file as UTF-8"))
+
     def test_failures_on_the_way(self):
         """With a reported failure nothing is written and what is there stays, unless the program is to keep going."""
         self.file("twice.xml", examview(*[question(i, "mc", "B", THREE) for i in "wwx"]))
