@@ -13,7 +13,6 @@ constexpr double gap = 3;  // between columns
 
 constexpr double millimetres = 25.4 / 72;  // of a point
 constexpr double character = 0.62;         // the width of a character in the font size, as keys have them
-constexpr double line = 1.15;              // the height of a line in the font size
 constexpr double cell_padding = 0.35;      // what is left free beside each text, in the font size
 constexpr double rule = 0.3;               // below each row
 
@@ -21,6 +20,9 @@ constexpr std::size_t widest_part = 24;   // a longer text takes several lines
 constexpr std::size_t most_rows = 5'000;  // no page holds more in the smallest print
 constexpr std::array sizes = {13.0, 12.0, 11.0, 10.0, 9.0, 8.0, 7.0, 6.5, 6.0, 5.5, 5.0, 4.5, 4.0, 3.5};
 constexpr int most_columns = 14;
+
+// The height of a line in the font size: some air where there is room.
+double line_of(double points) { return points >= 9 ? 1.5 : 1.15; }
 
 double height_of(const std::vector<KeyRow>& rows, const KeyLayout& layout, double& highest) {
   const double size = layout.points * millimetres;
@@ -39,7 +41,7 @@ double height_of(const std::vector<KeyRow>& rows, const KeyLayout& layout, doubl
       return static_cast<double>(static_cast<std::int64_t>((static_cast<double>(row[i]) - 0.001) / characters[i]) + 1);
     };
     const double lines = std::max({lines_of(0), lines_of(1), lines_of(2)}) + (row[3] == 0 ? 0.0 : lines_of(3));
-    const double height = lines * line * size + rule;
+    const double height = lines * layout.line * size + rule;
     sum += height;
     highest = std::max(highest, height);
   }
@@ -63,6 +65,7 @@ KeyLayout key_layout(const std::vector<KeyRow>& rows) {
     for (const double size : sizes) {
       for (int columns = 1; columns <= most_columns; ++columns) {
         layout.points = size;
+        layout.line = line_of(size);
         layout.columns = columns;
         double highest = 0;
         const double height = height_of(rows, layout, highest);
@@ -71,6 +74,7 @@ KeyLayout key_layout(const std::vector<KeyRow>& rows) {
     }
   }
   layout.points = sizes.back();
+  layout.line = line_of(sizes.back());
   layout.columns = 8;
   layout.fits = false;
   return layout;

@@ -11,6 +11,7 @@ namespace hedro34 {
 
 struct KeyLayout {
   double points = 10;                            // font size
+  double line = 1.15;                            // height of a line in the font size
   int columns = 1;                               // of rows, side by side
   std::array<std::size_t, 3> parts = {1, 1, 1};  // how the width of a row is shared among its cells
   bool fits = true;                              // on one page

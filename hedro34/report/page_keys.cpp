@@ -76,7 +76,12 @@ void write_key(HtmlText& html, const ReportData& data, StringView title, std::si
   if (with_origin) html.raw(", with the question of the first version that stands at each");
   html.raw("</p>\n<div class=\"keys\" style=\"--columns:").number(layout.columns);
   html.raw(";--widest:").number(static_cast<std::int64_t>(layout.parts[0] + layout.parts[1] + layout.parts[2]));
-  html.raw(";--print:").real(layout.points).raw("pt\">\n<table aria-labelledby=\"name-of-key-").number(number);
+  html.raw(";--print:")
+      .real(layout.points)
+      .raw("pt/")
+      .real(layout.line)
+      .raw("\">\n<table aria-labelledby=\"name-of-key-")
+      .number(number);
   html.raw("\" aria-describedby=\"about-key-").number(number);
   html.raw("\" data-version=\"").attribute(version.label).raw("\">\n");
   write_widths(html, layout, with_origin ? 3 : 2);

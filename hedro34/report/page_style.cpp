@@ -129,12 +129,15 @@ dd span[dir], dd li { display: block; white-space: pre-wrap; }
   .key:not(.long) { break-inside: avoid; }
   .keys {
     columns: var(--columns); column-gap: 3mm; max-width: calc(var(--columns) * max(58mm, var(--widest) * 0.8em));
-    font: var(--print)/1.15 Arial, "Liberation Sans", Helvetica, sans-serif;
+    font: var(--print) Arial, "Liberation Sans", Helvetica, sans-serif;
   }
   .keys th, .keys td { padding: 0 0.3em 0 0; }
   .of { display: block; font-size: 10pt; color: var(--soft); }
   .of + h2 { margin-top: 0; }
-  .question { grid-template-columns: minmax(0, 1fr) 68mm; column-gap: 6mm; padding-bottom: 0.5rem; }
+  .question { grid-template-columns: minmax(0, 1fr) 72mm; column-gap: 5mm; padding-bottom: 0.4rem; }
+  .question h3 { margin: 0.5rem 0 0; }
+  .question dl { margin: 0; font-size: 8.5pt; line-height: 1.3; }
+  .choices li { margin: 0.1rem 0; }
   #questions { break-before: page; }
 }
 )";

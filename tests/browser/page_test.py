@@ -19,6 +19,15 @@ WIDTHS = (320, 360, 800, 1600)  # 320 is a window of 1,280 at 400 percent
 PRINTED = 700  # what is between the margins of a sheet of A4
 PAPERS = {"A4": (8.27, 11.69), "Letter": (8.5, 11)}
 
+PRINTED_PAGES = {
+    "biology": (9, 10),
+    "mixed": (5, 5),
+    "unit": (8, 8),  # the sheet, four keys, three of questions with what follows them
+    "letters": (4, 4),
+    "many": (33, 35),
+    "empty": (3, 3),
+}
+
 
 def plain(text):
     """A text without what the page shows by a picture or a number instead, and without regard to where its lines end."""
@@ -134,6 +143,55 @@ class PageTest(unittest.TestCase):
                 self.assertEqual(set(kinds[rows[0]]), {"columnheader"})
                 for row in rows[1:]:
                     self.assertEqual((kinds[row][0], len(kinds[row])), ("rowheader", len(kinds[rows[0]])))
+
+    def printed(self, name, paper="A4"):
+        path = self.folder / f"{name} {paper}.pdf"
+        with self.browser.page() as page:
+            page.open(self.pages[name].path)
+            page.print(path, PAPERS[paper])
+        return Paper(path)
+
+    def test_print(self):
+        """Each key stands on one page, a question is not parted from its facts, and no page more than expected is used."""
+        for name, pages in PRINTED_PAGES.items():
+            for paper, count in zip(PAPERS, pages):
+                with self.subTest(name, paper=paper):
+                    on_paper = self.printed(name, paper)
+                    tagged = on_paper.information["Tagged"].strip()
+                    self.assertEqual((len(on_paper.texts), tagged), (count, "yes"))
+                    texts = [" ".join(text.split()) for text in on_paper.texts]
+                    for label, places in expected.keys(self.pages[name].document):
+                        heading = f"Key of version {label} Key of" if label else "Key Key of" if places else "Key No field is"
+                        key = [text for text in texts if heading in text]
+                        self.assertEqual(len(key), 1, heading)
+                        at = 0
+                        for _, field, right in places:
+                            at = key[0].find(f" {field} {right}", at)
+                            self.assertGreater(at, 0, f"{heading} {field} {right}")
+                    together = ["^Key [^Ko]", "^Points "] + [r"begin\d+ ", r"end\d+$"] * (name == "many")
+                    for text in on_paper.texts:
+                        counts = [len(re.findall(part, text, re.M)) for part in together]
+                        self.assertEqual(len(set(counts)), 1, f"{counts}\n{text}")
+
+    def test_printed_bubbles(self):
+        """Without the backgrounds that browsers leave out, what is filled is black and the rest is paper with a line around it."""
+        for name in ("biology", "mixed", "unit", "letters"):
+            with self.subTest(name):
+                sample, on_paper = self.pages[name], self.printed(name)
+                wanted = [bubble for _, bubbles in expected.sheet(sample.form, sample.document) for bubble in bubbles]
+                labels = {label for label, _ in wanted}
+                found = []
+                for number, words in enumerate(on_paper.pages, 1):
+                    if any(word.text == "Key" for word in words):
+                        break
+                    top = next(word.top for word in words if word.text == "Page")
+                    dark = on_paper.darkness(number)
+                    for word in words:
+                        if word.text in labels and word.top > top + 10 and word.bottom - word.top < 12:  # else a part of a name
+                            middle = (word.top + word.bottom) / 2
+                            line = max(dark(word.left - step / 4, middle + up) for step in range(4, 30) for up in (-2, 0, 2))
+                            found.append((word.text, dark(word.left - 1, middle) > 0.7, line > 0.3))
+                self.assertCountEqual(found, [(label, filled, True) for label, filled in wanted])
 
 
 if __name__ == "__main__":
