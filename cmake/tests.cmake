@@ -1,7 +1,7 @@
 # tests/*.cpp make one GoogleTest program, which scripts/test-windows runs where it is one for Windows. Elsewhere each
 # tests/*.sh and tests/*_test.py is one test more, skipped where it exits with 77. Scripts find the sources in
 # HEDRO34_SOURCE_DIR and the program in HEDRO34_PROGRAM, the component library in HEDRO34_COMPONENT, and in HEDRO34_FAILING the
-# program whose memory runs out on cue.
+# program whose memory runs out on cue, and in HEDRO34_MANUAL what writes its manual page and completions.
 
 hedro34_sources(test_sources tests/*.cpp)
 if(test_sources)
@@ -47,7 +47,7 @@ if(test_sources)
   # The program, with memory that runs out on cue.
   if(TARGET hedro34)
     add_executable(hedro34_failing
-      $<TARGET_OBJECTS:hedro34_host> tests/program/failing_program.cpp tests/failing_allocation.cpp)
+      ${host_main} $<TARGET_OBJECTS:hedro34_host> tests/program/failing_program.cpp tests/failing_allocation.cpp)
     target_link_libraries(hedro34_failing PRIVATE HEDRO34::hedro34 utf8proc GTest::gtest)
     hedro34_warnings(hedro34_failing)
   endif()
@@ -61,7 +61,8 @@ endif()
 set(script_environment HEDRO34_SOURCE_DIR=${PROJECT_SOURCE_DIR} PYTHONDONTWRITEBYTECODE=1
     HEDRO34_COMPONENT=$<TARGET_FILE:hedro34_component> HEDRO34_TABLES=$<TARGET_FILE:hedro34_tables>)
 if(TARGET hedro34)
-  list(APPEND script_environment HEDRO34_PROGRAM=$<TARGET_FILE:hedro34> HEDRO34_FAILING=$<TARGET_FILE:hedro34_failing>)
+  list(APPEND script_environment HEDRO34_PROGRAM=$<TARGET_FILE:hedro34> HEDRO34_FAILING=$<TARGET_FILE:hedro34_failing>
+       HEDRO34_MANUAL=$<TARGET_FILE:hedro34_manual>)
 endif()
 
 # What it takes to build a program elsewhere as this one is built.

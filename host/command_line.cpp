@@ -10,6 +10,13 @@ namespace {
 
 using hedro34::String;
 
+using ValueTable = std::unordered_map<const CLI::Option*, Values>;
+
+// Files that are looked for by the ends of their names.
+Values files_like(std::vector<std::string_view> endings) { return {{}, false, std::move(endings)}; }
+
+constexpr std::string_view xml = ".xml", ktd = ".ktd", form_json = ".form.json", html = ".html", any = "";
+
 // Values as they stand on the command line.
 struct ImportWords {
   std::string objectives = "none";
@@ -19,22 +26,23 @@ struct ImportWords {
   std::string messages;
   CLI::Option* messages_option = nullptr;
 
-  void declare(CLI::App& app) {
-    app.add_option("--objectives", objectives,
-                   "Objectives to take over: none (default), learning, local, state, national, all")
-        ->type_name("LIST");
+  void declare(CLI::App& app, ValueTable& values) {
+    values[app.add_option("--objectives", objectives,
+                          "Objectives to take over: none (default), learning, local, state, national, all")
+               ->type_name("LIST")] = {objective_names(), true, {}};
     app.add_option("--state", state, "State whose objectives are taken, such as CA")->type_name("XX");
     app.add_flag("--odd-distractors-only", odd_distractors_only, "Even questions take the answer letters of odd ones")
         ->disable_flag_override();
-    app.add_option("--partial-credit", partial_credit,
-                   "Answer to the question about partial credit: ok, cancel or ask (default)")
-        ->type_name("ANSWER");
+    values[app.add_option("--partial-credit", partial_credit,
+                          "Answer to the question about partial credit: ok, cancel or ask (default)")
+               ->type_name("ANSWER")] = {partial_credit_names(), false, {}};
   }
 
-  void declare_messages(CLI::App& app) {
+  void declare_messages(CLI::App& app, ValueTable& values) {
     messages_option =
         app.add_option("--messages", messages, "Write boxes, failures and notes to this file, a JSON object a line")
             ->type_name("FILE");
+    values[messages_option] = files_like({any});
   }
 
   ImportOptions options() const {
@@ -61,16 +69,18 @@ struct ShowWords {
   bool json = false, csv = false;
   std::vector<std::string> files;
 
-  explicit ShowWords(CLI::App& program)
+  ShowWords(CLI::App& program, ValueTable& values)
       : app(program.add_subcommand("show", "Print tests, data documents and form templates")) {
-    import.declare(*app);
+    import.declare(*app, values);
     CLI::Option* as_json =
         app->add_flag("--json", json, "Print one JSON object for each FILE")->disable_flag_override();
     app->add_flag("--csv", csv, "Print the questions of one FILE as a table for a spreadsheet")
         ->disable_flag_override()
         ->excludes(as_json);
-    import.declare_messages(*app);
-    app->add_option("FILE", files, "ExamView XML file, KTD document or form template")->required()->type_name("");
+    import.declare_messages(*app, values);
+    values[app->add_option("FILE", files, "ExamView XML file, KTD document or form template")
+               ->required()
+               ->type_name("")] = files_like({xml, ktd, form_json});
   }
 
   ShowCommand command() const {
@@ -88,14 +98,14 @@ struct CompareWords {
   bool json = false;
   std::vector<std::string> tests;
 
-  explicit CompareWords(CLI::App& program)
+  CompareWords(CLI::App& program, ValueTable& values)
       : app(program.add_subcommand("compare", "Tell how versions of a test differ from the first one")) {
-    import.declare(*app);
+    import.declare(*app, values);
     app->add_flag("--json", json, "Print one JSON object")->disable_flag_override();
-    app->add_option("TEST", tests,
-                    "ExamView XML file or KTD document; the first one is what the others are held against")
-        ->required()
-        ->type_name("");
+    values[app->add_option("TEST", tests,
+                           "ExamView XML file or KTD document; the first one is what the others are held against")
+               ->required()
+               ->type_name("")] = files_like({xml, ktd});
   }
 
   CompareCommand command() const {
@@ -113,14 +123,18 @@ struct MergeWords {
   bool quiet = false, keep_going = false;
   std::vector<std::string> tests;
 
-  explicit MergeWords(CLI::App& program)
+  MergeWords(CLI::App& program, ValueTable& values)
       : app(program.add_subcommand("merge", "Merge a test, with its further versions, with a form")) {
-    import.declare(*app);
-    app->add_option("--form", form, "Form template to read")->required()->type_name("FORM");
-    app->add_option("--form-out", form_out, "Form template to write")->required()->type_name("FILE");
-    app->add_option("--document-out", document_out, "Data document to write")->required()->type_name("FILE");
+    import.declare(*app, values);
+    values[app->add_option("--form", form, "Form template to read")->required()->type_name("FORM")] =
+        files_like({form_json});
+    values[app->add_option("--form-out", form_out, "Form template to write")->required()->type_name("FILE")] =
+        files_like({form_json});
+    values[app->add_option("--document-out", document_out, "Data document to write")->required()->type_name("FILE")] =
+        files_like({ktd});
     report_option = app->add_option("--report", report, "HTML page to write: the sheet, the keys, what was left out")
                         ->type_name("FILE");
+    values[report_option] = files_like({html});
     app->add_option("--max-questions", max_questions, "Most questions that a test keeps; 0: no limit (default)")
         ->type_name("N");
     app->add_option("--sequence-question", sequence_question, "Field with the version identifier; 0: none (default)")
@@ -128,10 +142,10 @@ struct MergeWords {
     app->add_flag("--quiet", quiet, "Show no boxes of removal and merge")->disable_flag_override();
     app->add_flag("--keep-going", keep_going, "Write the outputs though the library has reported a failure")
         ->disable_flag_override();
-    import.declare_messages(*app);
-    app->add_option("TEST", tests, "ExamView XML file or KTD document; further ones are its versions")
-        ->required()
-        ->type_name("");
+    import.declare_messages(*app, values);
+    values[app->add_option("TEST", tests, "ExamView XML file or KTD document; further ones are its versions")
+               ->required()
+               ->type_name("")] = files_like({xml, ktd});
   }
 
   MergeCommand command() const {
@@ -156,12 +170,14 @@ struct ReportWords {
   std::string form, out, document;
   CLI::Option* form_option;
 
-  explicit ReportWords(CLI::App& program)
+  ReportWords(CLI::App& program, ValueTable& values)
       : app(program.add_subcommand("report", "Write the HTML page of a merge: the sheet, the keys, the questions")) {
     form_option = app->add_option("--form", form, "Merged form template, for the pages and regions of the sheet")
                       ->type_name("FORM");
-    app->add_option("--out", out, "HTML page to write")->required()->type_name("FILE");
-    app->add_option("DOCUMENT", document, "Data document that the merge wrote")->required()->type_name("");
+    values[form_option] = files_like({form_json});
+    values[app->add_option("--out", out, "HTML page to write")->required()->type_name("FILE")] = files_like({html});
+    values[app->add_option("DOCUMENT", document, "Data document that the merge wrote")->required()->type_name("")] =
+        files_like({ktd});
   }
 
   ReportCommand command() const {
@@ -178,13 +194,14 @@ struct FormWords {
   std::string questions, choices = "5", per_page = "50", versions, out;
   CLI::Option* versions_option;
 
-  explicit FormWords(CLI::App& program) : app(program.add_subcommand("form", "Write a new form template")) {
+  FormWords(CLI::App& program, ValueTable& values) : app(program.add_subcommand("form", "Write a new form template")) {
     app->add_option("--questions", questions, "Number of graded fields")->required()->type_name("N");
     app->add_option("--choices", choices, "Choices of each, at most 26 (default 5)")->type_name("N");
     versions_option = app->add_option("--versions", versions, "A version field in front that offers these identifiers")
                           ->type_name("A,B,...");
     app->add_option("--per-page", per_page, "Graded fields on a page (default 50)")->type_name("N");
-    app->add_option("--out", out, "Form template to write")->required()->type_name("FILE");
+    values[app->add_option("--out", out, "Form template to write")->required()->type_name("FILE")] =
+        files_like({form_json});
   }
 
   FormCommand command() const {
@@ -208,23 +225,30 @@ struct CommandLine::Words {
   ReportWords report;
   FormWords form;
 
-  explicit Words(CLI::App& app) : show(app), compare(app), merge(app), report(app), form(app) {}
+  Words(CLI::App& app, ValueTable& values)
+      : show(app, values), compare(app, values), merge(app, values), report(app, values), form(app, values) {}
 };
 
 CommandLine::CommandLine()
     : app_("Reads tests, shows and compares them, and merges them with form templates", "hedro34") {
   app_.set_version_flag("--version", "hedro34 " + std::string(hedro34::version));
   app_.require_subcommand(1);
-  app_.footer(
-      "A file may be -, standard input or standard output.\n\n"
-      "Exit codes: 0 done, 1 the library answered False, 2 wrong usage, 3 an input is at fault, 4 an output cannot be\n"
-      "written, 5 a failure was reported: merge writes nothing then, unless --keep-going is given");
-  words_ = std::make_unique<Words>(app_);
+  std::string footer = std::string(standard_streams) + "\n\nExit codes:";
+  for (const auto& [code, meaning] : exit_codes) {
+    footer.append("\n  ").append(std::to_string(static_cast<int>(code))).append("  ").append(meaning);
+  }
+  app_.footer(footer);
+  words_ = std::make_unique<Words>(app_, values_);
   app_.allow_windows_style_options(false);  // "/x" is a file
   for (CLI::App* command : app_.get_subcommands({})) command->allow_windows_style_options(false);
 }
 
 CommandLine::~CommandLine() = default;
+
+Values CommandLine::values(const CLI::Option& option) const {
+  const auto found = values_.find(&option);
+  return found == values_.end() ? Values() : found->second;
+}
 
 Command CommandLine::command() const {
   if (words_->show.app->parsed()) return words_->show.command();

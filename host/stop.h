@@ -2,6 +2,7 @@
 // where and, where there is one, the way out.
 #pragma once
 
+#include <array>
 #include <exception>
 #include <initializer_list>
 #include <string>
@@ -10,14 +11,18 @@
 
 namespace host {
 
-enum class ExitCode {
-  Done = 0,
-  AnsweredFalse = 1,  // the library answered False to an operation, or the program had to stop, as for want of memory
-  WrongUsage = 2,     // the command line cannot be carried out as it stands
-  BadInput = 3,       // an input file cannot be read, is malformed or is not what it should be
-  BadOutput = 4,      // an output cannot be written
-  FailuresReported = 5,  // the library answered True but reported a failure on the way
-};
+enum class ExitCode { Done = 0, AnsweredFalse = 1, WrongUsage = 2, BadInput = 3, BadOutput = 4, FailuresReported = 5 };
+
+// What each of them means, for `--help` and the manual page. The program also ends with `AnsweredFalse` when it had to stop, as
+// for want of memory.
+inline constexpr std::array<std::pair<ExitCode, std::string_view>, 6> exit_codes = {{
+    {ExitCode::Done, "done"},
+    {ExitCode::AnsweredFalse, "the library answered False to an operation, or tests that were compared differ"},
+    {ExitCode::WrongUsage, "the command line cannot be carried out as it stands"},
+    {ExitCode::BadInput, "an input cannot be read, is malformed or is not what it should be"},
+    {ExitCode::BadOutput, "an output cannot be written"},
+    {ExitCode::FailuresReported, "a failure was reported on the way: merge writes nothing then, unless told to go on"},
+}};
 
 // What exit code 5 means for what was read and merged.
 inline constexpr std::string_view failures_reported =

@@ -18,6 +18,33 @@ constexpr std::size_t state_length = 2;
   throw Stop(ExitCode::WrongUsage, std::string(option) + ": \"" + std::string(text) + "\" is not " + way_out);
 }
 
+constexpr std::array<std::pair<std::string_view, std::int32_t>, 6> objectives = {{
+    {"none", hedro34::HEDROTestImportObjectivesNone},
+    {"learning", hedro34::HEDROTestImportObjectivesLearning},
+    {"local", hedro34::HEDROTestImportObjectivesLocal},
+    {"state", hedro34::HEDROTestImportObjectivesState},
+    {"national", hedro34::HEDROTestImportObjectivesNational},
+    {"all", hedro34::HEDROTestImportObjectivesLearning | hedro34::HEDROTestImportObjectivesLocal |
+                hedro34::HEDROTestImportObjectivesState | hedro34::HEDROTestImportObjectivesNational},
+}};
+
+constexpr std::array<std::pair<std::string_view, PartialCredit>, 3> answers = {
+    {{"ok", PartialCredit::Ok}, {"cancel", PartialCredit::Cancel}, {"ask", PartialCredit::Ask}}};
+
+template <class Rows>
+std::vector<std::string_view> names_of(const Rows& rows) {
+  std::vector<std::string_view> names;
+  names.reserve(rows.size());
+  for (const auto& row : rows) names.push_back(row.first);
+  return names;
+}
+
+std::string list_of(const std::vector<std::string_view>& names) {
+  std::string list;
+  for (const std::string_view name : names) list.append(list.empty() ? "" : ", ").append(name);
+  return list;
+}
+
 // The parts between commas; one empty part for an empty text.
 std::vector<std::string_view> split(std::string_view text) {
   std::vector<std::string_view> parts;
@@ -40,28 +67,20 @@ std::int32_t number_of(std::string_view option, std::string_view text, std::int3
             std::to_string(std::numeric_limits<std::int32_t>::max()));
 }
 
+std::vector<std::string_view> objective_names() { return names_of(objectives); }
+std::vector<std::string_view> partial_credit_names() { return names_of(answers); }
+
 hedro34::HEDROTestImportObjectives objectives_of(std::string_view text) {
-  using namespace hedro34;
-  constexpr std::int32_t all = HEDROTestImportObjectivesLearning | HEDROTestImportObjectivesLocal |
-                               HEDROTestImportObjectivesState | HEDROTestImportObjectivesNational;
-  constexpr std::array<std::pair<std::string_view, std::int32_t>, 6> names = {{
-      {"none", HEDROTestImportObjectivesNone},
-      {"learning", HEDROTestImportObjectivesLearning},
-      {"local", HEDROTestImportObjectivesLocal},
-      {"state", HEDROTestImportObjectivesState},
-      {"national", HEDROTestImportObjectivesNational},
-      {"all", all},
-  }};
   std::int32_t flags = 0;
   for (const std::string_view part : split(text)) {
     const auto* const named =
-        std::find_if(names.begin(), names.end(), [&](const auto& row) { return row.first == part; });
-    if (named == names.end()) {
-      wrong("--objectives", part, "one of none, learning, local, state, national, all, separated by commas");
+        std::find_if(objectives.begin(), objectives.end(), [&](const auto& row) { return row.first == part; });
+    if (named == objectives.end()) {
+      wrong("--objectives", part, "one of " + list_of(objective_names()) + ", separated by commas");
     }
     flags |= named->second;
   }
-  return static_cast<HEDROTestImportObjectives>(flags);
+  return static_cast<hedro34::HEDROTestImportObjectives>(flags);
 }
 
 hedro34::String state_of(std::string_view text) {
@@ -71,10 +90,10 @@ hedro34::String state_of(std::string_view text) {
 }
 
 PartialCredit partial_credit_of(std::string_view text) {
-  if (text == "ok") return PartialCredit::Ok;
-  if (text == "cancel") return PartialCredit::Cancel;
-  if (text == "ask") return PartialCredit::Ask;
-  wrong("--partial-credit", text, "one of ok, cancel, ask");
+  for (const auto& [name, answer] : answers) {
+    if (text == name) return answer;
+  }
+  wrong("--partial-credit", text, "one of " + list_of(partial_credit_names()));
 }
 
 std::vector<hedro34::String> versions_of(std::string_view text) {

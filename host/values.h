@@ -13,6 +13,10 @@ namespace host {
 // A decimal number of 32 bits, not below `least`.
 std::int32_t number_of(std::string_view option, std::string_view text, std::int32_t least);
 
+// The words that `objectives_of` and `partial_credit_of` take.
+std::vector<std::string_view> objective_names();
+std::vector<std::string_view> partial_credit_names();
+
 // The flags of the names between commas.
 hedro34::HEDROTestImportObjectives objectives_of(std::string_view text);
 
