@@ -5,47 +5,52 @@
 namespace hedro34 {
 namespace {
 
-// What is left of A4 in width and of Letter in height by the margins of the page, in millimetres; of the height also the
-// heading and the head of the table.
-constexpr double page_width = 184;
-constexpr double page_height = 226;
-constexpr double gap = 3;  // between columns
+// All in micrometres, so that every processor comes to the same layout.
+using Length = std::int64_t;
 
-constexpr double millimetres = 25.4 / 72;  // of a point
-constexpr double character = 0.62;         // the width of a character in the font size, as keys have them
-constexpr double cell_padding = 0.35;      // what is left free beside each text, in the font size
-constexpr double rule = 0.3;               // below each row
+// What is left of A4 in width and of Letter in height by the margins of the page; of the height also the heading and the head of
+// the table.
+constexpr Length page_width = 184'000;
+constexpr Length page_height = 226'000;
+constexpr Length gap = 3'000;  // between columns
+constexpr Length rule = 300;   // below each row
+
+// Of a font size: an average character of a key, what is left free beside each text.
+constexpr Length character_width(Length size) { return size * 62 / 100; }
+constexpr Length padding(Length size) { return size * 35 / 100; }
 
 constexpr std::size_t widest_part = 24;   // a longer text takes several lines
 constexpr std::size_t most_rows = 5'000;  // no page holds more in the smallest print
-constexpr std::array sizes = {13.0, 12.0, 11.0, 10.0, 9.0, 8.0, 7.0, 6.5, 6.0, 5.5, 5.0, 4.5, 4.0, 3.5};
+constexpr std::array sizes = {130, 120, 110, 100, 90, 80, 70, 65, 60, 55, 50, 45, 40, 35};  // in tenths of a point
 constexpr int most_columns = 14;
 
-// The height of a line in the font size: some air where there is room.
-double line_of(double points) { return points >= 9 ? 1.5 : 1.15; }
+// The height of a line in percent of the font size: some air where there is room.
+constexpr int line_of(int tenths) { return tenths >= 90 ? 150 : 115; }
 
-double height_of(const std::vector<KeyRow>& rows, const KeyLayout& layout, double& highest) {
-  const double size = layout.points * millimetres;
-  const double width = (page_width - gap * (layout.columns - 1)) / layout.columns;
+constexpr Length size_of(int tenths) { return Length{tenths} * 25'400 / 720; }
+
+// Whether all rows stand on one page, side by side in that many columns.
+bool fits(const std::vector<KeyRow>& rows, const KeyLayout& layout, int tenths, int columns) {
+  const Length size = size_of(tenths);
+  const Length line = size * line_of(tenths) / 100;
+  const Length width = (page_width - gap * (columns - 1)) / columns;
   const std::size_t all = layout.parts[0] + layout.parts[1] + layout.parts[2];
-  std::array<double, 4> characters{};
+  std::array<std::size_t, 3> characters{};
   for (std::size_t i = 0; i < 3; ++i) {
-    const double cell = width * static_cast<double>(layout.parts[i]) / static_cast<double>(all);
-    characters[i] = std::max(1.0, (cell - cell_padding * size) / (character * size));
+    const Length cell = width * static_cast<Length>(layout.parts[i]) / static_cast<Length>(all);
+    characters[i] = static_cast<std::size_t>(std::max(Length{1}, (cell - padding(size)) / character_width(size)));
   }
-  characters[3] = std::max(1.0, width / (character * size));
-  double sum = 0;
-  highest = 0;
+  const auto lines = [](std::size_t text, std::size_t in_line) { return (text + in_line - 1) / in_line; };
+  Length sum = 0;
+  Length highest = 0;
   for (const KeyRow& row : rows) {
-    const auto lines_of = [&](std::size_t i) {
-      return static_cast<double>(static_cast<std::int64_t>((static_cast<double>(row[i]) - 0.001) / characters[i]) + 1);
-    };
-    const double lines = std::max({lines_of(0), lines_of(1), lines_of(2)}) + (row[3] == 0 ? 0.0 : lines_of(3));
-    const double height = lines * layout.line * size + rule;
+    const std::size_t key = std::max(lines(row[1], characters[1]), std::size_t{1}) + lines(row[3], characters[1]);
+    const std::size_t most = std::max({lines(row[0], characters[0]), key, lines(row[2], characters[2])});
+    const Length height = static_cast<Length>(most) * line + rule;
     sum += height;
     highest = std::max(highest, height);
   }
-  return sum;
+  return sum / columns + highest <= page_height;
 }
 
 }  // namespace
@@ -62,19 +67,18 @@ KeyLayout key_layout(const std::vector<KeyRow>& rows) {
     for (std::size_t i = 0; i < 3; ++i) layout.parts[i] = std::max(layout.parts[i], std::min(row[i], widest_part));
   }
   if (rows.size() <= most_rows) {
-    for (const double size : sizes) {
+    for (const int tenths : sizes) {
       for (int columns = 1; columns <= most_columns; ++columns) {
-        layout.points = size;
-        layout.line = line_of(size);
+        if (!fits(rows, layout, tenths, columns)) continue;
+        layout.points = tenths / 10.0;
+        layout.line = line_of(tenths) / 100.0;
         layout.columns = columns;
-        double highest = 0;
-        const double height = height_of(rows, layout, highest);
-        if (height / columns + highest <= page_height) return layout;
+        return layout;
       }
     }
   }
-  layout.points = sizes.back();
-  layout.line = line_of(sizes.back());
+  layout.points = sizes.back() / 10.0;
+  layout.line = line_of(sizes.back()) / 100.0;
   layout.columns = 8;
   layout.fits = false;
   return layout;

@@ -18,7 +18,7 @@ struct KeyLayout {
 };
 
 // The widths of a row's cells in average characters: field, key, question of the first version; then that of a remark below
-// them, 0 for none.
+// the key, 0 for none.
 using KeyRow = std::array<std::size_t, 4>;
 
 // The width of a text in average characters; wide ones count twice.

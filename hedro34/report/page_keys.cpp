@@ -1,6 +1,4 @@
 // The key of each version in its own order, as a table that prints on one page.
-#include <cmath>
-
 #include "hedro34/report/key_layout.h"
 #include "hedro34/report/page.h"
 
@@ -43,11 +41,13 @@ void write_row(HtmlText& html, const ReportData& data, const KeyPlace& place, bo
 
 // How the width of a row is shared among its cells, in percent.
 void write_widths(HtmlText& html, const KeyLayout& layout, std::size_t cells) {
-  double all = 0;
-  for (std::size_t i = 0; i < cells; ++i) all += static_cast<double>(layout.parts[i]);
+  std::size_t all = 0;
+  for (std::size_t i = 0; i < cells; ++i) all += layout.parts[i];
   html.raw("<colgroup>");
   for (std::size_t i = 0; i < cells; ++i) {
-    html.raw("<col style=\"width:").number(std::lround(100 * static_cast<double>(layout.parts[i]) / all)).raw("%\">");
+    html.raw("<col style=\"width:")
+        .number(static_cast<std::int64_t>((200 * layout.parts[i] + all) / (2 * all)))
+        .raw("%\">");
   }
   html.raw("</colgroup>\n");
 }
