@@ -174,7 +174,7 @@ class PageTest(unittest.TestCase):
                         self.assertEqual(len(set(counts)), 1, f"{counts}\n{text}")
 
     def test_printed_bubbles(self):
-        """Without the backgrounds that browsers leave out, what is filled is black and the rest is paper with a line around it."""
+        """Browsers leave backgrounds out: what is filled is black all the same, the rest is paper with a line around it."""
         for name in ("biology", "mixed", "unit", "letters"):
             with self.subTest(name):
                 sample, on_paper = self.pages[name], self.printed(name)
@@ -187,11 +187,39 @@ class PageTest(unittest.TestCase):
                     top = next(word.top for word in words if word.text == "Page")
                     dark = on_paper.darkness(number)
                     for word in words:
-                        if word.text in labels and word.top > top + 10 and word.bottom - word.top < 12:  # else a part of a name
+                        if word.text in labels and word.top > top + 10 and word.bottom - word.top < 12:  # else part of a name
                             middle = (word.top + word.bottom) / 2
-                            line = max(dark(word.left - step / 4, middle + up) for step in range(4, 30) for up in (-2, 0, 2))
+                            around = [(word.left - step / 4, middle + up) for step in range(4, 30) for up in (-2, 0, 2)]
+                            line = max(dark(*point) for point in around)
                             found.append((word.text, dark(word.left - 1, middle) > 0.7, line > 0.3))
                 self.assertCountEqual(found, [(label, filled, True) for label, filled in wanted])
+
+    def test_thousand_questions(self):
+        """Twenty versions are on the screen in two seconds, the key of one on a page of the shorter paper."""
+        twenty, one = samples.many(1000, 20), samples.many(1000, 1)
+        page_of_twenty = self.make.reported("twenty", twenty, samples.form(twenty["questions"])).path
+        self.pages["thousand"] = self.make.reported("thousand", one, samples.form(one["questions"]))
+        self.addCleanup(self.pages.pop, "thousand")
+        seconds = []
+        for _ in range(3):
+            with self.browser.page(1280) as page:
+                start = time.monotonic()
+                page.open(page_of_twenty)
+                page.run("new Promise((done) => requestAnimationFrame(() => requestAnimationFrame(done)))")
+                seconds.append(time.monotonic() - start)
+        self.assertLess(min(seconds), 2)
+        key = [text for text in self.printed("thousand", "Letter").texts if "Key of 1000 graded fields" in text]
+        self.assertEqual([len(re.findall(r"^Q\d+ [(A-E]", text, re.M)) for text in key], [1000])
+
+    def test_megabyte(self):
+        """A megabyte in one text, with blanks and without, and in one label."""
+        sample = self.make.reported("megabyte", samples.megabyte())
+        for width in (360, 1600):
+            with self.browser.page(width) as page:
+                page.open(sample.path)
+                page.run(QUESTIONS_OF_THE_PAGE)
+                self.assertEqual(page.run("page.wide()", 60), [])
+                self.assertEqual(page.run("document.querySelector('#question-2 .text').textContent.length", 60), 1 << 20)
 
 
 if __name__ == "__main__":
