@@ -89,6 +89,18 @@ class PageTest(unittest.TestCase):
             shown = plain(page.run("page.text()"))
             self.assertEqual([text for text in expected.texts(sample.document) if plain(text) not in shown], [])
 
+    def test_left_out_and_alternatives(self):
+        """What a merge removed is listed by number; who cannot see the bubbles is told which ones are filled."""
+        sample = self.pages["mixed"]
+        with self.browser.page() as page:
+            page.open(sample.path)
+            numbers = "Array.from(table.tBodies[0].rows, (row) => row.cells[0].innerText)"
+            shown = page.run(f"Array.from(document.querySelectorAll('#left-out table'), (table) => {numbers})")
+            told = [node.name for node in page.read_out() if node.role == "image"]
+        self.assertEqual(shown, [[str(number) for number in sample.left_out], ["22"]])
+        fields = [bubbles for _, bubbles in expected.sheet(sample.form, sample.document) if bubbles]
+        self.assertEqual(told, [", ".join(label + " filled" * filled for label, filled in bubbles) for bubbles in fields])
+
     def test_nothing_is_said_and_nothing_is_fetched(self):
         for sample, page in self.each():
             page.run("page.painted()")
