@@ -7,7 +7,7 @@
 //   VersionComparison            how further versions of a test differ from it, by the rules of a merge
 //   DataDocument                 what a merge fills: names, keys, texts, objectives, versions; `Load` and `Save`
 //   Report                       the page that a person looks at before the sheets go out: `to_html` and `Save`
-//   version_keys                 the keys of a data document, version by version, as each field of the sheet shows them
+//   document_keys                the keys of a data document, version by version, as each field of the sheet shows them
 //   platform()                   message box, XML reader, templates and documents, each of which a host may replace
 //   last_file_error(), to_line   why a load or save answered False
 //   SetError                     gives the object that hears of failures; without one a message box shows them

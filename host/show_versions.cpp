@@ -26,6 +26,7 @@ class VersionText {
       if (place.fault == KeyFault::None) continue;
       out_.lines("  Field " + std::to_string(place.field) + ": ", words_of(place.fault));
     }
+    if (version_.missing > 0) out_.lines("  Further fields: ", words_on_missing(version_.missing));
   }
 
  private:
@@ -74,7 +75,7 @@ class VersionText {
 
 std::string versions_as_text(DataDocument& document) {
   TextLines out;
-  for (const VersionKey& version : version_keys(document)) {
+  for (const VersionKey& version : document_keys(document).versions) {
     out.empty_line();
     if (document.Versions()->VersionMode() != 2) {
       out.line("Keys by field");

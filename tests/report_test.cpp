@@ -48,7 +48,7 @@ Ref<DataDocument> document_of(const std::string& line) {
 }
 
 // "A: 2 (A,C) {1 3}, 3? [5] {5}": for each graded field or one with a fault the question, the key and the choices; "?" and the
-// number of the fault behind the question.
+// number of the fault behind the question. "+2" behind them for two graded fields that the order does not reach.
 std::string shown(const std::vector<VersionKey>& versions) {
   std::string text;
   for (const VersionKey& version : versions) {
@@ -61,6 +61,7 @@ std::string shown(const std::vector<VersionKey>& versions) {
       for (const std::int32_t answer : place.answers) text += std::to_string(answer);
       text += "}";
     }
+    if (version.missing > 0) text += " +" + std::to_string(version.missing);
   }
   return text;
 }
@@ -81,7 +82,7 @@ const KeyCase key_cases[] = {
     {"a field with fewer choices or an empty label", "*ABCD=(2,4) *FGH=1 *AB.D=3 | A:1,2,3 B:2,1,3 C:3,2,1",
      "A: 1=1 (B,D) {24} 2=2 F {1} 3=3?1 [3] {3} | B: 1=2 A {1} 2=1?1 (G,[4]) {24} 3=3?1 [3] {3} | "
      "C: 1=3 C {3} 2=2 F {1} 3=1 (B,D) {24}"},
-    {"no correct answer", "*AB=:  *AB | A:2,1", "A: 1=2  {} 2=1  {}"},
+    {"no correct answer", "*AB=:  *AB *AB=(): *AB=():() | A:2,1,3,4", "A: 1=2  {} 2=1  {} 3=3  {} 4=4  {}"},
     {"no labels", "*=2:B *=1:A | A:1,2 B:2,1", "A: 1=1 B {2} 2=2 A {1} | B: 1=2?1 [1] {1} 2=1?1 [2] {2}"},
     {"label key alone", "*ABC=:(A,C) *FGH=:H | A:1,2 B:2,1",
      "A: 1=1 (A,C) {13} 2=2 H {3} | B: 1=2 C {3} 2=1 (F,H) {13}"},
@@ -90,22 +91,33 @@ const KeyCase key_cases[] = {
     {"keys that disagree", "*ABC=1:B *FGH=2 | A:1,2 B:2,1", "A: 1=1?5 B {1} 2=2 G {2} | B: 1=2 B {2} 2=1?5 F {1}"},
     {"an order that names what is not there", "*AB=1 *FG=2 | A:1,2 B:3,0 C:-1,2",
      "A: 1=1 A {1} 2=2 G {2} | B: 1=0?2  {} 2=0?2  {} | C: 1=0?2  {} 2=2 G {2}"},
-    {"an order that ends early or late", "*AB=1 -XY *FG=2 | A:1 B:1,2,3,4",
-     "A: 1=1 A {1} 3=0?2  {} | B: 1=1 A {1} 3=3 G {2}"},
+    {"an order that ends early or late", "*AB=1 -XY *FG=2 *FG=1 | A:1 B:1,2,3,4,5 C:2,1,3",
+     "A: 1=1 A {1} +2 | B: 1=1 A {1} 3=3 G {2} 4=4 F {1} | C: 1=2?3  {} 2=1?3  {} 3=3 G {2} +1"},
+    {"a label that stands twice or holds a comma", "*AAB=1 *AAB=3 *A..B=4 *AAB=:A *A,B=2",
+     ": 1=1?6 A {1} 2=2 B {3} 3=3 B {4} 4=4?6 A {} 5=5?6 , {2}"},
+    {"such a label at the field of a version", "*AB=1 *FF=(1,2) | A:1,2 B:2,1",
+     "A: 1=1 A {1} 2=2?6 (F,F) {12} | B: 1=2 (A,B) {12} 2=1?6 F {1}"},
     {"a question twice, or where none is graded", "*AB=1 *FG=2 -XY | A:1,1,3 B:3,2,1",
      "A: 1=1?3 A {1} 2=1?3 F {1} | B: 1=3?3  {} 2=2 G {2} 3=1?3  {}"},
 };
 
 TEST(Report, KeysAreAsTheSheetOfEachVersionShowsThem) {
   for (const KeyCase& row : key_cases) {
-    EXPECT_EQ(shown(version_keys(*document_of(row.document))), row.keys) << row.what;
+    EXPECT_EQ(shown(document_keys(*document_of(row.document)).versions), row.keys) << row.what;
   }
 }
 
 TEST(Report, OrdersAreReadWhereEachHasAnIdentifier) {
   const auto document = document_of("*AB=1 *FG=2 | A:1,2 B:2,1");
   document->versions().version_answers().Add(u"C");
-  EXPECT_EQ(shown(version_keys(*document)), ": 1=1 A {1} 2=2 G {2}");
+  EXPECT_EQ(shown(document_keys(*document).versions), ": 1=1 A {1} 2=2 G {2}");
+}
+
+// A key of labels alone that can be read in two ways, and one that cannot.
+TEST(Report, AKeyThatIsAlsoALabelIsDoubtful) {
+  const auto document = document_of("*AB=:A,B *AB=(1,2):(A,B) *AB=:(A,B)");
+  for (const std::int32_t n : {1, 2}) document->Questions()->Item(n)->ChoiceLabels()->Add(u"A,B");
+  EXPECT_EQ(shown(document_keys(*document).versions), ": 1=1?6 A,B {} 2=2?6 (A,B) {12} 3=3 (A,B) {12}");
 }
 
 struct TextRow {
@@ -281,6 +293,50 @@ Nothing was removed, and all content was carried.
                                  "the document 7. The answer sheet below is drawn from the document alone."),
             std::string::npos);
   EXPECT_EQ(of_another_form.find("Page 1"), std::string::npos);
+}
+
+struct PageRow {
+  const char* document;
+  std::vector<const char*> seen;
+};
+
+const PageRow page_rows[] = {
+    // The first version is a mixed one.
+    {"*AB=2 *FG=1 | A:2,1 B:1,2", {"Field 1\nA [B]\nKey B\n", "Field 2\n[F] G\nKey F\n"}},
+    {"*AB=():() *AB=1",
+     {"first\nField 1 : no answer is correct.\nAnswer", "\nField 1 no answer is correct\nField 2 A\n",
+      "\nA B\nKey no answer is correct\n"}},
+    {"*AB=1 *AB=2 -X *AB=1 | A:1,2,3,4 B:2 C: D:1,1,3,4",
+     {"\nVersion B : the order of the version names no question for 2 graded fields.\nVersion C : the order of the "
+      "version names no question for 3 graded fields.\nVersion D",
+      "\nthe order of the version names no question for 2 graded fields\nKey of 1 graded field,",
+      "\nPlace A : Field 1 , D : Field 1 , D : Field 2 , none in 2 versions\n"}},
+};
+
+TEST(Report, PageOfADocumentThatIsNotAsAMergeWritesIt) {
+  for (const PageRow& row : page_rows) {
+    const auto report = make<Report>();
+    report->Document = document_of(row.document);
+    for (const char* piece : row.seen)
+      EXPECT_NE(seen(*report).find(piece), std::string::npos) << piece << seen(*report);
+  }
+}
+
+// Names in a sentence are set apart from it, whichever way they are written, and the title holds no elements.
+TEST(Report, NamesAreSetApart) {
+  const auto document = document_of("*AB= *AB=1 | \u05D0:1,2 W:1,2");
+  document->SetDescription(u"a\u202E");
+  const auto report = make<Report>();
+  report->Document = document;
+  report->AddTest(make<clsHEDROTest>());
+  const std::string page = report->to_html();
+  for (const char* piece : {"<title>a[U+202E] –", "<h1><bdi>a<small>[U+202E]</small></bdi>",
+                            "<li>Version <bdi>\u05D0</bdi>: <bdi>Field 1</bdi>: no answer is correct.</li>",
+                            "<li>The document has 2 versions, but 1 test was merged"}) {
+    EXPECT_NE(page.find(piece), std::string::npos) << piece;
+  }
+  document->versions().version_answers().Add(u"X");
+  EXPECT_NE(seen(*report).find("has 2 orders of versions and 3 version identifiers"), std::string::npos);
 }
 
 // One question, whose every text would do harm as markup.

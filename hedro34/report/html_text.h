@@ -19,7 +19,7 @@ class HtmlText {
   // marks that turn the direction of text as numbers in a small element. A lone surrogate becomes U+FFFD.
   HtmlText& text(StringView text) { return escaped(text, true); }
 
-  // The same for the value of an attribute, between double quotes.
+  // The same without an element, for the title of the page and for the value of an attribute between double quotes.
   HtmlText& attribute(StringView text) { return escaped(text, false); }
 
   HtmlText& number(std::int64_t number);

@@ -58,15 +58,22 @@ void write_navigation(HtmlText& html, const ReportData& data) {
 void write_first(HtmlText& html, const ReportData& data, const std::vector<String>& messages) {
   html.raw("<section id=\"look-first\">\n<h2>To look at first</h2>\n");
   if (data.notices.empty() && messages.empty()) html.raw("<p>Nothing: every key can be marked as it stands.</p>\n");
-  const auto list = [&](const std::vector<String>& texts, std::string_view kind) {
-    if (texts.empty()) return;
-    html.raw("<ul class=\"").raw(kind).raw("\">\n");
-    for (const String& text : texts) html.raw("<li dir=\"auto\">").text(text).raw("</li>\n");
+  if (!data.notices.empty()) {
+    html.raw("<ul class=\"notices\">\n");
+    for (const Notice& notice : data.notices) {
+      html.raw("<li>");
+      for (const Notice::Piece& piece : notice.pieces()) {
+        html.raw(piece.from_file ? "<bdi>" : "").text(piece.text).raw(piece.from_file ? "</bdi>" : "");
+      }
+      html.raw("</li>\n");
+    }
     html.raw("</ul>\n");
-  };
-  list(data.notices, "notices");
-  if (!messages.empty()) html.raw("<h3>Messages</h3>\n");
-  list(messages, "messages");
+  }
+  if (!messages.empty()) {
+    html.raw("<h3>Messages</h3>\n<ul class=\"messages\">\n");
+    for (const String& text : messages) html.raw("<li dir=\"auto\">").text(text).raw("</li>\n");
+    html.raw("</ul>\n");
+  }
   html.raw("</section>\n");
 }
 
@@ -74,7 +81,7 @@ void write_first(HtmlText& html, const ReportData& data, const std::vector<Strin
 
 std::string page_of(const ReportData& data, StringView title, const std::vector<String>& messages) {
   HtmlText html;
-  html.raw(head).text(title).raw(" – answer sheet and keys</title>\n<style>\n").raw(page_style());
+  html.raw(head).attribute(title).raw(" – answer sheet and keys</title>\n<style>\n").raw(page_style());
   html.raw("</style>\n</head>\n")
       .raw(is_long(data) ? "<body class=\"many\">\n" : "<body>\n")
       .raw("<header>\n<h1><bdi>")

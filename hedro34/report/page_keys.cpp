@@ -67,8 +67,11 @@ void write_key(HtmlText& html, const ReportData& data, StringView title, std::si
   html.raw("</h2>\n");
   std::int64_t rows = 0;
   for (const KeyPlace& place : version.places) rows += is_shown(place) ? 1 : 0;
+  if (version.missing > 0) {
+    html.raw("<p class=\"fault\">").text(words_on_missing(version.missing)).raw("</p>\n");
+  }
   if (rows == 0) {
-    html.raw("<p>No field is graded.</p>\n</section>\n");
+    html.raw(version.missing > 0 ? "</section>\n" : "<p>No field is graded.</p>\n</section>\n");
     return;
   }
   html.raw("<p class=\"legend\" id=\"about-key-").number(number).raw("\">Key of ");

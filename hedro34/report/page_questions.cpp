@@ -6,12 +6,19 @@
 namespace hedro34 {
 namespace {
 
-// Where each question of the document stands in each version; 0 where it does not.
-std::vector<std::vector<std::int32_t>> places_of(const ReportData& data) {
-  std::vector<std::vector<std::int32_t>> result(data.versions.size(), std::vector<std::int32_t>(data.questions.size()));
+// The field of a question in a version, by the version's position.
+struct Place {
+  std::size_t version;
+  std::int32_t field;
+};
+
+// Where each graded question stands, by version.
+std::vector<std::vector<Place>> places_of(const ReportData& data) {
+  std::vector<std::vector<Place>> result(data.questions.size());
   for (std::size_t v = 0; v < data.versions.size(); ++v) {
     for (const KeyPlace& place : data.versions[v].places) {
-      if (place.question != 0) result[v][static_cast<std::size_t>(place.question - 1)] = place.field;
+      if (place.question == 0 || !data.question(place.question).graded) continue;
+      result[static_cast<std::size_t>(place.question - 1)].push_back({v, place.field});
     }
   }
   return result;
@@ -60,43 +67,37 @@ class Questions {
 
   void write(std::int32_t number) {
     const ReportQuestion& question = data_.question(number);
-    const KeyPlace& place = data_.versions.front().places[static_cast<std::size_t>(number - 1)];
+    const KeyPlace& key = data_.own_key(number);
     html_.raw("<section class=\"question\" data-question=\"").number(number).raw("\" id=\"question-").number(number);
     html_.raw("\">\n<h3><bdi>").text(question.name).raw("</bdi></h3>\n");
     if (!question.text.empty()) html_.raw("<p class=\"text\" dir=\"auto\">").text(question.text).raw("</p>\n");
     if (question.graded) {
-      const Choices choices(question, own_answers(number, place));
+      const Choices choices(question, key.answers);
       choices.write(html_);
       if (!choices.have_texts() && !question.labels.empty()) {
         html_.raw("<p>");
-        write_bubbles(html_, question.labels, own_answers(number, place));
+        write_bubbles(html_, question.labels, key.answers);
         html_.raw("</p>\n");
       }
     }
     html_.raw("<dl>\n");
-    write_facts(number, question, place);
+    write_facts(number, question, key);
     html_.raw("</dl>\n</section>\n");
   }
 
  private:
-  // The first version of a document that a merge wrote has each question at its own field.
-  static const std::vector<std::int32_t>& own_answers(std::int32_t number, const KeyPlace& place) {
-    static const std::vector<std::int32_t> none;
-    return place.question == number ? place.answers : none;
-  }
-
   void begin(std::string_view name, bool takes_whole_line = false) {
     html_.raw(takes_whole_line ? "<div class=\"whole\"><dt>" : "<div><dt>").raw(name).raw("</dt><dd>");
   }
   void end() { html_.raw("</dd></div>\n"); }
 
-  void write_facts(std::int32_t number, const ReportQuestion& question, const KeyPlace& place) {
-    if (question.graded && place.question == number) {
+  void write_facts(std::int32_t number, const ReportQuestion& question, const KeyPlace& key) {
+    if (question.graded) {
       begin("Key");
-      html_.raw("<bdi>").text(place.key).raw("</bdi>");
-      if (!place.on_sheet()) {
-        html_.raw(" <span class=\"fault\">").text(words_of(place.fault)).raw("</span>");
-      } else if (place.key.empty()) {
+      html_.raw("<bdi>").text(key.key).raw("</bdi>");
+      if (!key.on_sheet()) {
+        html_.raw(" <span class=\"fault\">").text(words_of(key.fault)).raw("</span>");
+      } else if (key.key.empty()) {
         html_.raw("<span class=\"fault\">no answer is correct</span>");
       }
       end();
@@ -144,21 +145,24 @@ class Questions {
 
   void write_places(std::int32_t number) {
     begin("Place", true);
-    for (std::size_t v = 0; v < places_.size(); ++v) {
-      const std::int32_t field = places_[v][static_cast<std::size_t>(number - 1)];
-      html_.raw(v == 0 ? "<bdi>" : ", <bdi>").text(data_.versions[v].label).raw("</bdi>: ");
-      if (field == 0) {
-        html_.raw("none");
-      } else {
-        html_.raw("<bdi>").text(data_.question(field).name).raw("</bdi>");
-      }
+    std::size_t without = data_.versions.size();
+    const Place* before = nullptr;
+    for (const Place& place : places_[static_cast<std::size_t>(number - 1)]) {
+      html_.raw(before == nullptr ? "<bdi>" : ", <bdi>").text(data_.versions[place.version].label).raw("</bdi>: <bdi>");
+      html_.text(data_.question(place.field).name).raw("</bdi>");
+      if (before == nullptr || before->version != place.version) --without;
+      before = &place;
+    }
+    if (without > 0) {
+      html_.raw(before == nullptr ? "none in " : ", none in ");
+      write_count(html_, static_cast<std::int64_t>(without), "version", "versions");
     }
     end();
   }
 
   HtmlText& html_;
   const ReportData& data_;
-  std::vector<std::vector<std::int32_t>> places_;
+  std::vector<std::vector<Place>> places_;
 };
 
 }  // namespace

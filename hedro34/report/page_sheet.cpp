@@ -66,16 +66,17 @@ class Sheet {
 
   void write_item(std::int32_t number, const std::vector<String>& labels) {
     const ReportQuestion& question = data_.question(number);
-    const KeyPlace& place = data_.versions.front().places[static_cast<std::size_t>(number - 1)];
+    const KeyPlace* const place = data_.versions.front().at(number);
+    const KeyFault fault = place != nullptr ? place->fault : question.graded ? KeyFault::NoQuestion : KeyFault::None;
     const bool subjective = question.subjective && !question.graded;
     html_.raw("<li class=\"field").raw(subjective ? " subjective" : question.graded ? "" : " ungraded");
     html_.raw("\" data-field=\"").number(number).raw("\"><bdi class=\"name\">").text(question.name).raw("</bdi> ");
     if (subjective) {
       html_.raw("<span class=\"tag\">").real(question.subjective_points).raw(" points</span>");
     } else {
-      write_bubbles(html_, labels, place.answers);
+      write_bubbles(html_, labels, place != nullptr ? place->answers : std::vector<std::int32_t>());
       if (!question.graded) html_.raw(" <span class=\"tag\">not graded</span>");
-      if (!place.on_sheet()) html_.raw(" <span class=\"fault\">").text(words_of(place.fault)).raw("</span>");
+      if (fault != KeyFault::None) html_.raw(" <span class=\"fault\">").text(words_of(fault)).raw("</span>");
     }
     html_.raw("</li>\n");
   }

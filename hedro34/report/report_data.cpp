@@ -44,6 +44,11 @@ String own_name(WENKtdQuestion& question) {
   return own == nullptr ? String() : own->Name();
 }
 
+template <class Count>
+String counted(Count count, StringView one, StringView many) {
+  return decimal(static_cast<std::int64_t>(count)).append(count == 1 ? one : many);
+}
+
 // The names of a form's fields in the order of the walk.
 std::vector<String> names_of(TIBTemplate& form) {
   const std::int16_t count = form.QuestionCount();
@@ -54,7 +59,10 @@ std::vector<String> names_of(TIBTemplate& form) {
 }  // namespace
 
 ReportData::ReportData(WENKtdDocument& document, TIBTemplate* form, const std::vector<Ref<clsHEDROTest>>& of_tests)
-    : versions(version_keys(document)), tests(of_tests), description(document.Description()) {
+    : tests(of_tests), description(document.Description()) {
+  DocumentKeys keys = document_keys(document);
+  own_keys = std::move(keys.own);
+  versions = std::move(keys.versions);
   read_objectives(document);
   read_questions(document);
   if (form != nullptr) read_form(document, *form);
@@ -102,8 +110,8 @@ void ReportData::read_form(WENKtdDocument& document, TIBTemplate& form) {
   pages = form_pages(form);
   if (const String difference = form_difference(document, pages); !difference.empty()) {
     pages.clear();
-    notices.push_back(u"The form is not the one that was merged with the document: " + difference +
-                      u". The answer sheet below is drawn from the document alone.");
+    note(u"The form is not the one that was merged with the document: " + difference +
+         u". The answer sheet below is drawn from the document alone.");
     return;
   }
   const std::vector<String> names = names_of(form);
@@ -144,42 +152,54 @@ void ReportData::note_left_out() {
   for (const auto& test : tests) {
     for (const LeftOut& lost : test->left_out()) ++(lost.what == LeftOut::What::Removed ? removed : not_carried);
   }
-  if (removed > 0) notices.push_back(u"Questions removed: " + decimal(removed) + u". See “Left out” below.");
+  if (removed > 0) note(u"Questions removed: " + decimal(removed) + u". See “Left out” below.");
   if (not_carried > 0) {
-    notices.push_back(u"Pieces of questions not carried: " + decimal(not_carried) + u". See “Left out” below.");
+    note(u"Pieces of questions not carried: " + decimal(not_carried) + u". See “Left out” below.");
   }
 }
 
 void ReportData::note_versions(WENKtdDocument& document) {
+  if (!tests.empty() && tests.size() != versions.size()) {
+    note(u"The document has " + counted(versions.size(), u" version", u" versions") + u", but " +
+         counted(tests.size(), u" test was", u" tests were") + u" merged: a merge that did not run to its end?");
+  }
   const Ref<WENKtdVersions> held = document.Versions();
   const std::int32_t orders = held->Orders()->Count();
   const std::int32_t answers = held->VersionAnswers()->Count();
   if (held->VersionMode() == 2 || (answers == 0 && orders <= 1)) return;
-  notices.push_back(u"The document has " + decimal(orders) + u" orders of versions and " + decimal(answers) +
-                    u" version identifiers: its versions are not read, and the key below is that of the first one.");
+  note(u"The document has " + counted(orders, u" order of a version", u" orders of versions") + u" and " +
+       counted(answers, u" version identifier", u" version identifiers") +
+       u": its versions are not read, and the key below is that of the first one.");
 }
 
 void ReportData::note_keys(const VersionKey& version) {
-  const String of_version = version.label.empty() ? String() : u"Version " + version.label + u": ";
-  const auto note = [&](StringView what, auto is_meant) {
-    String names;
+  const auto begin = [&]() -> Notice& {
+    Notice& notice = notices.emplace_back();
+    if (!version.label.empty()) notice.say(u"Version ").name(version.label).say(u": ");
+    return notice;
+  };
+  const auto note_places = [&](StringView what, auto is_meant) {
+    std::vector<const KeyPlace*> named;
     std::size_t count = 0;
     for (const KeyPlace& place : version.places) {
-      if (!is_meant(place)) continue;
-      if (++count > most_named) continue;
-      if (!names.empty()) names += u", ";
-      names += question(place.field).name;
+      if (is_meant(place) && ++count <= most_named) named.push_back(&place);
     }
     if (count == 0) return;
-    if (count > most_named) names += u" and " + decimal(static_cast<std::int64_t>(count - most_named)) + u" more";
-    notices.push_back(of_version + names + u": " + String(what) + u".");
+    Notice& notice = begin();
+    for (std::size_t i = 0; i < named.size(); ++i) {
+      if (i > 0) notice.say(u", ");
+      notice.name(question(named[i]->field).name);
+    }
+    if (count > most_named) notice.say(u" and " + decimal(static_cast<std::int64_t>(count - most_named)) + u" more");
+    notice.say(u": " + String(what) + u".");
   };
-  for (const KeyFault fault :
-       {KeyFault::NoLabel, KeyFault::NoQuestion, KeyFault::Misplaced, KeyFault::Unreadable, KeyFault::Disagrees}) {
-    note(words_of(fault), [&](const KeyPlace& place) { return place.fault == fault; });
+  for (const KeyFault fault : {KeyFault::NoLabel, KeyFault::NoQuestion, KeyFault::Misplaced, KeyFault::Unreadable,
+                               KeyFault::Disagrees, KeyFault::Ambiguous}) {
+    note_places(words_of(fault), [&](const KeyPlace& place) { return place.fault == fault; });
   }
-  note(u"no answer is correct",
-       [](const KeyPlace& place) { return place.graded && place.on_sheet() && place.key.empty(); });
+  note_places(u"no answer is correct",
+              [](const KeyPlace& place) { return place.graded && place.on_sheet() && place.key.empty(); });
+  if (version.missing > 0) begin().say(words_on_missing(version.missing) + u".");
 }
 
 }  // namespace hedro34

@@ -11,6 +11,8 @@ namespace {
 // What the keys need of a question, read once.
 struct Source {
   std::vector<String> labels;
+  std::vector<bool> doubtful;              // for each label, whether it stands twice or holds a comma
+  std::vector<StringView> several_in_one;  // the labels that hold a comma, sorted
   String label_key;
   std::vector<std::int32_t> answers;
   bool graded = false;
@@ -18,12 +20,18 @@ struct Source {
   KeyFault fault = KeyFault::None;  // of the key, wherever the question stands
 };
 
+// A key without the brackets around several answers, and without blanks.
+StringView inside(StringView key) {
+  key = trim(key);
+  if (key.size() > 1 && key.front() == u'(' && key.back() == u')') key = trim(key.substr(1, key.size() - 2));
+  return key;
+}
+
 // The parts of a key: "A" and "C" of "(A,C)", without blanks around them; none of an empty one.
 std::vector<StringView> parts_of(StringView key) {
-  key = trim(key);
-  if (key.size() > 1 && key.front() == u'(' && key.back() == u')') key = key.substr(1, key.size() - 2);
+  key = inside(key);
   std::vector<StringView> parts;
-  if (trim(key).empty()) return parts;
+  if (key.empty()) return parts;
   for (;;) {
     const std::size_t end = key.find(u',');
     parts.push_back(trim(key.substr(0, end)));
@@ -95,6 +103,31 @@ bool same_choices(StringView one, StringView other) {
   return left == right;
 }
 
+void find_doubtful(Source& source) {
+  source.doubtful.resize(source.labels.size());
+  std::unordered_map<StringView, std::size_t> first;
+  for (std::size_t i = 0; i < source.labels.size(); ++i) {
+    const StringView label = trim(source.labels[i]);
+    if (label.empty()) continue;
+    const auto [place, is_new] = first.emplace(label, i);
+    if (!is_new) source.doubtful[i] = source.doubtful[place->second] = true;
+    if (label.find(u',') == StringView::npos) continue;
+    source.doubtful[i] = true;
+    source.several_in_one.push_back(label);
+  }
+  std::sort(source.several_in_one.begin(), source.several_in_one.end());
+}
+
+// Whether who reads the key at that field can take it for other choices.
+bool is_ambiguous(const Source& at_field, const std::vector<std::int32_t>& answers, StringView key) {
+  const auto is_doubtful = [&](std::int32_t answer) {
+    const auto offset = static_cast<std::size_t>(answer - 1);
+    return offset < at_field.doubtful.size() && at_field.doubtful[offset];
+  };
+  if (std::any_of(answers.begin(), answers.end(), is_doubtful)) return true;
+  return std::binary_search(at_field.several_in_one.begin(), at_field.several_in_one.end(), inside(key));
+}
+
 String first_of(WENKtdStrings& texts) { return texts.Count() > 0 ? texts.Item(1) : String(); }
 
 // Takes the numbers from the numeric key or, where that has none, from the label key.
@@ -104,6 +137,10 @@ void read_key(Source& source, StringView numeric_key) {
   if (!numeric && !parts_of(source.label_key).empty()) numbers = numbers_of(source.label_key, source.labels);
   if (!numbers) {
     source.fault = KeyFault::Unreadable;
+    return;
+  }
+  if (!numeric && is_ambiguous(source, *numbers, source.label_key)) {
+    source.fault = KeyFault::Ambiguous;
     return;
   }
   source.answers = std::move(*numbers);
@@ -124,59 +161,95 @@ std::vector<Source> read_questions(WENKtdDocument& document) {
     source.graded = question->Graded();
     source.labels = question->ChoiceLabels()->AsArray().elements();
     if (!source.graded) continue;
+    find_doubtful(source);
     source.label_key = first_of(*question->AnswerKey());
     read_key(source, first_of(*question->NumericAnswerKey()));
   }
   return sources;
 }
 
-// Fills in the key of the question that stands at a field with these labels.
-void set_key(KeyPlace& place, const Source& source, const std::vector<String>& labels, bool is_own_field) {
+// Fills in the key of the question that stands at a field.
+void set_key(KeyPlace& place, const Source& source, const Source& at_field) {
+  const bool is_own_field = &source == &at_field;
+  const std::vector<String>& labels = at_field.labels;
   place.fault = source.fault;
   place.answers = source.answers;
   const bool unlabelled = is_own_field && labels.empty() && !source.label_key.empty();
   if (is_own_field && (unlabelled || source.fault != KeyFault::None || has_labels(labels, source.answers))) {
-    place.key = source.label_key.empty() ? key_of(labels, source.answers) : source.label_key;
+    place.key = inside(source.label_key).empty() ? key_of(labels, source.answers) : source.label_key;
     if (unlabelled) place.fault = KeyFault::None;  // there is nothing to hold it against
-    return;
+  } else {
+    place.key = key_of(labels, source.answers);
+    if (place.fault == KeyFault::None && !has_labels(labels, source.answers)) place.fault = KeyFault::NoLabel;
   }
-  place.key = key_of(labels, source.answers);
-  if (place.fault == KeyFault::None && !has_labels(labels, source.answers)) place.fault = KeyFault::NoLabel;
+  if (place.fault == KeyFault::None && is_ambiguous(at_field, source.answers, place.key)) {
+    place.fault = KeyFault::Ambiguous;
+  }
 }
 
-VersionKey key_of_version(const std::vector<Source>& sources, WENKtdOrder* order) {
-  VersionKey version;
-  version.places.resize(sources.size());
-  std::vector<std::int32_t> seen(sources.size());  // the field where each question stood first
-  const std::int32_t entries = order == nullptr ? 0 : order->Count();
-  for (std::size_t i = 0; i < sources.size(); ++i) {
-    const Source& at_field = sources[i];
-    KeyPlace& place = version.places[i];
-    place.field = static_cast<std::int32_t>(i + 1);
-    place.graded = at_field.graded;
-    std::int64_t question = place.field;
-    if (order != nullptr && place.field <= entries) {
-      question = order->Item(place.field);
-    } else if (order != nullptr && at_field.graded) {
-      question = 0;
-    }
-    if (question < 1 || question > static_cast<std::int64_t>(sources.size())) {
-      place.fault = KeyFault::NoQuestion;
-      continue;
-    }
-    place.question = static_cast<std::int32_t>(question);
-    const auto offset = static_cast<std::size_t>(question - 1);
-    const Source& source = sources[offset];
+std::vector<KeyPlace> own_places(const std::vector<Source>& sources) {
+  std::vector<KeyPlace> places;
+  places.reserve(sources.size());
+  for (const Source& source : sources) {
+    KeyPlace& place = places.emplace_back();
+    place.field = place.question = static_cast<std::int32_t>(places.size());
+    place.graded = source.graded;
     place.subjective = source.subjective;
-    if (at_field.graded && source.graded) set_key(place, source, at_field.labels, offset == i);
-    if (at_field.graded != source.graded) place.fault = KeyFault::Misplaced;
-    if (seen[offset] != 0) {
-      place.fault = version.places[static_cast<std::size_t>(seen[offset] - 1)].fault = KeyFault::Misplaced;
-    }
-    seen[offset] = place.field;
+    if (source.graded) set_key(place, source, source);
   }
-  return version;
+  return places;
 }
+
+// Fills in the keys of one version after the other.
+class Versions {
+ public:
+  explicit Versions(const std::vector<Source>& sources)
+      : sources_(sources), graded_from_(sources.size() + 1), seen_(sources.size()) {
+    for (std::size_t i = sources.size(); i > 0; --i) {
+      graded_from_[i - 1] = graded_from_[i] + (sources[i - 1].graded ? 1 : 0);
+    }
+  }
+
+  VersionKey next(WENKtdOrder& order) {
+    ++number_;
+    VersionKey version;
+    const std::size_t entries = std::min(static_cast<std::size_t>(std::max(order.Count(), 0)), sources_.size());
+    version.places.resize(entries);
+    version.missing = graded_from_[entries];
+    for (std::size_t i = 0; i < entries; ++i) {
+      const Source& at_field = sources_[i];
+      KeyPlace& place = version.places[i];
+      place.field = static_cast<std::int32_t>(i + 1);
+      place.graded = at_field.graded;
+      const std::int32_t question = order.Item(place.field);
+      if (question < 1 || static_cast<std::size_t>(question) > sources_.size()) {
+        place.fault = KeyFault::NoQuestion;
+        continue;
+      }
+      place.question = question;
+      const Source& source = sources_[static_cast<std::size_t>(question - 1)];
+      place.subjective = source.subjective;
+      if (at_field.graded && source.graded) set_key(place, source, at_field);
+      if (at_field.graded != source.graded) place.fault = KeyFault::Misplaced;
+      Seen& seen = seen_[static_cast<std::size_t>(question - 1)];
+      if (seen.version == number_) place.fault = version.places[seen.place].fault = KeyFault::Misplaced;
+      seen = {number_, i};
+    }
+    return version;
+  }
+
+ private:
+  // Where a question stood last.
+  struct Seen {
+    std::int32_t version = 0;
+    std::size_t place = 0;
+  };
+
+  const std::vector<Source>& sources_;
+  std::vector<std::int32_t> graded_from_;  // for each field, how many from it on are graded
+  std::vector<Seen> seen_;
+  std::int32_t number_ = 0;
+};
 
 }  // namespace
 
@@ -188,24 +261,31 @@ StringView words_of(KeyFault fault) noexcept {
     case KeyFault::Misplaced: return u"the order of the version has this question at a wrong place";
     case KeyFault::Unreadable: return u"the choices that the key means cannot be told";
     case KeyFault::Disagrees: return u"the labels and the numbers of the key name different choices";
+    case KeyFault::Ambiguous: return u"the key can be read as other choices: a label stands twice or holds a comma";
   }
   return {};
 }
 
-std::vector<VersionKey> version_keys(WENKtdDocument& document) {
+String words_on_missing(std::int32_t graded_fields) {
+  return u"the order of the version names no question for " + decimal(graded_fields) +
+         (graded_fields == 1 ? u" graded field" : u" graded fields");
+}
+
+DocumentKeys document_keys(WENKtdDocument& document) {
   const std::vector<Source> sources = read_questions(document);
-  std::vector<VersionKey> versions;
+  DocumentKeys keys;
+  keys.own = own_places(sources);
   const Ref<WENKtdVersions> held = document.Versions();
   const Ref<WENKtdOrders> orders = held->Orders();
   const Ref<WENKtdStrings> labels = held->VersionAnswers();
   const std::int32_t count = held->VersionMode() == 2 ? orders->Count() : 0;
-  if (count == 0) versions.push_back(key_of_version(sources, nullptr));
+  if (count == 0) keys.versions.emplace_back().places = keys.own;
+  Versions versions(sources);
   for (std::int32_t v = 1; v <= count; ++v) {
-    const Ref<WENKtdOrder> order = orders->Item(v);
-    versions.push_back(key_of_version(sources, order.get()));
-    if (v <= labels->Count()) versions.back().label = labels->Item(v);
+    keys.versions.push_back(versions.next(*orders->Item(v)));
+    if (v <= labels->Count()) keys.versions.back().label = labels->Item(v);
   }
-  return versions;
+  return keys;
 }
 
 }  // namespace hedro34

@@ -18,17 +18,22 @@ enum class KeyFault {
   Misplaced,   // the order names this question twice, or puts a graded question where none is graded, or the reverse
   Unreadable,  // which choices the key means cannot be told
   Disagrees,   // the labels and the numbers of the document's key name different choices
+  Ambiguous,   // the key's labels can be read as other choices: one stands twice at the field or holds a comma
 };
 
 // Words for a person, such as "the field has no label for this answer"; empty for `None`.
 StringView words_of(KeyFault fault) noexcept;
 
+// The words for a version whose order ends before its last graded fields.
+String words_on_missing(std::int32_t graded_fields);
+
 struct KeyPlace {
   std::int32_t field = 0;     // from 1
   std::int32_t question = 0;  // the question of the document that stands there, from 1; 0 when there is none
 
-  // "C", "(A,C)", empty without a correct answer. At its own field the question's label key as the document has it, else the
-  // labels of the field. An answer for which the field has no label is its number in brackets: "(A,[5])".
+  // "C", "(A,C)", empty without a correct answer, also where the document has "()". At its own field the question's label key
+  // as the document has it, else the labels of the field. An answer for which the field has no label is its number in brackets:
+  // "(A,[5])".
   String key;
   std::vector<std::int32_t> answers;  // the choices of the field that are correct, from 1, in the order of the key
   bool graded = false;                // the field
@@ -40,13 +45,25 @@ struct KeyPlace {
 
 struct VersionKey {
   String label;                  // the version's identifier; empty when the document has no versions
-  std::vector<KeyPlace> places;  // one for each question of the document, by field
+  std::vector<KeyPlace> places;  // from the first field on, as many as the order names
+  std::int32_t missing = 0;      // graded fields behind them
+
+  // Nothing for a field behind the places.
+  const KeyPlace* at(std::int32_t field) const noexcept {
+    const auto offset = static_cast<std::size_t>(field - 1);
+    return offset < places.size() ? &places[offset] : nullptr;
+  }
 };
 
-// One element for each version, the first one first. A document whose `VersionMode` is not 2, or that has no orders, has one
+struct DocumentKeys {
+  std::vector<KeyPlace> own;         // each question of the document at its own field, whatever the versions say
+  std::vector<VersionKey> versions;  // at least one
+};
+
+// The versions are the document's, the first one first. A document whose `VersionMode` is not 2, or that has no orders, has one
 // version, without a label, in which each question stands at its own field. What an order says of fields that the document
-// does not have is passed over; where it ends too early, a field that is not graded keeps its own question. The time is linear
-// in all places together. A failure that an object of the host throws leaves as it is.
-std::vector<VersionKey> version_keys(WENKtdDocument& document);
+// does not have is passed over. Time and memory are linear in the questions and the entries of the orders, with the key of
+// each. A failure that an object of the host throws leaves as it is.
+DocumentKeys document_keys(WENKtdDocument& document);
 
 }  // namespace hedro34
