@@ -131,7 +131,10 @@ const TextRow text_rows[] = {
     {u"\x2028\x2029", "\n\n"},
     {u"\x01\x1B\x7F\x85\x9F", "\u2401\u241B\u2421[U+0085][U+009F]"},
     {u"a\x202E\x2066z\x2069", "a<small>[U+202E]</small><small>[U+2066]</small>z<small>[U+2069]</small>"},
-    {u"\x200E\x200F\x061C\xA0\xE9\xFFFF", "\u200E\u200F\u061C\u00A0\u00E9\uFFFF"},
+    {u"\x200E\x200F\x061C\x200C\x200D\xFE0F\xA0\xE9\xFFFD", "\u200E\u200F\u061C\u200C\u200D\uFE0F\u00A0\u00E9\uFFFD"},
+    {u"\xAD\x200B\x2060\x180E\xFEFF\xFFFE\xFFFF",
+     "<small>[U+00AD]</small><small>[U+200B]</small><small>[U+2060]</small><small>[U+180E]</small>"
+     "<small>[U+FEFF]</small><small>[U+FFFE]</small><small>[U+FFFF]</small>"},
     {u"\xD83D\xDE00<\xD83D", "\U0001F600&lt;\uFFFD"},
 };
 
@@ -394,6 +397,26 @@ TEST(Report, ObjectsOfAHostGiveTheSamePage) {
   report->Document = unwrapped(report->Document);
   report->Form = unwrapped(report->Form);
   EXPECT_EQ(report->to_html(), page);
+}
+
+// More than `QuestionCount` of the region and of the form tell.
+TEST(Report, AFormOfAnySizeHasAPage) {
+  constexpr std::int32_t count = 32'768;
+  const auto document = make<DataDocument>();
+  const auto form = make<FormTemplate>();
+  const auto region = form->pages().add()->regions().add();
+  region->SetName(u"Region");
+  for (std::int32_t i = 1; i <= count; ++i) {
+    document->questions().add();
+    region->questions().add()->SetName(i == count ? u"Last" : u"");
+  }
+  const auto report = make<Report>();
+  report->Document = document;
+  report->Form = form;
+  const std::string page = report->to_html();
+  EXPECT_NE(page.find("data-field=\"32767\"><bdi class=\"name\">Region</bdi>"), std::string::npos);
+  EXPECT_NE(page.find("data-field=\"32768\"><bdi class=\"name\">Last</bdi>"), std::string::npos);
+  EXPECT_EQ(page.find("The form is not"), std::string::npos);
 }
 
 TEST(Report, AKeyPrintsAsLargeAsOnePageTakes) {

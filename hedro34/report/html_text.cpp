@@ -10,6 +10,13 @@ constexpr std::string_view hex_digits = "0123456789ABCDEF";
 
 bool turns_direction(char16_t unit) { return (unit >= 0x202A && unit <= 0x202E) || (unit >= 0x2066 && unit <= 0x2069); }
 
+// Soft hyphen, blanks without width, what else has no looks, and what is no character.
+bool is_invisible(char16_t unit) {
+  return unit == 0xAD || unit == 0x180E || unit == 0x200B || (unit >= 0x2060 && unit <= 0x2064) ||
+         (unit >= 0x206A && unit <= 0x206F) || (unit >= 0xFDD0 && unit <= 0xFDEF) || unit == 0xFEFF ||
+         (unit >= 0xFFF9 && unit <= 0xFFFB) || unit >= 0xFFFE;
+}
+
 bool is_line_break(char16_t unit) { return unit == u'\n' || unit == u'\r' || unit == 0x2028 || unit == 0x2029; }
 
 bool is_plain(char16_t unit) {
@@ -17,7 +24,7 @@ bool is_plain(char16_t unit) {
     return (unit >= 0x20 || unit == u'\t') && unit != 0x7F && unit != u'&' && unit != u'<' && unit != u'>' &&
            unit != u'"' && unit != u'\'';
   }
-  return unit > 0x9F && !turns_direction(unit) && !is_line_break(unit);
+  return unit > 0x9F && !turns_direction(unit) && !is_invisible(unit) && !is_line_break(unit);
 }
 
 // "[U+0085]".
@@ -56,7 +63,7 @@ HtmlText& HtmlText::escaped(StringView text, bool with_markup) {
     if (is_line_break(unit)) {
       if (unit == u'\r' && i + 1 < text.size() && text[i + 1] == u'\n') ++i;
       html_ += '\n';
-    } else if (turns_direction(unit)) {
+    } else if (turns_direction(unit) || is_invisible(unit)) {
       if (with_markup) html_ += "<small>";
       append_number(html_, unit);
       if (with_markup) html_ += "</small>";

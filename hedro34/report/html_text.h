@@ -1,5 +1,6 @@
 // Writes HTML piece by piece into one text. What comes from files goes through `text` or `attribute` and so is text on the page,
-// never markup; nothing of it can turn the direction of what stands around it, and no character of it is invisible by mistake.
+// never markup; nothing of it can turn the direction of what stands around it, and of the characters that nobody sees only those
+// stay that scripts are written with: joiners, variation selectors, marks of direction.
 #pragma once
 
 #include <cstdint>
@@ -16,7 +17,8 @@ class HtmlText {
   HtmlText& raw(std::string_view markup);
 
   // Text of a file: & < > " ' escaped, line breaks of all kinds as line feeds, other control characters as pictures or numbers,
-  // marks that turn the direction of text as numbers in a small element. A lone surrogate becomes U+FFFD.
+  // marks that turn the direction of text and what nobody would see as numbers in a small element. A lone surrogate becomes
+  // U+FFFD.
   HtmlText& text(StringView text) { return escaped(text, true); }
 
   // The same without an element, for the title of the page and for the value of an attribute between double quotes.

@@ -49,13 +49,6 @@ String counted(Count count, StringView one, StringView many) {
   return decimal(static_cast<std::int64_t>(count)).append(count == 1 ? one : many);
 }
 
-// The names of a form's fields in the order of the walk.
-std::vector<String> names_of(TIBTemplate& form) {
-  const std::int16_t count = form.QuestionCount();
-  if (count < 1) return {};
-  return to_strings(form.QuestionNames(1, count, false, u"\t", false)).elements();
-}
-
 }  // namespace
 
 ReportData::ReportData(WENKtdDocument& document, TIBTemplate* form, const std::vector<Ref<clsHEDROTest>>& of_tests)
@@ -114,7 +107,7 @@ void ReportData::read_form(WENKtdDocument& document, TIBTemplate& form) {
          u". The answer sheet below is drawn from the document alone.");
     return;
   }
-  const std::vector<String> names = names_of(form);
+  const std::vector<String> names = field_names(form, pages);
   for (std::size_t i = 0; i < std::min(names.size(), questions.size()); ++i) {
     if (questions[i].name.empty()) questions[i].name = names[i];
   }

@@ -1,9 +1,14 @@
 #include "hedro34/report/report_form.h"
 
 #include <algorithm>
+#include <limits>
+
+#include "hedro34/documents/form_template.h"
 
 namespace hedro34 {
 namespace {
+
+constexpr std::int32_t most_counted = std::numeric_limits<std::int16_t>::max();
 
 // Whether a field shows these labels and no others; one that is empty is not on the sheet.
 bool shows(const std::vector<String>& field, const std::vector<String>& labels) {
@@ -44,7 +49,8 @@ std::vector<ReportPage> form_pages(TIBTemplate& form) {
       region.continues = group != 0 && group == previous_group;
       previous_group = group;
       const Ref<TIBQuestions> fields = held->Questions();
-      const std::int32_t field_count = held->QuestionCount();
+      const std::int32_t all = fields->Count();
+      const std::int32_t field_count = all > most_counted ? all : held->QuestionCount();
       for (std::int32_t f = 1; f <= field_count; ++f) {
         const Ref<TIBQuestion> field = fields->Item(f);
         region.fields.push_back({region.continues ? 0 : ++number, field->ChoiceLabels()->AsArray(1).elements(),
@@ -53,6 +59,36 @@ std::vector<ReportPage> form_pages(TIBTemplate& form) {
     }
   }
   return result;
+}
+
+std::vector<String> field_names(TIBTemplate& form, const std::vector<ReportPage>& pages) {
+  std::int64_t visited = 0;
+  for (const ReportPage& page : pages) {
+    for (const ReportRegion& region : page.regions) {
+      if (!region.continues) visited += static_cast<std::int64_t>(region.fields.size());
+    }
+  }
+  std::vector<String> names;
+  if (visited <= most_counted) {
+    const std::int16_t count = form.QuestionCount();
+    if (count > 0) names = to_strings(form.QuestionNames(1, count, false, u"\t", false)).elements();
+    return names;
+  }
+  std::int32_t page_number = 0;
+  for (const ReportPage& page : pages) {
+    const Ref<TIBRegions> regions = form.Pages()->Item(++page_number)->Regions();
+    std::int32_t region_number = 0;
+    for (const ReportRegion& region : page.regions) {
+      const Ref<TIBQuestions> fields = regions->Item(++region_number)->Questions();
+      if (region.continues) continue;
+      for (std::size_t f = 1; f <= region.fields.size(); ++f) {
+        const Ref<TIBQuestion> field = fields->Item(static_cast<std::int32_t>(f));
+        auto* own = dynamic_cast<FormQuestion*>(field.get());
+        names.push_back(own == nullptr || own->Name().empty() ? region.name : own->Name());
+      }
+    }
+  }
+  return names;
 }
 
 String form_difference(WENKtdDocument& document, const std::vector<ReportPage>& pages) {
@@ -70,7 +106,8 @@ String form_difference(WENKtdDocument& document, const std::vector<ReportPage>& 
     }
   }
   if (fields == count) return first;
-  return u"the form has " + decimal(fields) + u" fields and the document " + decimal(count);
+  return u"the form has " + decimal(fields) + (fields == 1 ? u" field" : u" fields") + u" and the document " +
+         decimal(count);
 }
 
 }  // namespace hedro34

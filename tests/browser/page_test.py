@@ -31,7 +31,7 @@ PRINTED_PAGES = {
 
 def plain(text):
     """A text without what the page shows by a picture or a number instead, and without regard to where its lines end."""
-    replaced = r"[\0-\x08\x0e-\x1f\x7f-\x9f\u202a-\u202e\u2066-\u2069\u2400-\u2421]|\[U\+[0-9A-F]{4}\]"
+    replaced = r"[\0-\x08\x0e-\x1f\x7f-\x9f\u202a-\u202e\u2066-\u2069\u2400-\u2421\xad\u180e\u200b\u2060-\u2064\u206a-\u206f\ufeff\ufffe\uffff]|\[U\+[0-9A-F]{4}\]"
     return re.sub(r"\s+", " ", re.sub(replaced, " ", text)).strip()
 
 
