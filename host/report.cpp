@@ -12,12 +12,23 @@ namespace host {
 
 using namespace hedro34;
 
+namespace {
+
+// A file's name without folder and extension, the title of a document that has no description.
+StringView title_of(StringView path) {
+  path.remove_prefix(path.find_last_of(u"/\\") + 1);
+  return path.substr(0, path.rfind(u'.'));
+}
+
+}  // namespace
+
 void report(const ReportCommand& command) {
   const auto page = make<Report>();
   const auto document = make<DataDocument>();
   const Input input("document", command.document);
   if (!document->Load(input.path())) input.cannot_read();
   page->Document = document;
+  if (document->Description().empty() && !input.is_standard_input()) page->Title = title_of(input.given());
   if (command.form) {
     const auto form = make<FormTemplate>();
     const Input form_input("form", *command.form);

@@ -317,6 +317,11 @@ class Report(ProgramTest):
         for out, code, said in [("gone/page", 4, "cannot write the report: gone/page: the folder does not exist"), ("ktd", 2, "same file")]:
             self.assertIn(said, self.run_program("report", "--out", out, "ktd", code=code).line)
         self.assertEqual(self.files(), before)
+        # Without a description the page bears the name of the file.
+        self.file("sub.1/my.quiz.ktd", json.dumps(json.loads((self.folder / "ktd").read_bytes()) | {"description": ""}))
+        for given, title in (("sub.1/my.quiz.ktd", "my.quiz"), ("-", "Test")):
+            with open(self.folder / "sub.1/my.quiz.ktd", "rb") as stdin:
+                self.assertIn(f"<h1><bdi>{title}</bdi></h1>", self.run_program("report", "--out", "-", given, stdin=stdin).out)
 
 
 class Compare(ProgramTest):
