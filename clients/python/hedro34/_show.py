@@ -217,14 +217,16 @@ def _merge_page(merge: Any) -> str:
     title += ". The key of each test by itself, in its own order and labels."
     heads = ["", *(cell(_version(test, n)) for n, test in enumerate(shown, 1))]
     left = "; ".join(filter(None, (_more(longest, ROWS, "question"), _more(count, COLUMNS, "version"))))
-    return _table(title, heads, rows, left) + _report(merge, shown)
+    return _table(title, heads, rows, left) + _report(merge, count, shown)
 
 
-def _report(merge: Any, tests: list[Any]) -> str:
-    """The library's page of a merge, folded; nothing where it was not run or is not the library's own throughout."""
+def _report(merge: Any, count: int, tests: list[Any]) -> str:
+    """The library's page of a merge, folded; nothing where it is not the library's own throughout."""
     from ._library import loaded
 
     try:
+        if not_run := _not_run(merge, count):
+            return f"<p>{not_run}</p>"
         with loaded().create("HEDRO34.Report") as report:
             report.Document, report.Form = merge.WENKTD, merge.TemplateOut
             for test in tests:
@@ -233,6 +235,20 @@ def _report(merge: Any, tests: list[Any]) -> str:
     except Exception:
         return ""
     return f"<details><summary>The sheet, the keys of the versions on it, the questions</summary>{frame}</details>"
+
+
+def _not_run(merge: Any, count: int) -> str:
+    """Why a merge has no page, as far as its document tells; a merge that ends early has recorded fewer orders than tests."""
+    from ._object import Object
+
+    document = merge.WENKTD
+    if document is None or not isinstance(document, Object):
+        return ""
+    if not document.Questions.Count:
+        return "The merge has not run."
+    if document.Versions.Orders.Count != count:
+        return "No page: the merge did not run to its end, or has other tests since."
+    return ""
 
 
 def _report_page(report: Any) -> str:

@@ -12,7 +12,8 @@ T_co = TypeVar("T_co", covariant=True)
 class Reference(Protocol):
     """An object of the library."""
 
-    def release(self) -> None: ...
+    def release(self) -> None:
+        """Lets go of the object now. Once more does nothing; everything else is an error from then on."""
 
     def __enter__(self) -> Self: ...
 

@@ -210,10 +210,16 @@ class Shown(LibraryTest):
         keys = zip("B A C D B A (A,B,D) T F T F T".split(), "D (A,B,D) B A A B C T T T F F".split())
         expected = [["", "Version A", "Version B"], *([str(n), *both] for n, both in enumerate(keys, 1))]
         self.assertEqual(Page(merge._repr_html_()).rows, expected)
+        self.assertIn("did not run to its end", Page(merge._repr_html_()).words)  # two tests, and an order of one
         document = Page(merge.WENKTD._repr_html_())
         self.assertEqual([row[4] for row in document.rows[1:] if row[3] == "graded"], KEYS)
         form = Page(merge.TemplateIn._repr_html_())
         self.assertEqual(form.rows[2:4], [["1", "ID", "4", "no", "0 1 2 3 4 5 6 7 8 9"], ["1", "Q1", "1", "yes", "A B C D E"]])
+        self.assertFalse(merge.Merge())  # two versions, and no field for them
+        shown = Page(merge._repr_html_())
+        self.assertEqual((shown.frames, "did not run to its end" in shown.words), ([], True))
+        merge.WENKTD.Clear()
+        self.assertIn("The merge has not run.", Page(merge._repr_html_()).words)
 
     def test_hostile_texts_and_many_rows(self) -> None:
         merge = self.merge()
