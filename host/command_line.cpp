@@ -12,6 +12,17 @@ using hedro34::String;
 
 using ValueTable = std::unordered_map<const CLI::Option*, Values>;
 
+// Usage lines say how many names a command needs: "FILE [FILE ...]".
+class HelpFormatter final : public CLI::Formatter {
+ public:
+  std::string make_option_usage(const CLI::Option* option) const override {
+    const std::string name = make_option_name(option, true);
+    std::string usage = name;
+    for (int i = 1; i < option->get_items_expected_min(); ++i) usage += ' ' + name;
+    return option->get_items_expected_max() > 1 ? usage + " [" + name + " ...]" : usage;
+  }
+};
+
 // Files that are looked for by the ends of their names.
 Values files_like(std::vector<std::string_view> endings) { return {{}, false, std::move(endings)}; }
 
@@ -105,6 +116,7 @@ struct CompareWords {
     values[app->add_option("TEST", tests,
                            "ExamView XML file or KTD document; the first one is what the others are held against")
                ->required()
+               ->expected(2, -1)
                ->type_name("")] = files_like({xml, ktd});
   }
 
@@ -233,6 +245,7 @@ CommandLine::CommandLine()
     : app_("Reads tests, shows and compares them, and merges them with form templates", "hedro34") {
   app_.set_version_flag("--version", "hedro34 " + std::string(hedro34::version));
   app_.require_subcommand(1);
+  app_.formatter(std::make_shared<HelpFormatter>());
   std::string footer = std::string(standard_streams) + "\n\nExit codes:";
   for (const auto& [code, meaning] : exit_codes) {
     footer.append("\n  ").append(std::to_string(static_cast<int>(code))).append("  ").append(meaning);

@@ -168,6 +168,7 @@ class Completions(ProgramTest):
             self.assertGreater(count, 2, text)
         codes = re.findall(r"^  (\d  .+)\n", self.run_program("--help").out, re.M)
         self.assertEqual(parts["EXIT STATUS"], " ".join(["EXIT STATUS", *codes]).replace("  ", " "))
+        self.assertIn("[--json] TEST TEST [TEST ...] hedro34 merge", parts["SYNOPSIS"])
         self.assertIn("hedro34 show [--objectives LIST] [--state XX] [--odd-distractors-only] [--partial-credit ANSWER] "
                       "[--json | --csv] [--messages FILE] FILE [FILE ...]", parts["SYNOPSIS"])
 

@@ -11,7 +11,8 @@ void add(const CommandLine& line, const CLI::Option& given, std::vector<Option>&
          std::vector<Operand>& operands) {
   const Values values = line.values(given);
   if (given.get_positional()) {
-    operands.push_back({given.get_name(true), given.get_items_expected_max() > 1, given.get_description(), values});
+    operands.push_back({given.get_name(true), given.get_items_expected_min(), given.get_items_expected_max() > 1,
+                        given.get_description(), values});
     return;
   }
   Option option{"--" + given.get_lnames().front(), {}, {}, given.get_description(), given.get_required(), {}, values};

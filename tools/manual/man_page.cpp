@@ -65,7 +65,7 @@ void print_synopsis(std::ostream& out, const Command& command) {
     }
   }
   for (const Operand& operand : command.operands) {
-    out << ".I " << escaped(operand.name) << "\n";
+    for (int i = 0; i < operand.at_least; ++i) out << ".I " << escaped(operand.name) << "\n";
     if (operand.repeats) out << ".RI [ " << escaped(operand.name) << " \\~.\\|.\\|.]\n";
   }
   out << ".YS\n";

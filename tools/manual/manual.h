@@ -22,6 +22,7 @@ struct Option {
 
 struct Operand {
   std::string name;  // "FILE"
+  int at_least = 1;
   bool repeats = false;
   std::string help;
   Values values;
