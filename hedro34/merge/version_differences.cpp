@@ -17,6 +17,20 @@ String key_of(const clsHEDROTest& test, const Variant& id, bool numeric) {
   return test.CorrectAnswersAsString(id, u",", true, numeric);
 }
 
+// "26" as "[26]", "(1,3)" as "([1],[3])".
+String in_brackets(const String& numbers) {
+  String result;
+  bool open = false;
+  for (const char16_t unit : numbers) {
+    const bool is_number = unit != u'(' && unit != u',' && unit != u')';
+    if (is_number != open) result += open ? u']' : u'[';
+    open = is_number;
+    result += unit;
+  }
+  if (open) result += u']';
+  return result;
+}
+
 // Letters are those of the question's place, so that they may be the same for other answers, or not be there.
 void tell_keys(VersionDifference& difference, const clsHEDROTest& first, const clsHEDROTest& version) {
   const Variant id = difference.id;
@@ -29,8 +43,8 @@ void tell_keys(VersionDifference& difference, const clsHEDROTest& first, const c
       !lacks_letters(difference.here, version)) {
     return;
   }
-  difference.first = key_of(first, id, true);
-  difference.here = key_of(version, id, true);
+  difference.first = in_brackets(key_of(first, id, true));
+  difference.here = in_brackets(key_of(version, id, true));
 }
 
 }  // namespace

@@ -21,8 +21,8 @@ struct VersionDifference {
     Missing,  // the version does not have a question; `first` is its number in its file
     New,      // nor the first test this one; `here` is its number in its file
     Answers,  // a question has another number of answers; the numbers
-    Key,      // a question has other correct answers, as labels, or as numbers where the labels do not tell them apart
-    Label,    // the version's label is used already; the label as it is used, and as it is here
+    Key,  // a question has other correct answers, as labels, or as numbers in brackets where the labels do not tell them apart
+    Label,  // the version's label is used already; the label as it is used, and as it is here
     Type,  // at the place of a question the first test has one of another type; the type at the place, and the question's type
   };
 
