@@ -1,5 +1,6 @@
 #include "host/merge.h"
 
+#include <algorithm>
 #include <iostream>
 
 #include "hedro34/base/immortal.h"
@@ -97,10 +98,25 @@ class MergeRoad {
     }
   }
 
+  // Whether `--max-questions` removed a question: one of a type that a merge takes, noted behind the load.
+  bool removed_as_surplus() const {
+    for (std::size_t i = 0; i < tests_.size(); ++i) {
+      const std::vector<LeftOut>& all = tests_[i]->left_out();
+      const auto from = all.begin() + static_cast<std::ptrdiff_t>(noted_[i]);
+      if (std::any_of(from, all.end(), [](const LeftOut& lost) { return is_supported(lost.type); })) return true;
+    }
+    return false;
+  }
+
   // The first difference at which an operation answers False, as the end of a line; empty when there is none.
   std::string first_difference(VersionComparison comparison, bool in_validation) const {
     std::string first;
     std::size_t count = 0;
+    std::string hint;
+    if (removed_as_surplus()) {
+      const std::string most = std::to_string(command_.max_questions);
+      hint = "; --max-questions " + most + " kept only the first " + most + " of each TEST";
+    }
     for (std::size_t i = 1; i < command_.tests.size(); ++i) {
       for (const VersionDifference& each : comparison.next(*merge_->Tests->Item(static_cast<std::int32_t>(i + 1)))) {
         if (first.empty() && refuses_validation(each.kind) == in_validation) {
@@ -109,8 +125,10 @@ class MergeRoad {
         ++count;
       }
     }
-    if (first.empty() || count == 1) return first;
-    return first + " (and " + std::to_string(count - 1) + " more: hedro34 compare lists them)";
+    if (first.empty()) return first;
+    if (count > 1)
+      first += " (and " + std::to_string(count - 1) + (hint.empty() ? " more: hedro34 compare lists them)" : " more)");
+    return first + hint;
   }
 
   // Runs an operation and gives its answer; what the library says from here on belongs to it.
