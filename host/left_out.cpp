@@ -74,7 +74,7 @@ std::string left_out_sections(const clsHEDROTest& test) {
     removed.push_back({question->number_in_file, said_of(question->ID, question_type_name(question->QuestionType))});
   }
   std::sort(removed.begin(), removed.end(), [](const Lost& a, const Lost& b) { return a.number < b.number; });
-  return section("Removed by merge", removed) + section("Not carried", all_of(test, LeftOut::What::NotCarried));
+  return section("Not merged", removed) + section("Not carried", all_of(test, LeftOut::What::NotCarried));
 }
 
 std::string left_out_lines(const std::vector<Ref<clsHEDROTest>>& tests, const std::vector<String>& files) {

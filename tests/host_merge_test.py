@@ -87,9 +87,15 @@ class Merge(ProgramTest):
         self.assertEqual(self.said("note"), [f"1 e not carried {part}" for part in parts.split(", ")] + ["1 e removed essay"])
         self.merge("s.ktd")
         self.assertEqual(self.said("note"), ["2 2 removed subjective"])
-        for name, end in [("d.xml", "\n\nRemoved by merge\n  2  ID e, essay\n  3  no ID, matching\n\n"
+        self.file("twice.xml", examview(*lossy[3:], question("Y", "tf", "T", text=table), lossy[1]))
+        outcome = self.merge("--keep-going twice.xml", {"--report": "r"}, code=5)
+        self.assertTrue(outcome.out.endswith("Questions removed         4 (ID Y, true/false), 5 (ID e, essay)\n"
+                                             f"Not carried               5 (ID e, {parts})\n"), outcome.out)
+        self.assertEqual(self.said("note")[0], "4 Y removed true/false")
+        self.assertRegex((self.folder / "r").read_text("utf-8"), "(?s)Questions removed.*>Y</bdi>")
+        for name, end in [("d.xml", "\n\nNot merged\n  2  ID e, essay\n  3  no ID, matching\n\n"
                                     f"Not carried\n  1  ID w, {parts}\n  2  ID e, {parts}\n"),
-                          ("s.ktd", "\n\nRemoved by merge\n  2  ID 2, subjective\n")]:
+                          ("s.ktd", "\n\nNot merged\n  2  ID 2, subjective\n")]:
             self.assertTrue(self.run_program("show", name).out.endswith(end), name)
         self.run_program("show", "--messages", "m", "d.xml", "s.ktd", "a.xml")
         self.assertEqual(self.said("note"), [note + " d.xml" for note in notes[:4]] + ["2 2 removed subjective s.ktd"])
@@ -365,6 +371,8 @@ class Compare(ProgramTest):
         label = self.version("d.xml", x, y, z, version="a")
         for tests, end in [
             (["a.xml", label, same, other], "; c.xml: question 3 (ID x): 2 choices, in a.xml 3 (and 6 more: hedro34 compare lists them)"),
+            (["a.xml", same, "--max-questions", "2"], "; b.xml: question 3 (ID y) of a.xml is missing (and 1 more); "
+                                                      "--max-questions 2 kept only the first 2 of each TEST"),
             (["a.xml", same, label], '; d.xml: version label "a" is used already: a.xml has "A"'),
         ]:
             self.assertTrue(self.run_program("merge", *files, *tests, code=1).line.endswith(end))

@@ -168,6 +168,7 @@ TEST(Info, ReadsObjectivesByFlagAndState) {
 // What a question with this content loses.
 std::string lost(const std::string& content, const std::string& type = "mc") {
   Import import;
+  import.test->ImportObjectives = HEDROTestImportObjectivesLearning;
   import.questions(question(content, "question-id='q' type='" + type + "'"));
   std::string text;
   for (const LeftOut& each : import.test->left_out()) {
@@ -178,7 +179,7 @@ std::string lost(const std::string& content, const std::string& type = "mc") {
 }
 
 TEST(NotCarried, NamesWhatTheTextsCannotHold) {
-  const std::string x50 = repeat("x", 50);
+  const std::string x50 = repeat("x", 50), x255 = repeat("x", 255);
   const std::pair<std::string, std::string> rows[] = {
       {"<text>a<b>b</b><i/><br/><x><y/></x><z><![CDATA[ \n]]></z></text>", ""},
       {"<text>a<equation/></text>", "equation"},
@@ -194,6 +195,13 @@ TEST(NotCarried, NamesWhatTheTextsCannotHold) {
        "choice 2 after 50 characters"},
       {"text<rationale>why</rationale><hint/><x:picture/><part><equation/></part><text>t</text><info><x>y</x></info>",
        "element \"rationale\", picture, equation"},
+      {"<info><difficulty>" + x255 + "</difficulty><Topic>" + x255 + "y</Topic><topic>" + x255 + "z</topic><notes>" +
+           x255 + "y</notes><text-objective>" + x50 + "," + x50 + "1, " + x50 + "2," + x50 +
+           "1</text-objective></info>",
+       "topic after 255 characters, 2 objectives after 50 characters"},
+      {"<info><keywords>" + x255 + "y</keywords><miscellaneous>" + x255 + "y</miscellaneous><local-standard>" + x50 +
+           "y</local-standard></info>",
+       "keywords after 255 characters, miscellaneous after 255 characters"},
       {"<answer>A<img/></answer><e:text>t</e:text>", "element \"text\""},
   };
   for (const auto& [content, parts] : rows) EXPECT_EQ(lost(content), parts) << content;
@@ -212,8 +220,11 @@ TEST(NotCarried, IsNotedOfQuestionsInTheTestByTheirNumberInTheFile) {
   const auto with_id = [](const std::string& id) { return "question-id='" + id + "' type='es'"; };
   import.questions(question(picture, with_id("a") + " fails='childNodes'") + question(picture, with_id("b")) +
                    question(picture, with_id("B")) + question("", with_id("c")) + question(picture, with_id("d")));
-  EXPECT_EQ(left_out_of(*import.test), "2 b essay: picture; 5 d essay: picture");
+  EXPECT_EQ(left_out_of(*import.test), "1 a essay removed; 2 b essay: picture; 3 B essay removed; 5 d essay: picture");
   EXPECT_EQ(import.test->Questions->Item(u"c")->number_in_file, 4);
+  const std::string x49 = repeat("x", 49);
+  import.questions("<question fails='attributes'/>" + question("", "question-id='" + x49 + "' bank-id='yz' type='tf'"));
+  EXPECT_EQ(left_out_of(*import.test), "1  unknown type removed; 2 " + x49 + "y true/false: ID after 50 characters");
   import.load("<examview/>");
   EXPECT_EQ(left_out_of(*import.test), "");
 }

@@ -287,7 +287,7 @@ Not carried
 Number in the file ID What
 2 b equation
 Test 2, version B
-Nothing was removed, and all content was carried.
+Nothing is known to be left out.
 )");
 
   report->Form = m.merge->TemplateIn;

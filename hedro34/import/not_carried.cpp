@@ -9,6 +9,7 @@ namespace hedro34 {
 namespace {
 
 constexpr StringView element_part = u"element ";
+constexpr StringView behind = u" after ";
 
 bool is_picture(StringView base_name) {
   constexpr std::array names = {u"picture", u"pict", u"image", u"img", u"graphic", u"figure"};
@@ -16,6 +17,10 @@ bool is_picture(StringView base_name) {
 }
 
 bool is_equation(StringView base_name) { return lower_equals(base_name, u"equation"); }
+
+String end_of(StringView name, std::size_t limit) {
+  return String(name) + String(behind) + decimal(static_cast<std::int64_t>(limit)) + u" characters";
+}
 
 bool is_blank(std::string_view text) { return text.find_first_not_of(" \t\r\n") == std::string_view::npos; }
 
@@ -38,7 +43,14 @@ void NotCarried::unknown_in_question(IXMLDOMNode& child, StringView name) {
 }
 
 void NotCarried::cut_answer(std::int32_t position) {
-  add(u"choice " + decimal(position) + u" after " + decimal(clsHEDROTestStrings::added_limit) + u" characters");
+  add(end_of(u"choice " + decimal(position), clsHEDROTestStrings::added_limit));
+}
+
+void NotCarried::cut_objective() { add(end_of(u"objective", clsHEDROTestStrings::added_limit)); }
+
+void NotCarried::cut(StringView name, std::size_t limit) {
+  const String part = end_of(name, limit);
+  if (parts_.find(part) == parts_.end()) add(part);
 }
 
 // The nodes inside an element stand behind it in one row.
@@ -72,7 +84,8 @@ std::vector<LeftOut> NotCarried::notes(const clsHEDROTestQuestion& question) con
     } else if (part.starts_with(element_part)) {
       lost.part = decimal(count) + u" elements " + part.substr(element_part.size());
     } else {
-      lost.part = decimal(count) + u" " + part + u"s";
+      lost.part = decimal(count) + u" " + part;
+      lost.part.insert(std::min(lost.part.find(behind), lost.part.size()), u"s");
     }
   }
   return result;

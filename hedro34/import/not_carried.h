@@ -1,5 +1,6 @@
 // What one question of an ExamView file has that no text of a test can carry, gathered while the question is read: equations,
-// pictures, elements that nobody knows, and the ends of long choices. Only names and the numbers of children are asked of the
+// pictures, elements that nobody knows, and the ends of long choices, objectives, IDs and texts of `info`. Children of `info`
+// that nobody knows are no content and not noted. Only names and the numbers of children are asked of the
 // nodes of a host's own document, which the import asks anyway; below a node of ours it looks for itself.
 #pragma once
 
@@ -26,6 +27,12 @@ class NotCarried {
 
   // The answer at this position was longer than answers are.
   void cut_answer(std::int32_t position);
+
+  // An objective was; each counts.
+  void cut_objective();
+
+  // The text of this name was longer than so many units; that counts once.
+  void cut(StringView name, std::size_t limit);
 
   // A note for each part, in the order in which each came first: "picture", "2 elements \"table\"".
   std::vector<LeftOut> notes(const clsHEDROTestQuestion& question) const;

@@ -10,6 +10,8 @@ namespace hedro34 {
 
 class QuestionId {
  public:
+  static constexpr std::size_t limit = 50;  // units
+
   QuestionId() = default;
   QuestionId(const QuestionId&) = delete;
   QuestionId& operator=(const QuestionId& other) { return *this = StringView(other); }
@@ -34,7 +36,7 @@ class QuestionId {
   static std::uint64_t changes() noexcept { return changes_; }
 
  private:
-  Text<50> text_;
+  Text<limit> text_;
   bool counted_ = false;
   static inline constinit thread_local std::uint64_t changes_ = 0;
 };

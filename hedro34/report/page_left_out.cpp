@@ -53,7 +53,7 @@ void write_left_out(HtmlText& html, const ReportData& data) {
       html.raw("</h3>\n");
     }
     if (test.left_out().empty()) {
-      html.raw("<p>Nothing was removed, and all content was carried.</p>\n");
+      html.raw("<p>Nothing is known to be left out.</p>\n");
     } else {
       write_table(html, test.left_out(), LeftOut::What::Removed);
       write_table(html, test.left_out(), LeftOut::What::NotCarried);
