@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """The page that `report` and `merge --report` write, as Chromium shows it, prints it and reads it out."""
 
+import functools
 import os
 import pathlib
 import re
@@ -35,6 +36,20 @@ def plain(text):
     return re.sub(r"\s+", " ", re.sub(replaced, " ", text)).strip()
 
 
+def of_each_page(test):
+    """Runs the test on each page in turn, to the last one, whichever fails."""
+
+    @functools.wraps(test)
+    def on_all(self):
+        for name, sample in self.pages.items():
+            with self.subTest(name), self.browser.page() as page:
+                page.open(sample.path)
+                page.run(QUESTIONS_OF_THE_PAGE)
+                test(self, sample, page)
+
+    return on_all
+
+
 class PageTest(unittest.TestCase):
     maxDiff = None
 
@@ -47,47 +62,39 @@ class PageTest(unittest.TestCase):
         cls.pages = cls.make.all()
         cls.browser = cls.enterClassContext(chromium.Browser())
 
-    def each(self, **look):
-        """Opens each page in turn."""
-        for name, sample in self.pages.items():
-            with self.subTest(name), self.browser.page(**look) as page:
-                page.open(sample.path)
-                page.run(QUESTIONS_OF_THE_PAGE)
-                yield sample, page
-
-    def test_sheet(self):
+    @of_each_page
+    def test_sheet(self, sample, page):
         """Every bubble of the key is filled, in colour and in line, and no other."""
-        for sample, page in self.each():
-            for look in ({"scheme": "light"}, {"scheme": "dark"}, {"media": "print"}):
-                page.look(800, **look)
-                shown = [(name, [tuple(bubble) for bubble in bubbles]) for name, bubbles in page.run("page.sheet()")]
-                if sample.form:
-                    fields = expected.sheet(sample.form, sample.document)
-                else:
-                    fields = expected.sheet_without_form(sample.document)
-                fields = [(name, [(label, filled, filled) for label, filled in bubbles]) for name, bubbles in fields]
-                self.assertEqual(
-                    *(
-                        [(plain(name), [(plain(label), dark, heavy) for label, dark, heavy in bubbles]) for name, bubbles in each]
-                        for each in (shown, fields)
-                    )
+        for look in ({"scheme": "light"}, {"scheme": "dark"}, {"media": "print"}):
+            page.look(800, **look)
+            shown = [(name, [tuple(bubble) for bubble in bubbles]) for name, bubbles in page.run("page.sheet()")]
+            if sample.form:
+                fields = expected.sheet(sample.form, sample.document)
+            else:
+                fields = expected.sheet_without_form(sample.document)
+            fields = [(name, [(label, filled, filled) for label, filled in bubbles]) for name, bubbles in fields]
+            self.assertEqual(
+                *(
+                    [(plain(name), [(plain(label), dark, heavy) for label, dark, heavy in bubbles]) for name, bubbles in each]
+                    for each in (shown, fields)
                 )
+            )
 
-    def test_keys(self):
+    @of_each_page
+    def test_keys(self, sample, page):
         """The table of each version has the key of each of its fields, in that field's letters."""
-        for sample, page in self.each():
-            shown = page.run("page.keys()")
-            for (label, places), (heading, rows) in zip(expected.keys(sample.document), shown, strict=True):
-                self.assertTrue(heading.endswith(label), heading)
-                self.assertEqual(
-                    [(number, plain(name), plain(key)) for number, name, key in rows],
-                    [(number, plain(name), plain(key)) for number, name, key in places],
-                )
+        shown = page.run("page.keys()")
+        for (label, places), (heading, rows) in zip(expected.keys(sample.document), shown, strict=True):
+            self.assertTrue(heading.endswith(label), heading)
+            self.assertEqual(
+                [(number, plain(name), plain(key)) for number, name, key in rows],
+                [(number, plain(name), plain(key)) for number, name, key in places],
+            )
 
-    def test_every_text_is_there(self):
-        for sample, page in self.each():
-            shown = plain(page.run("page.text()"))
-            self.assertEqual([text for text in expected.texts(sample.document) if plain(text) not in shown], [])
+    @of_each_page
+    def test_every_text_is_there(self, sample, page):
+        shown = plain(page.run("page.text()"))
+        self.assertEqual([text for text in expected.texts(sample.document) if plain(text) not in shown], [])
 
     def test_left_out_and_alternatives(self):
         """What a merge removed is listed by number; who cannot see the bubbles is told which ones are filled."""
@@ -101,12 +108,12 @@ class PageTest(unittest.TestCase):
         fields = [bubbles for _, bubbles in expected.sheet(sample.form, sample.document) if bubbles]
         self.assertEqual(told, [", ".join(label + " filled" * filled for label, filled in bubbles) for bubbles in fields])
 
-    def test_nothing_is_said_and_nothing_is_fetched(self):
-        for sample, page in self.each():
-            page.run("page.painted()")
-            said = [event for event in page.events if re.match(r"Runtime\.(console|exc)|Log\.", event[0])]
-            asked = [event[1]["request"]["url"] for event in page.events if event[0] == "Network.requestWillBeSent"]
-            self.assertEqual((said, asked), ([], [sample.path.as_uri()]))
+    @of_each_page
+    def test_nothing_is_said_and_nothing_is_fetched(self, sample, page):
+        page.run("page.painted()")
+        said = [event for event in page.events if re.match(r"Runtime\.(console|exc)|Log\.", event[0])]
+        asked = [event[1]["request"]["url"] for event in page.events if event[0] == "Network.requestWillBeSent"]
+        self.assertEqual((said, asked), ([], [sample.path.as_uri()]))
 
     def test_no_script_runs_and_nothing_is_fetched(self):
         """A copy of a page with what a text might smuggle in: the policy holds where quoting failed."""
@@ -129,32 +136,32 @@ class PageTest(unittest.TestCase):
             self.assertEqual([url for url in got if not url.startswith("data:")], [copy.as_uri()])  # those of error pages
             self.assertNotEqual(page.run("getComputedStyle(document.querySelector('h1')).color"), "rgb(1, 2, 3)")
 
-    def test_nothing_stands_out_and_all_can_be_read(self):
-        for _, page in self.each():
-            looks = [(width, {"scheme": scheme}) for width in WIDTHS for scheme in ("light", "dark")]
-            for width, look in [*looks, (PRINTED, {"media": "print"})]:
-                page.look(width, **look)
-                with self.subTest(width=width, **look):
-                    self.assertEqual(page.run("page.faint()"), [])
-                    self.assertEqual(page.run("page.wide()"), [])
+    @of_each_page
+    def test_nothing_stands_out_and_all_can_be_read(self, _, page):
+        looks = [(width, {"scheme": scheme}) for width in WIDTHS for scheme in ("light", "dark")]
+        for width, look in [*looks, (PRINTED, {"media": "print"})]:
+            page.look(width, **look)
+            with self.subTest(width=width, **look):
+                self.assertEqual(page.run("page.faint()"), [])
+                self.assertEqual(page.run("page.wide()"), [])
 
-    def test_read_out(self):
+    @of_each_page
+    def test_read_out(self, sample, page):
         """What a screen reader is told: landmarks, headings in steps, cells with their headers, a name for everything."""
-        for sample, page in self.each():
-            told = page.read_out()
-            roles = [node.role for node in told]
-            self.assertEqual((roles.count("main"), roles.count("navigation")), (1, 1))
-            levels = [node.properties["level"] for node in told if node.role == "heading"]
-            self.assertEqual((levels[0], levels.count(1)), (1, 1))
-            self.assertLessEqual(max((after - before for before, after in zip(levels, levels[1:])), default=0), 1)
-            named = ("RootWebArea", "heading", "navigation", "image", "link", "table", "columnheader", "rowheader", "figure")
-            self.assertEqual([node.role for node in told if node.role in named and not node.name.strip()], [])
-            for table in (node for node in told if node.role == "table"):
-                rows = [node for node in told if node.role == "row" and node.inside("table") is table]
-                kinds = {node: [below.role for below in told if below.above and below.above[-1] is node] for node in rows}
-                self.assertEqual(set(kinds[rows[0]]), {"columnheader"})
-                for row in rows[1:]:
-                    self.assertEqual((kinds[row][0], len(kinds[row])), ("rowheader", len(kinds[rows[0]])))
+        told = page.read_out()
+        roles = [node.role for node in told]
+        self.assertEqual((roles.count("main"), roles.count("navigation")), (1, 1))
+        levels = [node.properties["level"] for node in told if node.role == "heading"]
+        self.assertEqual((levels[0], levels.count(1)), (1, 1))
+        self.assertLessEqual(max((after - before for before, after in zip(levels, levels[1:])), default=0), 1)
+        named = ("RootWebArea", "heading", "navigation", "image", "link", "table", "columnheader", "rowheader", "figure")
+        self.assertEqual([node.role for node in told if node.role in named and not node.name.strip()], [])
+        for table in (node for node in told if node.role == "table"):
+            rows = [node for node in told if node.role == "row" and node.inside("table") is table]
+            kinds = {node: [below.role for below in told if below.above and below.above[-1] is node] for node in rows}
+            self.assertEqual(set(kinds[rows[0]]), {"columnheader"})
+            for row in rows[1:]:
+                self.assertEqual((kinds[row][0], len(kinds[row])), ("rowheader", len(kinds[rows[0]])))
 
     def printed(self, name, paper="A4"):
         path = self.folder / f"{name} {paper}.pdf"
