@@ -20,6 +20,8 @@ constexpr Length character_width(Length size) { return size * 62 / 100; }
 constexpr Length padding(Length size) { return size * 35 / 100; }
 
 constexpr std::size_t widest_part = 24;   // a longer text takes several lines
+constexpr std::size_t sign = 2;           // in front of a remark
+constexpr std::size_t longest_word = 9;   // of a remark
 constexpr std::size_t most_rows = 5'000;  // no page holds more in the smallest print
 constexpr std::array sizes = {130, 120, 110, 100, 90, 80, 70, 65, 60, 55, 50, 45, 40, 35};  // in tenths of a point
 constexpr int most_columns = 14;
@@ -28,6 +30,16 @@ constexpr int most_columns = 14;
 constexpr int line_of(int tenths) { return tenths >= 90 ? 150 : 115; }
 
 constexpr Length size_of(int tenths) { return Length{tenths} * 25'400 / 720; }
+
+// The lines that a remark takes at most, however its words fall. Two lines behind each other hold more than one line can.
+constexpr std::size_t lines_of_remark(std::size_t remark, std::size_t in_line) {
+  if (remark == 0) return 0;
+  const std::size_t text = remark + sign;
+  const std::size_t narrow = 2 * text / in_line + 1;
+  if (in_line <= longest_word) return narrow;
+  const std::size_t least = in_line - longest_word;
+  return std::min(narrow, (text + least - 1) / least);
+}
 
 // Whether all rows stand on one page, side by side in that many columns.
 bool fits(const std::vector<KeyRow>& rows, const KeyLayout& layout, int tenths, int columns) {
@@ -44,7 +56,8 @@ bool fits(const std::vector<KeyRow>& rows, const KeyLayout& layout, int tenths, 
   Length sum = 0;
   Length highest = 0;
   for (const KeyRow& row : rows) {
-    const std::size_t key = std::max(lines(row[1], characters[1]), std::size_t{1}) + lines(row[3], characters[1]);
+    const std::size_t key =
+        std::max(lines(row[1], characters[1]), std::size_t{1}) + lines_of_remark(row[3], characters[1]);
     const std::size_t most = std::max({lines(row[0], characters[0]), key, lines(row[2], characters[2])});
     const Length height = static_cast<Length>(most) * line + rule;
     sum += height;
@@ -65,6 +78,7 @@ KeyLayout key_layout(const std::vector<KeyRow>& rows) {
   KeyLayout layout;
   for (const KeyRow& row : rows) {
     for (std::size_t i = 0; i < 3; ++i) layout.parts[i] = std::max(layout.parts[i], std::min(row[i], widest_part));
+    if (row[3] > 0) layout.parts[1] = widest_part;  // a remark in the cell of the key
   }
   if (rows.size() <= most_rows) {
     for (const int tenths : sizes) {
@@ -79,7 +93,11 @@ KeyLayout key_layout(const std::vector<KeyRow>& rows) {
   }
   layout.points = sizes.back() / 10.0;
   layout.line = line_of(sizes.back()) / 100.0;
-  layout.columns = 8;
+  // As many as leave each cell its part.
+  const std::size_t row = layout.parts[0] + layout.parts[1] + layout.parts[2];
+  const Length size = size_of(sizes.back());
+  const Length width = static_cast<Length>(row) * character_width(size) + 3 * padding(size) + gap;
+  layout.columns = static_cast<int>(std::clamp(page_width / width, Length{1}, Length{8}));
   layout.fits = false;
   return layout;
 }
