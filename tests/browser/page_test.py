@@ -32,7 +32,8 @@ PRINTED_PAGES = {
 
 def plain(text):
     """A text without what the page shows by a picture or a number instead, and without regard to where its lines end."""
-    replaced = r"[\0-\x08\x0e-\x1f\x7f-\x9f\xad\u180e\u200b\u202a-\u202e\u2060-\u206f\u2400-\u2421\ufeff\ufffe\uffff]|\[U\+[0-9A-F]{4}\]"
+    unseen = r"\0-\x08\x0e-\x1f\x7f-\x9f\xad\u180e\u200b\u202a-\u202e\u2060-\u206f\u2400-\u2421\ufeff\ufffe\uffff"
+    replaced = rf"[{unseen}]|\[U\+[0-9A-F]{{4}}\]"
     return re.sub(r"\s+", " ", re.sub(replaced, " ", text)).strip()
 
 
