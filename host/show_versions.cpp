@@ -75,7 +75,12 @@ class VersionText {
 
 std::string versions_as_text(DataDocument& document) {
   TextLines out;
-  for (const VersionKey& version : document_keys(document).versions) {
+  const DocumentKeys keys = document_keys(document);
+  for (const String& fault : keys.faults) {
+    out.empty_line();
+    out.lines({}, fault);
+  }
+  for (const VersionKey& version : keys.versions) {
     out.empty_line();
     if (document.Versions()->VersionMode() != 2) {
       out.line("Keys by field");

@@ -110,7 +110,20 @@ TEST(Report, KeysAreAsTheSheetOfEachVersionShowsThem) {
 TEST(Report, OrdersAreReadWhereEachHasAnIdentifier) {
   const auto document = document_of("*AB=1 *FG=2 | A:1,2 B:2,1");
   document->versions().version_answers().Add(u"C");
-  EXPECT_EQ(shown(document_keys(*document).versions), ": 1=1 A {1} 2=2 G {2}");
+  const DocumentKeys keys = document_keys(*document);
+  EXPECT_EQ(shown(keys.versions), ": 1=1 A {1} 2=2 G {2}");
+  ASSERT_EQ(keys.faults.size(), 1U);
+  EXPECT_TRUE(keys.faults[0].starts_with(u"The document has 2 orders of versions and 3 version identifiers:"));
+}
+
+TEST(Report, VersionsThatNoSheetTellsApartAreAFault) {
+  for (const char* alike : {"*AB=1 | A:1 a:1", "*AB=1 | A:1 B:1 A:1"}) {
+    const auto faults = document_keys(*document_of(alike)).faults;
+    ASSERT_EQ(faults.size(), 1U) << alike;
+    EXPECT_TRUE(faults[0].starts_with(u"Two versions bear the same identifier"));
+  }
+  EXPECT_TRUE(document_keys(*document_of("*AB=1 | A:1 B:1")).faults.empty());
+  EXPECT_TRUE(document_keys(*document_of("*AB=1")).faults.empty());
 }
 
 // A key of labels alone that can be read in two ways, and one that cannot.

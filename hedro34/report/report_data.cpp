@@ -64,7 +64,7 @@ ReportData::ReportData(WENKtdDocument& document, TIBTemplate* form, const std::v
   }
   find_asked();
   note_left_out();
-  note_versions(document);
+  note_versions(keys.faults);
   for (const VersionKey& version : versions) note_keys(version);
 }
 
@@ -151,18 +151,12 @@ void ReportData::note_left_out() {
   }
 }
 
-void ReportData::note_versions(WENKtdDocument& document) {
+void ReportData::note_versions(const std::vector<String>& faults) {
   if (!tests.empty() && tests.size() != versions.size()) {
     note(u"The document has " + counted(versions.size(), u" version", u" versions") + u", but " +
          counted(tests.size(), u" test was", u" tests were") + u" merged: a merge that did not run to its end?");
   }
-  const Ref<WENKtdVersions> held = document.Versions();
-  const std::int32_t orders = held->Orders()->Count();
-  const std::int32_t answers = held->VersionAnswers()->Count();
-  if (held->VersionMode() == 2 || (answers == 0 && orders <= 1)) return;
-  note(u"The document has " + counted(orders, u" order of a version", u" orders of versions") + u" and " +
-       counted(answers, u" version identifier", u" version identifiers") +
-       u": its versions are not read, and the key below is that of the first one.");
+  for (const String& fault : faults) note(fault);
 }
 
 void ReportData::note_keys(const VersionKey& version) {

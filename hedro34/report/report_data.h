@@ -75,7 +75,7 @@ struct ReportData {
   void find_asked();
   void note(StringView words) { notices.emplace_back().say(words); }
   void note_left_out();
-  void note_versions(WENKtdDocument& document);
+  void note_versions(const std::vector<String>& faults);
   void note_keys(const VersionKey& version);
 };
 

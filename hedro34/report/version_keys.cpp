@@ -4,6 +4,7 @@
 #include <limits>
 #include <optional>
 #include <unordered_map>
+#include <unordered_set>
 
 namespace hedro34 {
 namespace {
@@ -251,6 +252,28 @@ class Versions {
   std::int32_t number_ = 0;
 };
 
+String counted(std::int32_t count, StringView one, StringView many) {
+  return decimal(count).append(u" ").append(count == 1 ? one : many);
+}
+
+std::vector<String> faults_of(WENKtdVersions& held, const std::vector<VersionKey>& versions) {
+  std::vector<String> faults;
+  const std::int32_t orders = held.Orders()->Count();
+  const std::int32_t labels = held.VersionAnswers()->Count();
+  if (held.VersionMode() != 2 && (labels > 0 || orders > 1)) {
+    faults.push_back(u"The document has " + counted(orders, u"order of a version", u"orders of versions") + u" and " +
+                     counted(labels, u"version identifier", u"version identifiers") +
+                     u": its versions are not read, and the key is that of the first one.");
+  }
+  std::unordered_set<StringView, IgnoringCase, IgnoringCase> seen;
+  for (const VersionKey& version : versions) {
+    if (seen.insert(version.label).second) continue;
+    faults.push_back(u"Two versions bear the same identifier: nobody can tell which key a sheet of theirs takes.");
+    break;
+  }
+  return faults;
+}
+
 }  // namespace
 
 StringView words_of(KeyFault fault) noexcept {
@@ -285,6 +308,7 @@ DocumentKeys document_keys(WENKtdDocument& document) {
     keys.versions.push_back(versions.next(*orders->Item(v)));
     if (v <= labels->Count()) keys.versions.back().label = labels->Item(v);
   }
+  keys.faults = faults_of(*held, keys.versions);
   return keys;
 }
 

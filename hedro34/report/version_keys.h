@@ -58,6 +58,7 @@ struct VersionKey {
 struct DocumentKeys {
   std::vector<KeyPlace> own;         // each question of the document at its own field, whatever the versions say
   std::vector<VersionKey> versions;  // at least one
+  std::vector<String> faults;        // what is wrong with the versions as a whole: sentences for a person
 };
 
 // The versions are the document's, the first one first. A document whose `VersionMode` is not 2, or that has no orders, has one
