@@ -436,6 +436,7 @@ TEST(Report, AKeyPrintsAsLargeAsOnePageTakes) {
   const auto layout = [](std::size_t rows, KeyRow row) { return key_layout(std::vector<KeyRow>(rows, row)); };
   const KeyLayout few = layout(20, {3, 1, 3, 0}), many = layout(1'000, {5, 7, 5, 0});
   EXPECT_TRUE(few.fits && few.columns == 1 && many.fits && many.columns > few.columns && many.points < few.points);
+  EXPECT_TRUE(many.parts[0] > 5 && layout(1'000, {5, 1, 5, 0}).parts[1] >= 4);  // a letter does not touch the next name
   const KeyLayout remarked = layout(60, {4, 1, 4, 70});
   EXPECT_TRUE(remarked.fits && remarked.points >= 5 && remarked.parts[1] > 4 * remarked.parts[0]);
   EXPECT_FALSE(layout(10'000, {5, 1, 0, 0}).fits || layout(20, {3, 1'000'000, 0, 0}).fits);

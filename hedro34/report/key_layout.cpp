@@ -19,6 +19,8 @@ constexpr Length rule = 300;   // below each row
 constexpr Length character_width(Length size) { return size * 62 / 100; }
 constexpr Length padding(Length size) { return size * 35 / 100; }
 
+constexpr std::array<std::size_t, 3> heads = {
+    5, 4, 5};                             // of the columns: no part is narrower, so that no two texts run together
 constexpr std::size_t widest_part = 24;   // a longer text takes several lines
 constexpr std::size_t sign = 2;           // in front of a remark
 constexpr std::size_t longest_word = 9;   // of a remark
@@ -77,7 +79,9 @@ std::size_t text_width(StringView text) noexcept {
 KeyLayout key_layout(const std::vector<KeyRow>& rows) {
   KeyLayout layout;
   for (const KeyRow& row : rows) {
-    for (std::size_t i = 0; i < 3; ++i) layout.parts[i] = std::max(layout.parts[i], std::min(row[i], widest_part));
+    for (std::size_t i = 0; i < 3; ++i) {
+      if (row[i] > 0) layout.parts[i] = std::max({layout.parts[i], heads[i], std::min(row[i] + 1, widest_part)});
+    }
     if (row[3] > 0) layout.parts[1] = widest_part;  // a remark in the cell of the key
   }
   if (rows.size() <= most_rows) {

@@ -15,7 +15,7 @@ std::string guarded(const std::string& text, const char* characters) {
 
 std::string in_quotes(const std::string& text) { return quoted(text, "'\\''"); }
 
-// What completes a value: the last part of a specification of _arguments.
+// What completes a value: the last part of a row of _arguments.
 std::string action(const std::string& name, const Values& values) {
   std::string what = " ";
   if (!values.endings.empty() && values.endings.front().empty()) {
@@ -32,7 +32,7 @@ std::string action(const std::string& name, const Values& values) {
   return name + ':' + what;
 }
 
-std::string specification(const Option& option) {
+std::string argument_row(const Option& option) {
   std::string excluded;
   if (!option.excludes.empty()) excluded = '(' + joined(option.excludes, " ") + ')';
   if (option.name == "--help" || option.name == "--version") excluded = "(- : *)";
@@ -45,7 +45,7 @@ std::string specification(const Option& option) {
 
 void print_command(std::ostream& out, const Command& command) {
   out << "        " << command.name << ")\n          _arguments";
-  for (const Option& option : command.options) out << " \\\n            " << specification(option);
+  for (const Option& option : command.options) out << " \\\n            " << argument_row(option);
   for (const Operand& operand : command.operands) {
     out << " \\\n            " << in_quotes((operand.repeats ? "*:" : ":") + action(operand.name, operand.values));
   }
@@ -62,7 +62,7 @@ void print_zsh(std::ostream& out, const Program& program) {
     out << "    " << in_quotes(command.name + ':' + guarded(command.help, ":\\")) << "\n";
   }
   out << "  )\n  _arguments -C";
-  for (const Option& option : program.options) out << " \\\n    " << specification(option);
+  for (const Option& option : program.options) out << " \\\n    " << argument_row(option);
   out << " \\\n    '1: :->command' \\\n    '*:: :->words' && ret=0\n  case $state in\n"
          "    command) _describe -t commands command commands && ret=0 ;;\n    words)\n      curcontext=\"${curcontext%:*:*}:hedro34-$words[1]:\"\n"
          "      case $words[1] in\n";
