@@ -268,7 +268,7 @@ std::vector<String> faults_of(WENKtdVersions& held, const std::vector<VersionKey
   std::unordered_set<StringView, IgnoringCase, IgnoringCase> seen;
   for (const VersionKey& version : versions) {
     if (seen.insert(version.label).second) continue;
-    faults.push_back(u"Two versions bear the same identifier: nobody can tell which key a sheet of theirs takes.");
+    faults.emplace_back(u"Two versions bear the same identifier: nobody can tell which key a sheet of theirs takes.");
     break;
   }
   return faults;
