@@ -159,6 +159,9 @@ class Kinds(ProgramTest):
         rows = [[line.split()[1:] for line in grid.splitlines() if line.startswith("  " + name)] for name in ("Field", "ID", "Key")]
         rows = [sum(row, []) for row in rows]
         self.assertEqual(rows, [list(map(str, range(1, 41))), list(map(str, order)), ["(A,C,D,E)", "B"] * 20])
+        self.file("v.ktd", document(*fields, versions={"versionAnswers": ["X"], "orders": [order, order[::-1]]}))
+        fault = "2 orders of versions and 1 version identifier: its versions are not read, and the key is that of the first one."
+        self.assertIn(fault + "\n\nKeys by field\n", self.run_program("show", "v.ktd").out)
 
 
 class Table(ProgramTest):

@@ -1,6 +1,7 @@
 // What a test lost on its way from a file to a sheet: questions that were removed, and content of questions that their texts
-// cannot carry. The imports and `RemoveInvalid` note it, a question that a failure loses as one that was removed, and `clsHEDROTest::left_out()` has it, so that a program can say it
-// before the sheets go out. It is seen from C++ only; callers by name see nothing of it.
+// cannot carry. The imports and `RemoveInvalid` note it, a question that a failure loses as one that was removed, and
+// `clsHEDROTest::left_out()` has it, so that a program can say it before the sheets go out. It is seen from C++ only; callers
+// by name see nothing of it.
 #pragma once
 
 #include <cstdint>
@@ -24,7 +25,8 @@ struct LeftOut {
   HEDROTestQuestionType type = HEDROTestQuestionTypeUnknown;  // of the question
 
   // "equation", "picture", "element \"table\"", "choice 2 after 50 characters", "topic after 255 characters", and with their
-  // number when a question has several: "3 equations", "2 elements \"table\"", "2 objectives after 50 characters". Empty when the question was removed.
+  // number when a question has several: "3 equations", "2 elements \"table\"", "2 objectives after 50 characters". Empty when
+  // the question was removed.
   String part;
 };
 
