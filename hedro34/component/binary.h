@@ -10,10 +10,9 @@
 // elements. Who gets one frees it.
 #pragma once
 
-#include <array>
-#include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 // How functions of the interfaces, and the functions that a component library shows, are called.
 #ifdef _WIN32
@@ -39,10 +38,7 @@ struct GUID {
   std::uint16_t Data3;
   std::uint8_t Data4[8];
 
-  friend constexpr bool operator==(const GUID& a, const GUID& b) noexcept {
-    using Halves = std::array<std::uint64_t, 2>;
-    return std::bit_cast<Halves>(a) == std::bit_cast<Halves>(b);
-  }
+  friend bool operator==(const GUID& a, const GUID& b) noexcept { return std::memcmp(&a, &b, sizeof a) == 0; }
 };
 
 struct IDispatch;

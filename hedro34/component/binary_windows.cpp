@@ -28,6 +28,7 @@ constexpr std::int64_t own_numbers[] = {HEDRO34_NUMBERS};
 #include <oleauto.h>
 
 #include <algorithm>
+#include <iterator>
 #include <type_traits>
 
 namespace {

@@ -75,8 +75,8 @@ bool is_for_the_result(const Member& member, std::uint16_t flags, const DISPPARA
 
 // Finds out which argument of the member each argument of a call is. `bad` is the index in `parameters` of one that does
 // not fit, or `none`.
-HRESULT assign(const Member& member, const DISPPARAMS& parameters, bool writes, CallArguments& arguments,
-               std::uint32_t& bad) {
+[[gnu::noinline]] HRESULT assign(const Member& member, const DISPPARAMS& parameters, bool writes,
+                                 CallArguments& arguments, std::uint32_t& bad) {
   const std::uint32_t all = parameters.cArgs;
   const std::uint32_t named = parameters.cNamedArgs;
   if (all - named > member.count) return DISP_E_BADPARAMCOUNT;
@@ -102,6 +102,23 @@ HRESULT assign(const Member& member, const DISPPARAMS& parameters, bool writes, 
     }
   }
   return writes && arguments.given[member.count] == nullptr ? DISP_E_PARAMNOTOPTIONAL : S_OK;
+}
+
+// The numbers of a member and of arguments of it.
+[[gnu::noinline]] HRESULT find_names(const ClassTable& table, std::span<OLECHAR* const> names, std::span<DISPID> ids) {
+  std::fill(ids.begin(), ids.end(), DISPID_UNKNOWN);
+  if (std::find(names.begin(), names.end(), nullptr) != names.end()) return E_INVALIDARG;
+  ids[0] = table.id_of(names[0]);
+  const Member* const member = table.member(ids[0]);
+  if (member == nullptr) return DISP_E_UNKNOWNNAME;
+  HRESULT result = S_OK;
+  for (std::size_t i = 1; i < names.size(); ++i) {
+    for (std::uint8_t k = 0; k < member->count; ++k) {
+      if (NameIndex::equal(member->arguments[k].name, names[i])) ids[i] = k;
+    }
+    if (ids[i] == DISPID_UNKNOWN) result = DISP_E_UNKNOWNNAME;
+  }
+  return result;
 }
 
 // The memory of an identity that went, for the next one: mostly they come and go one at a time, and the heaps of some systems
@@ -186,21 +203,9 @@ class Identity final : public IDispatch {
 HRESULT HEDRO34_CALL Identity::GetIDsOfNames(const GUID& iid, OLECHAR** names, std::uint32_t count, LCID, DISPID* ids) {
   if (!(iid == IID_NULL)) return DISP_E_UNKNOWNINTERFACE;
   if (names == nullptr || ids == nullptr || count == 0) return E_INVALIDARG;
-  std::fill_n(ids, count, DISPID_UNKNOWN);
-  if (std::find(names, names + count, static_cast<OLECHAR*>(nullptr)) != names + count) return E_INVALIDARG;
-  const int position = table_.index.find(table_.members, names[0]);
-  if (position < 0) return DISP_E_UNKNOWNNAME;
-  ids[0] = table_.id_of(position);
-  if (count == 1) return S_OK;
-  const Member& member = table_.members[static_cast<std::size_t>(position)];
-  HRESULT result = S_OK;
-  for (std::uint32_t i = 1; i < count; ++i) {
-    for (std::uint8_t k = 0; k < member.count; ++k) {
-      if (NameIndex::equal(member.arguments[k].name, names[i])) ids[i] = k;
-    }
-    if (ids[i] == DISPID_UNKNOWN) result = DISP_E_UNKNOWNNAME;
-  }
-  return result;
+  if (count > 1 || names[0] == nullptr) return find_names(table_, {names, count}, {ids, count});
+  ids[0] = table_.id_of(names[0]);
+  return ids[0] != DISPID_UNKNOWN ? S_OK : DISP_E_UNKNOWNNAME;
 }
 
 // The arguments go on as they came, with names, references and all; what is wrong with them the default member says.
@@ -209,7 +214,7 @@ HRESULT Identity::call_the_result(const Member& member, LCID locale, std::uint16
   const Held<IDispatch> living(this);
   HRESULT code = S_OK;
   const std::optional<Failure> failure = caught([&] {
-    CallArguments nothing{.member = &member};
+    CallArguments nothing(member);
     OwnedVariant made;
     member.read(*object_, nothing, *made);
     if (made->pdispVal == nullptr) fail(FailureNumber::ObjectNotSet);
@@ -236,24 +241,30 @@ HRESULT HEDRO34_CALL Identity::Invoke(DISPID id, const GUID& iid, LCID locale, s
   if ((member->kinds & flags) == 0 || (writes && (member->kinds & flags & puts) == 0)) return DISP_E_MEMBERNOTFOUND;
   if (!sound(*parameters)) return E_INVALIDARG;
 
-  CallArguments arguments{.member = member};
+  if (result == nullptr) {
+    OwnedVariant unwanted;
+    return Invoke(id, iid, locale, flags, parameters, unwanted.get(), exception, bad_argument);
+  }
+
+  CallArguments arguments(*member);
   std::uint32_t bad = none;
-  OwnedVariant made;
   AddRef();  // a host may let go of the object in the middle of the call
   HRESULT code = S_OK;
-  const std::optional<Failure> failure = caught([&] {
-    code = assign(*member, *parameters, writes, arguments, bad);
-    if (code == S_OK) (writes ? member->write : member->read)(*object_, arguments, *made);
+  const std::optional<Failure> failure = caught([this, member, parameters, writes, result, &arguments, &code, &bad] {
+    if (parameters->cArgs > 0 || member->count > 0 || writes)
+      code = assign(*member, *parameters, writes, arguments, bad);
+    if (code == S_OK) (writes ? member->write : member->read)(*object_, arguments, *result);
   });
-  const bool told = failure && arguments.converted;
-  if (told) {
-    code = tell(*failure, exception);
-  } else if (failure) {
-    code = code_of(failure->number);
-    const VARIANT* const given = arguments.given[arguments.at];
-    if (given != nullptr) bad = static_cast<std::uint32_t>(given - parameters->rgvarg);
+  if (failure) [[unlikely]] {
+    std::swap(*OwnedVariant(), *result);
+    if (arguments.converted) {
+      code = tell(*failure, exception);
+    } else {
+      code = code_of(failure->number);
+      const VARIANT* const given = arguments.given[arguments.at];
+      if (given != nullptr) bad = static_cast<std::uint32_t>(given - parameters->rgvarg);
+    }
   }
-  if (code == S_OK && result != nullptr) *result = made.detach();
   if (bad != none && bad_argument != nullptr) *bad_argument = bad;
   Release();
   return code;

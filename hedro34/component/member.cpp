@@ -1,6 +1,14 @@
 #include "hedro34/component/member.h"
 
+#include <algorithm>
+
 namespace hedro34 {
+
+bool NameIndex::equal(StringView a, StringView b) noexcept {
+  constexpr auto upper = [](char16_t unit) { return unit >= u'a' && unit <= u'z' ? unit - 32 : int{unit}; };
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [&](char16_t one, char16_t other) { return upper(one) == upper(other); });
+}
 
 Incoming<bool*>::Incoming(CallArguments& arguments, std::size_t position) : given_(arguments.given[position]) {
   arguments.at = position;

@@ -87,7 +87,9 @@ struct Member;
 
 // The arguments of one call, by position: null for one that was left out.
 struct CallArguments {
-  const Member* member = nullptr;
+  explicit CallArguments(const Member& called) noexcept : member(&called) {}
+
+  const Member* member;
   std::array<binary::VARIANT*, most_arguments + 1> given{};  // the value of a put behind the others
   std::size_t at = 0;                                        // the one that is being converted
   bool converted = false;                                    // all of them are: what fails now is the member itself
@@ -358,21 +360,13 @@ class NameIndex {
     return -1;
   }
 
-  static constexpr bool equal(StringView a, StringView b) noexcept {
-    if (a.size() != b.size()) return false;
-    for (std::size_t i = 0; i < a.size(); ++i) {
-      if (a[i] != b[i] && fold(a[i]) != fold(b[i])) return false;
-    }
-    return true;
-  }
+  static bool equal(StringView a, StringView b) noexcept;
 
  private:
-  static constexpr std::uint32_t fold(char16_t unit) noexcept {
-    return unit >= u'a' && unit <= u'z' ? unit - 32u : unit;
-  }
   static constexpr std::size_t hash(StringView name) noexcept {
-    const std::uint32_t value = static_cast<std::uint32_t>(name.size()) * 5 + fold(name.front()) * 3 +
-                                fold(name[name.size() / 2]) * 17 + fold(name.back()) * 11;
+    constexpr auto caseless = [](char16_t unit) { return unit & ~0x20u; };
+    const std::size_t value = name.size() * 5 + caseless(name.front()) * 3 + caseless(name[name.size() / 2]) * 17 +
+                              caseless(name.back()) * 11;
     return value % 128;
   }
 
@@ -393,6 +387,11 @@ struct ClassTable {
   // Numbers by which members are called: 0 for the default member, for the others their position from 1.
   constexpr binary::DISPID id_of(int position) const noexcept {
     return position == default_member ? binary::DISPID_VALUE : position + 1;
+  }
+  // The number of the member of a name; `DISPID_UNKNOWN` when there is none.
+  binary::DISPID id_of(StringView called) const noexcept {
+    const int position = index.find(members, called);
+    return position >= 0 ? id_of(position) : binary::DISPID_UNKNOWN;
   }
   const Member* member(binary::DISPID id) const noexcept {
     const std::int64_t position = id == binary::DISPID_VALUE ? default_member : std::int64_t{id} - 1;

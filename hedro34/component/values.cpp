@@ -221,26 +221,6 @@ void put(VARIANT& target, bool value) noexcept {
   target.boolVal = value ? variant_true : std::int16_t{0};
 }
 
-void put(VARIANT& target, std::int16_t value) noexcept {
-  target.vt = VT_I2;
-  target.iVal = value;
-}
-
-void put(VARIANT& target, std::int32_t value) noexcept {
-  target.vt = VT_I4;
-  target.lVal = value;
-}
-
-void put(VARIANT& target, float value) noexcept {
-  target.vt = VT_R4;
-  target.fltVal = value;
-}
-
-void put(VARIANT& target, double value) noexcept {
-  target.vt = VT_R8;
-  target.dblVal = value;
-}
-
 void put(VARIANT& target, StringView value) {
   target.bstrVal = bstr_of(value);
   target.vt = VT_BSTR;

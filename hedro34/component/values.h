@@ -30,10 +30,22 @@ binary::IDispatch* dispatch_of(const binary::VARIANT& given, Held<binary::IDispa
 // Out of the library; the caller owns what is made.
 binary::BSTR bstr_of(StringView text);
 void put(binary::VARIANT& target, bool value) noexcept;
-void put(binary::VARIANT& target, std::int16_t value) noexcept;
-void put(binary::VARIANT& target, std::int32_t value) noexcept;
-void put(binary::VARIANT& target, float value) noexcept;
-void put(binary::VARIANT& target, double value) noexcept;
+inline void put(binary::VARIANT& target, std::int16_t value) noexcept {
+  target.vt = binary::VT_I2;
+  target.iVal = value;
+}
+inline void put(binary::VARIANT& target, std::int32_t value) noexcept {
+  target.vt = binary::VT_I4;
+  target.lVal = value;
+}
+inline void put(binary::VARIANT& target, float value) noexcept {
+  target.vt = binary::VT_R4;
+  target.fltVal = value;
+}
+inline void put(binary::VARIANT& target, double value) noexcept {
+  target.vt = binary::VT_R8;
+  target.dblVal = value;
+}
 void put(binary::VARIANT& target, StringView value);
 void put(binary::VARIANT& target, const Array<String>& value);
 void put(binary::VARIANT& target, const Array<std::int32_t>& value);
