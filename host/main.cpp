@@ -87,6 +87,7 @@ ExitCode run(const Information& information) {
 }  // namespace host
 
 int main(int argc, char** argv) {
+  host::keep_memory();
   hedro34::Main();
   const host::Streams streams;
   const auto code = host::finished([&] {

@@ -32,6 +32,8 @@ std::vector<std::string> words_of(int, char**) {
   return words;
 }
 
+void keep_memory() noexcept {}  // its heap keeps what it has
+
 Streams::Streams() noexcept {
   for (std::FILE* stream : {stdin, stdout, stderr}) ::_setmode(::_fileno(stream), _O_BINARY);
   former_ = ::GetConsoleOutputCP();
