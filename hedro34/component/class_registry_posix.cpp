@@ -107,7 +107,7 @@ Ref<Registry> load(const String& path) {
     }
     bytes = read_file(path);  // it may have come between the two looks
   }
-  return bytes && read_json(registry_table, *registry, *bytes, path) ? registry : nullptr;
+  return bytes && read_exactly(registry_table, *registry, *bytes, path) ? registry : nullptr;
 }
 
 bool cannot_write(const String& path, int error) {

@@ -122,20 +122,22 @@ void DataDocument::PrepareDefaults() {
   if (objectives_->Count() == 0) objectives_->append(make<DataObjective>(), {});
 }
 
-bool DataDocument::read(std::string_view bytes, StringView path) {
+bool DataDocument::take(std::string_view bytes, StringView path, std::size_t room) {
   return unless_out_of_memory(FileError::Kind::NoMemory, path, [&] {
-    const auto loaded = make<DataDocument>();
-    if (!read_json(json, *loaded, bytes, path)) return false;
+    const auto loaded = read_json<DataDocument>(json, bytes, path, room);
+    if (!loaded) return false;
     swap(*loaded);
     return true;
   });
 }
 
+bool DataDocument::read(std::string_view bytes, StringView path) { return take(bytes, path, 0); }
+
 bool DataDocument::Load(const String& path) {
   clear_file_error();
   return unless_out_of_memory(FileError::Kind::NoMemory, path, [&] {
     const auto bytes = read_file(path);
-    return bytes && read(*bytes, path);
+    return bytes && take(*bytes, path, bytes->capacity() - bytes->size());
   });
 }
 

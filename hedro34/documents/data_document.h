@@ -186,6 +186,8 @@ class DataDocument final : public WENKtdDocument {
 
  private:
   struct Json;
+  bool take(std::string_view bytes, StringView path,
+            std::size_t room);  // `room`: bytes behind that may be read as well
   void swap(DataDocument& other) noexcept;
 
   Ref<DataQuestions> questions_;

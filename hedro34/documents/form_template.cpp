@@ -195,10 +195,10 @@ void FormTemplate::graded_changed(const FormRegion& region, bool graded) noexcep
   if (numbered_ && region.first_ == &region) graded_ += graded ? 1 : -1;
 }
 
-bool FormTemplate::read(std::string_view bytes, StringView path) {
+bool FormTemplate::take(std::string_view bytes, StringView path, std::size_t room) {
   return unless_out_of_memory(FileError::Kind::NoMemory, path, [&] {
-    auto loaded = make<FormTemplate>();
-    if (!read_json(json, *loaded, bytes, path)) return false;
+    const auto loaded = read_json<FormTemplate>(json, bytes, path, room);
+    if (!loaded) return false;
     Clear();
     pages_->pages_.swap(loaded->pages_->pages_);
     for (const auto& page : pages_->pages_) page->regions().form_ = this;
@@ -206,11 +206,13 @@ bool FormTemplate::read(std::string_view bytes, StringView path) {
   });
 }
 
+bool FormTemplate::read(std::string_view bytes, StringView path) { return take(bytes, path, 0); }
+
 bool FormTemplate::Load(const String& path) {
   clear_file_error();
   return unless_out_of_memory(FileError::Kind::NoMemory, path, [&] {
     const auto bytes = read_file(path);
-    return bytes && read(*bytes, path);
+    return bytes && take(*bytes, path, bytes->capacity() - bytes->size());
   });
 }
 

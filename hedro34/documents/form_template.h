@@ -181,6 +181,8 @@ class FormTemplate final : public TIBTemplate {
   friend class FormRegion;
   friend class FormRegions;
   struct Json;
+  bool take(std::string_view bytes, StringView path,
+            std::size_t room);  // `room`: bytes behind that may be read as well
 
   void detach_pages() noexcept;
 

@@ -15,6 +15,7 @@ using system::Path;
 using system::reason;
 
 constexpr std::size_t least_read = 4096;
+constexpr std::size_t room_behind = 64;
 
 // A file, or none and the reason in `errno`, which is that of the path as it stands.
 File open_for_reading(StringView path) {
@@ -76,8 +77,8 @@ std::optional<std::string> read_file(StringView path) {
   auto file = InputFile::open(path);
   if (!file) return std::nullopt;
   std::string content;
-  // One byte more than the system promises, so that the first read finds the end as well.
-  for (std::size_t more = static_cast<std::size_t>(file->size()) + 1, done = 0;; more = content.size()) {
+  // More than the system promises, so that the first read finds the end as well.
+  for (std::size_t more = static_cast<std::size_t>(file->size()) + room_behind, done = 0;; more = content.size()) {
     content.resize(done + std::max(more, least_read));
     const auto count = file->read(content.data() + done, content.size() - done);
     if (!count) return std::nullopt;

@@ -36,7 +36,7 @@ class InputFile {
   String path_;
 };
 
-// The whole content, or nothing and a file error of kind Unreadable.
+// The whole content, or nothing and a file error of kind Unreadable. There is room for 64 bytes behind it as a rule.
 std::optional<std::string> read_file(StringView path);
 
 // Standard input as a file that can be read more than once: its bytes stand on the disk, under no name that outlives this
