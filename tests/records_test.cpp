@@ -253,6 +253,32 @@ TEST(AnswerKey, AsText) {
   EXPECT_EQ(recorder.take(), Lines());
 }
 
+TEST(AnswerKey, HasLabelsAsACopyOfTheScaleHasThem) {
+  const std::string long_label(60, 'x');
+  const std::tuple<std::vector<std::string>, std::string, std::string> rows[] = {
+      {{"A\tB", "C"}, "3: A|B|C", "(A,B,C)"},
+      {{"\t"}, "3: ||", "(,,)"},
+      {{""}, "3: ||", "(,,)"},
+      {{"", "B"}, "3: |B|", "(,B,)"},
+      {{long_label, "B", "C", "D"},
+       "3: " + long_label.substr(0, 50) + "|B|C",
+       "(" + long_label.substr(0, 50) + ",B,C)"},
+  };
+  Recorder recorder;
+  for (const auto& [scale, labels, key] : rows) {
+    clsHEDROTest test;
+    test.MultipleChoiceOddScale->RemoveAll();
+    for (const std::string& label : scale) {
+      test.MultipleChoiceOddScale->Add(u"?");
+      test.MultipleChoiceOddScale->SetItem(test.MultipleChoiceOddScale->Count(), from_utf8(label));
+    }
+    test.Questions->Add(with_answers(u"q", multiple_choice, 3, {1, 2, 3}));
+    EXPECT_EQ(dump(test.QuestionScale(1)), labels);
+    EXPECT_EQ(to_utf8(test.CorrectAnswersAsString(1)), key);
+  }
+  EXPECT_EQ(recorder.take(), Lines());
+}
+
 TEST(AnswerKey, AsArray) {
   const std::string not_set = reported(91, "clsHEDROTest.");
   Recorder recorder;

@@ -164,7 +164,7 @@ bool lower_equals(StringView text, StringView expected) noexcept {
   return true;
 }
 
-std::size_t IgnoringCase::operator()(StringView text) const noexcept {
+std::size_t IgnoringCase::operator()(StringView text) const {
   std::uint64_t hash = 0xCBF29CE484222325u;
   for (const char16_t unit : text) hash = (hash ^ upper(unit)) * 0x100000001B3u;
   return static_cast<std::size_t>(hash ^ (hash >> 29));

@@ -33,10 +33,11 @@ bool equal_ignoring_case(StringView a, StringView b) noexcept;
 // True when the lower-case mapping of `text` is `expected`, which is given in small letters.
 bool lower_equals(StringView text, StringView expected) noexcept;
 
-// Hash and equality of texts without regard to case, for unordered containers.
+// Hash and equality of texts without regard to case, for unordered containers. (The hash is not noexcept, though it cannot
+// fail: so the containers keep what they have computed.)
 struct IgnoringCase {
   using is_transparent = void;
-  std::size_t operator()(StringView text) const noexcept;
+  std::size_t operator()(StringView text) const;
   bool operator()(StringView a, StringView b) const noexcept { return equal_ignoring_case(a, b); }
 };
 

@@ -5,6 +5,7 @@
 // Operations report a failure once and return their result as it stood: False, 0, an empty text, reference or array.
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include "hedro34/model/clsHEDROTestSequences.h"
@@ -104,6 +105,22 @@ class clsHEDROTest final : public Object {
   String NodeText(const Ref<IXMLDOMNode>& oNode, NotCarried& not_carried);
   bool PopulateMultipleChoiceScales(const Ref<IXMLDOMNode>& oNode, bool bOddDistractorsOnly);
   bool TrimScales();
+
+  // Where the labels of a question stand: in one of the test's scales, as a copy of it would have them, or nowhere. Multiple
+  // choice has a `count` of them, empty ones where the scale lacks them.
+  struct Labels {
+    Ref<clsHEDROTestStrings> scale;
+    std::optional<std::int32_t> count;
+
+    std::vector<StringView> texts() const;  // they hold until the scale changes
+  };
+  Labels labels_of(const clsHEDROTestQuestion& question, const Variant& vQuestionIndex,
+                   const Variant& vIsOddOverride) const;
+
+  // Calls `use` with each correct answer in turn, as label or as number. Lets failures leave, but those of the way to the scale,
+  // which are reported as that of `QuestionScale`.
+  template <class Use>
+  void each_correct_answer(const Variant& vQuestionIndex, bool numeric, Use use) const;
 
   std::vector<LeftOut> left_out_;
 };

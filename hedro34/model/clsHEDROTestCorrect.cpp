@@ -14,7 +14,7 @@ bool clsHEDROTestCorrect::Add(std::int16_t Item, const Variant& Before, const Va
   });
 }
 
-std::int16_t clsHEDROTestCorrect::Item(std::int16_t Index) const { return item_or(Index, -1); }
+std::int16_t clsHEDROTestCorrect::Item(std::int16_t Index) const { return item_or(std::int32_t{Index}, -1); }
 
 Ref<clsHEDROTestCorrect> clsHEDROTestCorrect::Copy() const {
   return trap<Ref<clsHEDROTestCorrect>>(here(u"Copy"), [&](auto& result) {

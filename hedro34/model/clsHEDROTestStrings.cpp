@@ -49,22 +49,34 @@ void clsHEDROTestStrings::SetItem(const Variant& Index, StringView sValue) {
   });
 }
 
+// As if the elements went through text that is joined and split again at tabs, without the text: a single empty element is an
+// empty text, which adds nothing.
+template <class Use>
+void clsHEDROTestStrings::each_in_copy(Use use) const {
+  if (items_.count() == 1 && items_.at(1).empty()) return;
+  for (std::int32_t i = 1; i <= items_.count(); ++i) {
+    for (StringView rest = items_.at(i);;) {
+      const std::size_t end = rest.find(*tab);
+      use(rest.substr(0, std::min(end, added_limit)));
+      if (end == StringView::npos) break;
+      rest.remove_prefix(end + 1);
+    }
+  }
+}
+
 Ref<clsHEDROTestStrings> clsHEDROTestStrings::Copy() const {
   return trap<Ref<clsHEDROTestStrings>>(here(u"Copy"), [&](auto& result) {
     auto copy = make<clsHEDROTestStrings>();
-    // As if the elements went through text that is joined and split again at tabs, without the text: a single empty element
-    // is an empty text, which adds nothing.
-    const bool nothing = items_.count() == 1 && items_.at(1).empty();
-    for (std::int32_t i = 1; i <= items_.count() && !nothing; ++i) {
-      for (StringView rest = items_.at(i);;) {
-        const std::size_t end = rest.find(*tab);
-        copy->items_.append(String(rest.substr(0, std::min(end, added_limit))));
-        if (end == StringView::npos) break;
-        rest.remove_prefix(end + 1);
-      }
-    }
+    each_in_copy([&](StringView text) { copy->items_.append(String(text)); });
     result = std::move(copy);
   });
+}
+
+std::vector<StringView> clsHEDROTestStrings::in_copy() const {
+  std::vector<StringView> texts;
+  texts.reserve(static_cast<std::size_t>(items_.count()));
+  each_in_copy([&](StringView text) { texts.push_back(text); });
+  return texts;
 }
 
 }  // namespace hedro34

@@ -1,6 +1,8 @@
 // The library's ordered list of strings: answers, objectives and scales. See collection.h for the rules of all collections.
 #pragma once
 
+#include <vector>
+
 #include "hedro34/model/collection.h"
 
 namespace hedro34 {
@@ -34,6 +36,14 @@ class clsHEDROTestStrings final : public Collection<clsHEDROTestStrings, String>
   // A new collection, filled through tab-joined text: without keys, each element cut to 50 units, an element with a tab
   // split in two, and a single empty element lost. An empty reference after a failure.
   Ref<clsHEDROTestStrings> Copy() const;
+
+  // The elements that a copy would have, where they stand in this collection; they hold until it changes. Unlike the
+  // operations it lets failures leave. Not to be seen by name.
+  std::vector<StringView> in_copy() const;
+
+ private:
+  template <class Use>
+  void each_in_copy(Use use) const;
 };
 
 }  // namespace hedro34

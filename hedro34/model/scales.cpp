@@ -23,11 +23,6 @@ void shorten(const Ref<clsHEDROTestStrings>& scale, std::int32_t length) {
   for (std::int32_t i = scale->Count(); i > length; --i) scale->Remove(i);
 }
 
-// The number at a position of the set; positions are 16 bits wide there.
-std::int16_t answer_at(const Ref<clsHEDROTestCorrect>& answers, std::int32_t position) {
-  return answers->Item(to_int16(position));
-}
-
 }  // namespace
 
 bool clsHEDROTest::PopulateMultipleChoiceScales(const Ref<IXMLDOMNode>& oNode, bool bOddDistractorsOnly) {
@@ -65,41 +60,77 @@ bool clsHEDROTest::TrimScales() {
   });
 }
 
+clsHEDROTest::Labels clsHEDROTest::labels_of(const clsHEDROTestQuestion& question, const Variant& vQuestionIndex,
+                                             const Variant& vIsOddOverride) const {
+  const auto those_of = [](const Ref<clsHEDROTestStrings>& scale) { return Labels{Ref(&*scale), {}}; };
+  switch (question.QuestionType) {
+    case HEDROTestQuestionTypeTrueFalse: return those_of(TrueFalseScale);
+    case HEDROTestQuestionTypeYesNo: return those_of(YesNoScale);
+    case HEDROTestQuestionTypeMultipleChoice: break;
+    default: return {};
+  }
+  const bool is_odd = vIsOddOverride.is<Missing>() ? Questions->first_position(vQuestionIndex) % 2 == 1
+                                                   : to_boolean(CString(vIsOddOverride));
+  Labels labels = those_of(is_odd ? MultipleChoiceOddScale : MultipleChoiceEvenScale);
+  labels.count = question.Answers->Count();
+  return labels;
+}
+
+std::vector<StringView> clsHEDROTest::Labels::texts() const {
+  std::vector<StringView> result;
+  if (scale) result = scale->in_copy();
+  if (count) result.resize(static_cast<std::size_t>(*count));
+  return result;
+}
+
 Ref<clsHEDROTestStrings> clsHEDROTest::QuestionScale(const Variant& vQuestionIndex,
                                                      const Variant& vIsOddOverride) const {
   return trap<Ref<clsHEDROTestStrings>>(here(u"QuestionScale"), [&](auto& result) {
-    if (!Questions->Exists(vQuestionIndex)) return;
     const Ref<clsHEDROTestQuestion> question = Questions->Item(vQuestionIndex);
-    switch (question->QuestionType) {
-      case HEDROTestQuestionTypeTrueFalse: result = TrueFalseScale->Copy(); return;
-      case HEDROTestQuestionTypeYesNo: result = YesNoScale->Copy(); return;
-      case HEDROTestQuestionTypeMultipleChoice: break;
-      default: result = make<clsHEDROTestStrings>(); return;
+    if (!question) return;
+    const Labels labels = labels_of(*question, vQuestionIndex, vIsOddOverride);
+    const Ref<clsHEDROTestStrings> scale = labels.scale ? labels.scale->Copy() : make<clsHEDROTestStrings>();
+    if (labels.count) {
+      shorten(scale, *labels.count);
+      for (std::int32_t i = scale->Count(); i < *labels.count; ++i) scale->Add({});
     }
-    const bool is_odd = vIsOddOverride.is<Missing>() ? Questions->first_position(vQuestionIndex) % 2 == 1
-                                                     : to_boolean(CString(vIsOddOverride));
-    const Ref<clsHEDROTestStrings> scale = (is_odd ? MultipleChoiceOddScale : MultipleChoiceEvenScale)->Copy();
-    const std::int32_t answers = question->Answers->Count();
-    shorten(scale, answers);
-    for (std::int32_t i = scale->Count(); i < answers; ++i) scale->Add({});
     result = scale;
   });
+}
+
+template <class Use>
+void clsHEDROTest::each_correct_answer(const Variant& vQuestionIndex, bool numeric, Use use) const {
+  const Ref<clsHEDROTestQuestion> question = Questions->Item(vQuestionIndex);
+  if (!question) return;
+  const auto labels = trap<std::optional<Labels>>(
+      here(u"QuestionScale"), [&](auto& result) { result = labels_of(*question, vQuestionIndex, missing); });
+  const auto texts = labels && !numeric ? labels->texts() : std::vector<StringView>();
+  const Ref<clsHEDROTestCorrect> correct = question->CorrectAnswers;
+  const std::int32_t count = correct->Count();
+  for (std::int32_t i = 1; i <= count; ++i) {
+    const std::int16_t number = correct->Item(to_int16(i));  // positions are 16 bits wide there
+    if (numeric) {
+      use(decimal(number));
+    } else {
+      if (!labels) fail(FailureNumber::ObjectNotSet);
+      const bool has_label = number >= 1 && static_cast<std::size_t>(number) <= texts.size();
+      use(has_label ? texts[static_cast<std::size_t>(number) - 1] : StringView());
+    }
+  }
 }
 
 String clsHEDROTest::CorrectAnswersAsString(const Variant& vQuestionIndex, StringView sDelimiter,
                                             bool bEnclosedByParens, bool bNumeric) const {
   return trap<String>(here(u"CorrectAnswersAsString"), [&](auto& result) {
-    if (!Questions->Exists(vQuestionIndex)) return;
-    const Ref<clsHEDROTestStrings> scale = QuestionScale(vQuestionIndex);
-    const Ref<clsHEDROTestCorrect> correct = Questions->Item(vQuestionIndex)->CorrectAnswers;
     String text;
-    for (std::int32_t i = 1; i <= correct->Count(); ++i) {
-      const std::int16_t number = answer_at(correct, i);
-      text.append(bNumeric ? decimal(number) : scale->Item(number)).append(sDelimiter);
-    }
+    int count = 0;
+    each_correct_answer(vQuestionIndex, bNumeric, [&](StringView answer) {
+      text.append(answer).append(sDelimiter);
+      ++count;
+    });
     if (!text.empty()) {
       text.resize(text.size() - sDelimiter.size());
-      if (correct->Count() >= 2 && bEnclosedByParens) text = u"(" + text + u")";
+      if (count >= 2 && bEnclosedByParens) text = u"(" + text + u")";
     }
     result = std::move(text);
   });
@@ -107,16 +138,9 @@ String clsHEDROTest::CorrectAnswersAsString(const Variant& vQuestionIndex, Strin
 
 Array<String> clsHEDROTest::CorrectAnswersAsArray(const Variant& vQuestionIndex, bool bAsString) const {
   return trap<Array<String>>(here(u"CorrectAnswersAsArray"), [&](auto& result) {
-    if (!Questions->Exists(vQuestionIndex)) return;
-    const Ref<clsHEDROTestStrings> scale = QuestionScale(vQuestionIndex);
-    const Ref<clsHEDROTestCorrect> correct = Questions->Item(vQuestionIndex)->CorrectAnswers;
-    if (correct->Count() < 1) return;
-    Array<String> answers(0, correct->Count() - 1);
-    for (std::int32_t i = 1; i <= correct->Count(); ++i) {
-      const std::int16_t number = answer_at(correct, i);
-      answers[i - 1] = bAsString ? scale->Item(number) : decimal(number);
-    }
-    result = std::move(answers);
+    std::vector<String> answers;
+    each_correct_answer(vQuestionIndex, !bAsString, [&](StringView answer) { answers.emplace_back(answer); });
+    result = Array<String>::of(std::move(answers), 0);
   });
 }
 
