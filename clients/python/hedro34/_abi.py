@@ -6,7 +6,9 @@ units and a zero unit, named by the address of the first unit. Whoever gets a te
 
 from __future__ import annotations
 
+import codecs
 import ctypes
+from collections import defaultdict
 from ctypes import POINTER, c_int32, c_int64, c_uint8, c_uint16, c_uint32, c_uint64, c_void_p
 from typing import Any
 from uuid import UUID
@@ -130,7 +132,7 @@ def read_text(text: int | None) -> str:
     if not text:
         return ""
     size = c_uint32.from_address(text - 4).value & ~1
-    return ctypes.string_at(text, size).decode("utf-16-le", "surrogatepass")
+    return codecs.utf_16_le_decode(ctypes.string_at(text, size), "surrogatepass", True)[0]
 
 
 def free_text(text: int | None) -> None:
@@ -158,8 +160,17 @@ _factory_prototypes = (
 )
 
 
+# Invoke takes arguments that are ready to be passed: pointers as `byref` and `from_param` make them, and small numbers. Were
+# their types declared, ctypes would convert them again at each call, which takes as long as all else there.
+_ready_made = ctypes.CFUNCTYPE(c_uint32)
+at = c_void_p.from_param
+AT_IID_NULL = at(IID_NULL)
+
+Numbers = dict[str | tuple[str, ...], tuple[int, ...]]  # of a member and of arguments of it, by their names
+
+
 class Table:
-    """The functions behind an IDispatch. One for each table in memory; objects of a class share theirs."""
+    """The functions behind an IDispatch. One for each table in memory; all objects of a library share theirs."""
 
     _known: dict[int, Table] = {}
 
@@ -168,16 +179,19 @@ class Table:
         functions = [prototype(slot) for prototype, slot in zip(prototypes, slots)]
         self.query, self.add_ref, self.release = functions[:3]
         self.rest = functions[3:]
-        self.ids, self.invoke = functions[-2:]
+        self.ids = functions[-2]
+        self.invoke = _ready_made(slots[len(slots) - 1] or 0)
+        self.numbers: defaultdict[type, Numbers] | None = None  # of each class; None where each object may have its own
 
     @classmethod
     def of(cls, pointer: int) -> Table:
-        address = c_void_p.from_address(pointer).value
-        assert address
-        table = cls._known.get(address)
-        if table is None:
-            table = cls._known[address] = cls(address)
-        return table
+        address = c_void_p.from_address(pointer).value or 0
+        return cls._known.get(address) or cls._known.setdefault(address, cls(address))
+
+    def keep_numbers(self) -> None:
+        """The objects are a library's: those of a class have the same numbers."""
+        if self.numbers is None:
+            self.numbers = defaultdict(lambda: {"": (DISPID_VALUE,)})
 
     @classmethod
     def of_factory(cls, pointer: int) -> Table:

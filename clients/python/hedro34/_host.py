@@ -27,11 +27,12 @@ from . import _values as values
 from ._errors import Error
 
 _lock = threading.RLock()  # one Python object may serve several threads
-_by_address: dict[int, Exposed] = {}
+by_address: dict[int, Exposed] = {}
 _by_target: dict[int, Exposed] = {}
 
 _last_error = ""
 _state = threading.local()
+interrupted: set[int] = set()  # the threads that have an interrupt to raise
 
 
 class Exposed:
@@ -44,10 +45,10 @@ class Exposed:
         self.address = abi.allocate(16)
         self.count = 0
         ctypes.c_void_p.from_address(self.address).value = _table
-        _by_address[self.address] = _by_target[id(target)] = self
+        by_address[self.address] = _by_target[id(target)] = self
 
     def drop(self) -> None:
-        del _by_address[self.address], _by_target[id(self.target)]
+        del by_address[self.address], _by_target[id(self.target)]
         abi.free(self.address)
 
 
@@ -59,14 +60,10 @@ def expose(target: object) -> int:
         return exposed.address
 
 
-def target_of(pointer: int) -> Exposed | None:
-    return _by_address.get(pointer)
-
-
 def exposed_objects() -> list[object]:
     """The Python objects that the library holds at this moment."""
     with _lock:
-        return [exposed.target for exposed in _by_address.values()]
+        return [exposed.target for exposed in by_address.values()]
 
 
 def last_host_error() -> str:
@@ -79,7 +76,13 @@ def raise_interrupt() -> None:
     interrupt = getattr(_state, "interrupt", None)
     if interrupt is not None:
         _state.interrupt = None
+        interrupted.discard(threading.get_ident())
         raise interrupt
+
+
+def _interrupt(interrupt: BaseException) -> None:
+    _state.interrupt = interrupt
+    interrupted.add(threading.get_ident())
 
 
 # --- members ---------------------------------------------------------------------------------------------------------
@@ -157,7 +160,7 @@ def _query(this: int, iid: int, result: int) -> int:
 
 def _add_ref(this: int) -> int:
     with _lock:
-        exposed = _by_address.get(this)
+        exposed = by_address.get(this)
         if exposed is None:
             return 0
         exposed.count += 1
@@ -166,7 +169,7 @@ def _add_ref(this: int) -> int:
 
 def _release(this: int) -> int:
     with _lock:
-        exposed = _by_address.get(this)
+        exposed = by_address.get(this)
         if exposed is None:
             return 0
         exposed.count -= 1
@@ -191,7 +194,7 @@ def _type_info(this: int, index: int, locale: int, result: int) -> int:
 
 def _ids_of_names(this: int, iid: int, names: int, count: int, locale: int, ids: int) -> int:
     try:
-        exposed = _by_address.get(this)
+        exposed = by_address.get(this)
         if exposed is None or not names or not ids or not count:
             return abi.E_INVALIDARG
         found = (ctypes.c_int32 * count).from_address(ids)
@@ -207,7 +210,7 @@ def _ids_of_names(this: int, iid: int, names: int, count: int, locale: int, ids:
     except Exception:
         return abi.DISP_E_UNKNOWNNAME
     except BaseException as interrupt:
-        _state.interrupt = interrupt
+        _interrupt(interrupt)
         return abi.DISP_E_UNKNOWNNAME
 
 
@@ -221,7 +224,7 @@ def _wide_text(address: int | None) -> str:
 def _invoke(
     this: int, dispid: int, iid: int, locale: int, flags: int, params: int, result: int, exception: int, bad: int
 ) -> int:
-    exposed = _by_address.get(this)
+    exposed = by_address.get(this)
     if exposed is None or not params:
         return abi.E_INVALIDARG
     name: str | None = ""
@@ -266,7 +269,7 @@ def _failed(target: object, name: str, error: BaseException, exception: int) -> 
         code = code if error.code == abi.E_FAIL else error.code
         description, source = error.description, error.source or what
     elif not isinstance(error, Exception):
-        _state.interrupt = error
+        _interrupt(error)
     else:
         with contextlib.suppress(Exception):
             trace = error.__traceback__

@@ -56,6 +56,7 @@ class Library:
             table.release(factory)
         if code & 0x80000000 or not pointer.value:
             raise Error(f'"{name}" cannot be created: {result_text(code)}', code)
+        abi.Table.of(pointer.value).keep_numbers()
         return _object.class_named(name[name.rfind(".") + 1 :] if known is None else _own_name(name))(pointer.value)
 
     def _platform(self) -> Any:

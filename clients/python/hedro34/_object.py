@@ -14,7 +14,7 @@ import os
 import re
 import threading
 from collections import deque
-from collections.abc import Callable, Iterator
+from collections.abc import Callable, Iterable, Iterator
 from enum import IntEnum, IntFlag
 from types import TracebackType
 from typing import Any, Self
@@ -23,6 +23,7 @@ from . import _abi as abi
 from . import _classes, _host, _show
 from . import _values as values
 from ._errors import ArgumentTypeError, Call, Error, MemberError, Parameter, result_text, suggestion, takes_words
+from ._frame import AT_NO_PARAMS, MOST_ARGUMENTS, Frame
 
 _PUTS = abi.PUT | abi.PUTREF
 
@@ -36,6 +37,7 @@ class _Owner:
     def __init__(self) -> None:
         self.thread = threading.current_thread()
         self.dropped: deque[int] = deque()
+        self.frames: list[Frame] = []  # empty ones
 
     def drop(self, pointer: int) -> None:
         self.dropped.append(pointer)
@@ -48,22 +50,21 @@ class _Owner:
 
 
 _dropping: set[_Owner] = set()
-_local = threading.local()
 _ended = False
 
 
-def _owner() -> _Owner:
-    try:
-        owner: _Owner = _local.owner
-    except AttributeError:
-        owner = _local.owner = _Owner()
-    return owner
+class _Local(threading.local):
+    def __init__(self) -> None:
+        self.owner = _Owner()
+
+
+_local = _Local()
 
 
 def collect() -> None:
     """Releases what other threads have dropped of this thread's objects, and of those of threads that have ended. Every call
     does so for its own thread."""
-    _owner().collect()
+    _local.owner.collect()
     for owner in list(_dropping):
         if not owner.thread.is_alive():
             owner.collect()
@@ -87,92 +88,99 @@ class Object:
     """
 
     _members_: dict[str, _Member] = {}
-    _ids_: dict[tuple[str, ...], tuple[int, ...]] | None = None  # shared by all objects of a class that is described
 
     def __init__(self, pointer: int) -> None:
         """Takes over one count of the pointer."""
         fields = self.__dict__
-        fields["_pointer"], fields["_owner"] = pointer, _owner()
+        fields["_table"] = table = abi.Table.of(pointer)
+        fields["_numbers"] = table.numbers[type(self)] if table.numbers is not None and self._members_ else None
+        fields["_this"] = abi.at(pointer)  # ready to be passed
         fields["_calls"] = 0
+        fields["_owner"], fields["_pointer"] = _local.owner, pointer
 
-    def _call(self, name: str, flags: int, arguments: tuple[Any, ...], named: dict[str, Any]) -> Any:
-        pointer = self._enter()
+    def _call(
+        self, name: str, flags: int, arguments: tuple[Any, ...], named: dict[str, Any], member: _Member | None = None
+    ) -> Any:
+        fields, owner = self.__dict__, _local.owner
+        if owner is not fields["_owner"] or owner.dropped or "_pointer" not in fields:
+            self._check_use()
+        if member is None:
+            member = self._member(name)
+        count = len(arguments) + len(named)
+        frame = owner.frames.pop() if owner.frames and count <= MOST_ARGUMENTS else Frame(count)
+        numbers: abi.Numbers | None = fields["_numbers"]
+        writes = flags & _PUTS
+        fields["_calls"] += 1
         try:
-            return self._called(pointer, name, flags, arguments, named)
+            ids = numbers and numbers.get((name, *named) if named else name) or self._dispids(name, named)
+            if count:
+                try:
+                    frame.place((*named.values(), *arguments[::-1]) if named else arguments[::-1], ids[1:], writes)
+                except (TypeError, OverflowError) as error:
+                    code = abi.DISP_E_OVERFLOW if isinstance(error, OverflowError) else abi.DISP_E_BADVARTYPE
+                    raise self._failure(code, frame, member, name, flags, arguments, named) from error
+            code = fields["_table"].invoke(
+                fields["_this"], ids[0], abi.AT_IID_NULL, 0, flags, frame.at_params if count else AT_NO_PARAMS,
+                None if writes else frame.at_result, frame.at_exception, frame.at_bad,
+            )  # fmt: skip
+            if frame.references:
+                frame.read_references()
+            if code & 0x80000000:
+                if frame.exception.fill_in:
+                    ctypes.CFUNCTYPE(ctypes.c_uint32, ctypes.c_void_p)(frame.exception.fill_in)(frame.at_exception)
+                raise self._failure(code, frame, member, name, flags, arguments, named)
+            value = values.take(frame.result, member.result if member else "")
+            if numbers is None:
+                frame.clear()  # an object of another make fills in what it likes
+            else:
+                if frame.owners:
+                    frame.clear_arguments()
+                owner.frames.append(frame)
+        except BaseException:
+            frame.clear()
+            raise
         finally:
-            fields = self.__dict__
             fields["_calls"] -= 1
             if "_late" in fields and not fields["_calls"]:
                 abi.release(fields.pop("_late"))
-            _host.raise_interrupt()
+            if _host.interrupted:
+                _host.raise_interrupt()
+        return _enumerated(value, member.kind) if type(value) is int and member and member.kind else value
 
-    def _enter(self) -> int:
-        fields, owner = self.__dict__, _owner()
-        pointer: int | None = fields.get("_pointer")
-        if pointer is None:
+    def _check_use(self) -> None:
+        """Before a call: whether the object may be used here. Releases what other threads have dropped."""
+        fields, owner = self.__dict__, _local.owner
+        if "_pointer" not in fields:
             raise Error(f"{type(self).__name__}: the object has been released")
         if fields["_owner"] is not owner:
             here, there = owner.thread.name, fields["_owner"].thread.name
             raise Error(f'{type(self).__name__}: the object belongs to thread "{there}" and was used on "{here}"')
         if owner.dropped:
             owner.collect()
-        fields["_calls"] += 1
-        return pointer
 
-    def _called(self, pointer: int, name: str, flags: int, arguments: tuple[Any, ...], named: dict[str, Any]) -> Any:
-        member = self._members_.get(name.lower()) or (None if name else self._members_.get("item"))
-        ids = self._dispids(pointer, name, named) if name else (abi.DISPID_VALUE,)
-        count = len(arguments) + len(named)
-        writes = bool(flags & _PUTS)
-        params, result, exception = abi.DispParams(), abi.Variant(), abi.ExcepInfo()
-        bad, placed = ctypes.c_uint32(0xFFFF), (abi.Variant * count)()
-        references: list[tuple[values.ByRef[Any], abi.Variant]] = []
-        what = f"{type(self).__name__}.{name}" if name else type(self).__name__
-        call = Call(what, flags, arguments, named)
+    def _checked_pointer(self) -> int:
+        self._check_use()
+        return int(self.__dict__["_pointer"])
+
+    def _member(self, name: str) -> _Member | None:
+        return self._members_.get(name.lower()) or (None if name else self._members_.get("item"))
+
+    def _failure(self, code: int, frame: Frame, member: _Member | None, name: str, *tried: Any) -> Error:
+        call = Call(f"{type(self).__name__}.{name}" if name else type(self).__name__, *tried)
         if member:
             call.parameters, call.type = member.parameters, member.type
             call.is_method, call.is_written = member.is_method, member.is_written
-        try:
-            for i, value in enumerate([*named.values(), *reversed(arguments)]):
-                try:
-                    _place(placed[i], value, references)
-                except (TypeError, OverflowError) as error:
-                    code = abi.DISP_E_OVERFLOW if isinstance(error, OverflowError) else abi.DISP_E_BADVARTYPE
-                    raise call.error(code, i, exception) from error
-            if count:
-                params.arguments, params.count = placed, count
-                names = (abi.DISPID_PUT,) if writes else ids[1:]
-                if names:
-                    params.named_ids, params.named_count = (ctypes.c_int32 * len(names))(*names), len(names)
-            code = abi.Table.of(pointer).invoke(
-                pointer, ids[0], abi.IID_NULL, 0, flags, ctypes.byref(params),
-                None if writes else ctypes.byref(result), ctypes.byref(exception), ctypes.byref(bad),
-            )  # fmt: skip
-            for reference, variant in references:
-                reference.value = values.get(variant)
-            if code & 0x80000000:
-                if exception.fill_in:
-                    ctypes.CFUNCTYPE(ctypes.c_uint32, ctypes.c_void_p)(exception.fill_in)(ctypes.byref(exception))
-                raise call.error(code, bad.value, exception)
-            hint = member.result if member else ""
-            value = values.get(result, hint)
-            return _enumerated(value, hint) if hint and type(value) is int else value
-        finally:
-            values.clear(result)
-            for variant in (*placed, *(variant for _, variant in references)):
-                values.clear(variant)
-            for text in (exception.source, exception.description, exception.help_file):
-                abi.free_text(text)
+        return call.error(code, frame.bad.value, frame.exception)
 
-    def _dispids(self, pointer: int, name: str, named: dict[str, Any]) -> tuple[int, ...]:
-        wanted = (name, *named)
-        known = self._ids_
-        if known is not None and wanted in known:
-            return known[wanted]
+    def _dispids(self, name: str, named: Iterable[str] = ()) -> tuple[int, ...]:
+        """The numbers of a member and of arguments of it."""
+        if not name:
+            return (abi.DISPID_VALUE,)
+        fields, wanted = self.__dict__, (name, *named)
         buffers = [ctypes.create_string_buffer(text.encode("utf-16-le", "surrogatepass") + b"\0\0") for text in wanted]
         names = (ctypes.c_void_p * len(wanted))(*map(ctypes.addressof, buffers))
         ids = (ctypes.c_int32 * len(wanted))(*[abi.DISPID_UNKNOWN] * len(wanted))
-        code = abi.Table.of(pointer).ids(pointer, abi.IID_NULL, names, len(wanted), 0, ids)
+        code = fields["_table"].ids(fields["_pointer"], abi.IID_NULL, names, len(wanted), 0, ids)
         if ids[0] == abi.DISPID_UNKNOWN:
             own = type(self).__name__
             near = suggestion(name, (m.name for m in self._members_.values()))
@@ -186,8 +194,8 @@ class Object:
                 takes = takes_words(member.parameters if member else None)
                 raise ArgumentTypeError(f'{type(self).__name__}.{name} has no argument "{argument}"{near}{takes}', code)
         result = tuple(ids)
-        if known is not None:
-            known[wanted] = result
+        if fields["_numbers"] is not None:
+            fields["_numbers"][wanted if named else name] = result
         return result
 
     # Names that the class does not have as they are written: another case, or a class that is not described.
@@ -198,18 +206,14 @@ class Object:
         member = self._members_.get(name.lower())
         if member:  # of the very name: reading it failed with an error that Python takes for its absence
             return getattr(self, member.name) if member.name != name else self._call(name, abi.GET, (), {})
-        self._dispids(self._enter_once(), name, {})
+        self._check_use()
+        self._dispids(name)
         try:
             return self._call(name, abi.GET, (), {})
         except Error as error:
             if error.code not in (abi.DISP_E_MEMBERNOTFOUND, abi.DISP_E_BADPARAMCOUNT, abi.DISP_E_PARAMNOTOPTIONAL):
                 raise
         return functools.partial(_method, self, name)
-
-    def _enter_once(self) -> int:
-        pointer = self._enter()
-        self.__dict__["_calls"] -= 1
-        return pointer
 
     def __setattr__(self, name: str, value: object) -> None:
         member = self._members_.get(name.lower())
@@ -230,18 +234,17 @@ class Object:
             return
         owner: _Owner = fields["_owner"]
         fields.pop("_same", None)
-        if owner is not _owner() and owner.thread.is_alive():
+        if owner is not _local.owner and owner.thread.is_alive():
             owner.drop(pointer)
         elif fields["_calls"]:
             fields["_late"] = pointer  # at the end of the call that is under way
         else:
             try:
-                abi.release(pointer)
+                fields["_table"].release(pointer)
             except RecursionError:
                 owner.drop(pointer)  # with the next call, when there is room again
 
-    def __del__(self) -> None:
-        self.release()
+    __del__ = release
 
     def __enter__(self) -> Self:
         return self
@@ -254,7 +257,7 @@ class Object:
     def _identity(self) -> int:
         fields = self.__dict__
         if "_same" not in fields:
-            fields["_same"] = abi.identity(self._enter_once())
+            fields["_same"] = abi.identity(self._checked_pointer())
         return int(fields["_same"])
 
     def __eq__(self, other: object) -> bool:
@@ -269,7 +272,7 @@ class Object:
         if pointer is None:
             return f"<{name} released>"
         owner: _Owner = fields["_owner"]
-        if owner is not _owner():
+        if owner is not _local.owner:
             return f'<{name} of thread "{owner.thread.name}">'
         said = _show.line(self)
         return f"<{name} {said}>" if said else f"<{name} at 0x{pointer:x}>"
@@ -346,19 +349,6 @@ class _WithDefault(Object):
         return self._call("", abi.METHOD | abi.GET, arguments, named)
 
 
-def _place(target: abi.Variant, value: Any, references: list[tuple[values.ByRef[Any], abi.Variant]]) -> None:
-    if not isinstance(value, values.ByRef):
-        values.put(target, value)
-        return
-    held = abi.Variant()
-    values.put(held, value.value)
-    references.append((value, held))
-    if held.vt in (abi.VT_BOOL, abi.VT_I4, abi.VT_R8, abi.VT_BSTR) or held.vt & abi.VT_ARRAY:
-        target.vt, target.pointer = abi.VT_BYREF | held.vt, ctypes.addressof(held) + abi.Variant.value.offset
-    else:
-        target.vt, target.pointer = abi.VT_BYREF | abi.VT_VARIANT, ctypes.addressof(held)
-
-
 def _is_host_object(value: object) -> bool:
     plain = (bool, int, float, str, list, tuple, os.PathLike, values.ByRef, type(values.MISSING))
     return not isinstance(value, plain)
@@ -385,7 +375,9 @@ class _Member:
             optional = parameter.default is not inspect.Parameter.empty
             self.parameters.append(Parameter(parameter.name, str(parameter.annotation), optional))
         first = re.match(r"\w+", self.type)
-        self.result = first[0] if first and isinstance(getattr(_classes, first[0], None), type) else ""
+        kind = getattr(_classes, first[0], None) if first else None
+        self.result = kind.__name__ if isinstance(kind, type) else ""
+        self.kind = kind if isinstance(kind, type) and issubclass(kind, (IntEnum, IntFlag)) else None
 
 
 class _Words(str):
@@ -401,21 +393,20 @@ def _in_words(signature: inspect.Signature) -> inspect.Signature:
     return signature.replace(parameters=parameters, return_annotation=_Words(signature.return_annotation))
 
 
-def _enumerated(value: int, hint: str) -> Any:
-    kind = getattr(_classes, hint)
+def _enumerated(value: int, kind: type[IntEnum | IntFlag]) -> int:
     try:
-        named = kind(value) if issubclass(kind, (IntEnum, IntFlag)) else value
+        named = kind(value)
     except ValueError:  # a field of such a type takes any number
         return value
     return named if named == value else value  # flags would make another number of one below 0
 
 
 def _attribute(member: _Member) -> Any:
-    name = member.name
+    name, call = member.name, Object._call
     if member.is_method:
 
         def method(self: Object, *arguments: Any, **named: Any) -> Any:
-            return self._call(name, abi.METHOD | abi.GET, arguments, named)
+            return call(self, name, abi.METHOD | abi.GET, arguments, named, member)
 
         method.__name__, method.__qualname__, method.__module__ = name, f"{member.owner}.{name}", "hedro34"
         method.__doc__ = member.doc
@@ -423,7 +414,7 @@ def _attribute(member: _Member) -> Any:
         return method
 
     def read(self: Object) -> Any:
-        return self._call(name, abi.GET, (), {})
+        return call(self, name, abi.GET, (), {}, member)
 
     def write(self: Object, value: object) -> None:
         setattr(self, name, value)
@@ -440,7 +431,6 @@ def class_named(name: str) -> type[Object]:
     members = [_Member(name, key, row) for key, row in vars(described).items() if not key.startswith("_")]
     space: dict[str, Any] = {member.name: _attribute(member) for member in members}
     space["_members_"] = {member.name.lower(): member for member in members}
-    space["_ids_"] = {}
     space["__doc__"], space["__module__"] = described.__doc__, "hedro34"
     space["__signature__"] = inspect.Signature()  # nobody calls the class: `create` makes objects
     if name in _show.PAGES:
@@ -454,14 +444,14 @@ def class_named(name: str) -> type[Object]:
 
 
 def adopt(pointer: int, hint: str) -> Any:
-    """The Python object for a pointer that somebody else counts; one that is Python's own is that object itself."""
-    exposed = _host.target_of(pointer)
+    """The Python object for a counted pointer; one that is Python's own is that object itself."""
+    exposed = _host.by_address.get(pointer)
     if exposed is not None:
-        return exposed.target
-    kind = class_named(hint)
-    abi.add_ref(pointer)
+        target = exposed.target
+        abi.release(pointer)
+        return target
     try:
-        return kind(pointer)
+        return class_named(hint)(pointer)
     except BaseException:
         abi.release(pointer)
         raise
@@ -471,7 +461,7 @@ def pointer_of(value: object) -> int:
     """A counted pointer."""
     if not isinstance(value, Object):
         return _host.expose(value)
-    pointer = value._enter_once()
+    pointer = value._checked_pointer()
     abi.add_ref(pointer)
     return pointer
 

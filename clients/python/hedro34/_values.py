@@ -62,7 +62,7 @@ class Array(list[T]):
         return None if self.lower_bound is None else self.lower_bound + len(self) - 1
 
 
-# Set by `_object`: a counted pointer to a Python object, and the Python object for a pointer; the hint names its class.
+# Set by `_object`: a counted pointer to a Python object, and the Python object for one; the hint names its class.
 expose: Callable[[object], int]
 adopt: Callable[[int, str], Any]
 
@@ -137,9 +137,11 @@ def _put_array(target: Variant, values: list[Any] | tuple[Any, ...]) -> None:
 
 
 def clear(target: Variant) -> None:
-    vt, pointer = target.vt, target.pointer
-    target.vt = abi.VT_EMPTY
-    if vt & abi.VT_BYREF or not pointer:
+    vt, target.vt = target.vt, abi.VT_EMPTY
+    if vt in _FIELDS or vt & abi.VT_BYREF:
+        return
+    pointer = target.pointer
+    if not pointer:
         return
     if vt & abi.VT_ARRAY:
         _free_array(pointer)
@@ -171,6 +173,8 @@ _FIELDS = {
 def get(source: Variant, hint: str = "") -> Any:
     """The Python value; the variant keeps what it owns. A value by reference is read through."""
     vt = source.vt
+    if vt in _FIELDS:
+        return getattr(source, _FIELDS[vt])
     if vt & abi.VT_BYREF:
         if not source.pointer:
             raise TypeError("a by-reference value without a place")
@@ -181,10 +185,12 @@ def get(source: Variant, hint: str = "") -> Any:
         return abi.read_text(source.pointer)
     if vt == abi.VT_BOOL:
         return source.i2 != 0
-    if vt in _FIELDS:
-        return getattr(source, _FIELDS[vt])
     if vt in (abi.VT_DISPATCH, abi.VT_UNKNOWN):
-        return adopt(source.pointer, hint) if source.pointer else None
+        pointer = source.pointer
+        if not pointer:
+            return None
+        abi.add_ref(pointer)
+        return adopt(pointer, hint)
     if vt == abi.VT_EMPTY:
         return None
     if vt == abi.VT_NULL:
@@ -194,6 +200,28 @@ def get(source: Variant, hint: str = "") -> Any:
     if vt == abi.VT_ERROR and source.ui4 == abi.DISP_E_PARAMNOTFOUND:
         return MISSING
     raise TypeError(f"a value of kind {vt} has no counterpart in Python")
+
+
+def take(source: Variant, hint: str = "") -> Any:
+    """The Python value, with all that the variant owns: it is empty then."""
+    vt = source.vt
+    if vt in _FIELDS:
+        source.vt = abi.VT_EMPTY
+        return getattr(source, _FIELDS[vt])
+    pointer = source.pointer
+    if vt == abi.VT_BSTR:
+        source.vt = abi.VT_EMPTY
+        try:
+            return abi.read_text(pointer)
+        finally:
+            abi.free_text(pointer)
+    if vt in (abi.VT_DISPATCH, abi.VT_UNKNOWN):
+        source.vt = abi.VT_EMPTY
+        return adopt(pointer, hint) if pointer else None
+    try:
+        return get(source, hint)
+    finally:
+        clear(source)
 
 
 def _at(vt: int, address: int, hint: str = "") -> Any:
