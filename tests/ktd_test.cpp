@@ -386,6 +386,42 @@ TEST(LoadKTD, ReportsAFailingDocument) {
   }
 }
 
+// Makes documents and keeps them, or their questions.
+class KeepingFactory final : public DocumentFactory {
+ public:
+  explicit KeepingFactory(bool whole) : whole_(whole) { platform().document_objects = this; }
+  ~KeepingFactory() override { platform().document_objects = &former_; }
+
+  Ref<WENKtdDocument> document() override {
+    const auto made = make<DataDocument>();
+    questions_ = made->Questions();
+    if (whole_) document_ = made;
+    return made;
+  }
+  Ref<WENKtdQuestion> question(const Ref<WENKtdDocument>& of) override { return former_.question(of); }
+  Ref<WENKtdObjective> objective(const Ref<WENKtdDocument>& of) override { return former_.objective(of); }
+  Ref<WENKtdOrder> order(const Ref<WENKtdDocument>& of) override { return former_.order(of); }
+
+  std::int32_t kept() { return whole_ ? document_->Questions()->Count() : questions_->Count(); }
+
+ private:
+  DocumentFactory& former_ = *platform().document_objects;
+  bool whole_;
+  Ref<WENKtdDocument> document_;
+  Ref<WENKtdQuestions> questions_;
+};
+
+TEST(LoadKTD, LeavesADocumentWholeThatAnotherHolds) {
+  const Folder folder;
+  const String path = folder.path("unit.ktd");
+  ASSERT_TRUE(document_of({{"questions", questions_of("AB ABC S")}})->Save(path));
+  for (const bool whole : {true, false}) {
+    KeepingFactory factory(whole);
+    EXPECT_TRUE(make<clsHEDROTest>()->LoadKTD(path));
+    EXPECT_EQ(factory.kept(), 3) << whole;
+  }
+}
+
 TEST(LoadKTD, ReportsMemoryThatRunsOut) {
   const Folder folder;
   const String path = folder.path("unit.ktd");

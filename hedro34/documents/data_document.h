@@ -16,6 +16,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "hedro34/documents/data_question.h"
@@ -32,6 +33,7 @@ class DataQuestions final : public WENKtdQuestions {
   Ref<WENKtdQuestion> Item(const Variant& Index) override;
 
   Ref<DataQuestion> add();  // appends a new question
+  std::vector<Ref<DataQuestion>> take_all() noexcept { return std::exchange(questions_, {}); }  // leaves none
   const std::vector<Ref<DataQuestion>>& all() const noexcept { return questions_; }
 
  private:

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <unordered_map>
 
+#include "hedro34/documents/data_document.h"
+
 namespace hedro34 {
 namespace {
 
@@ -59,23 +61,41 @@ HEDROTestQuestionType type_of(const clsHEDROTestStrings& answers) {
   return HEDROTestQuestionTypeMultipleChoice;
 }
 
-bool is_set(const Variant& flag) { return !flag.is<Null>() && to_boolean(flag); }
+// The flags of one question. Those of our own document are read where they stand, without an object for each.
+class Flags {
+ public:
+  explicit Flags(Ref<WENKtdObjectiveFlags> flags)
+      : flags_(std::move(flags)), own_(dynamic_cast<DataObjectiveFlags*>(flags_.get())) {}
+
+  bool is_set(std::int32_t position) const {
+    if (own_ != nullptr) {
+      const auto offset = static_cast<std::size_t>(position - 1);
+      return offset < own_->all().size() && own_->all()[offset];
+    }
+    const Variant flag = flags_->Item(position)->Value();
+    return !flag.is<Null>() && to_boolean(flag);
+  }
+
+ private:
+  Ref<WENKtdObjectiveFlags> flags_;
+  const DataObjectiveFlags* own_;
+};
 
 void read_objectives(clsHEDROTestQuestion& question, WENKtdQuestion& source, WENKtdObjectives& objectives) {
   const std::int32_t count = objectives.Count();
-  Ref<WENKtdObjectiveFlags> flags;
-  for (std::int32_t j = 2; j <= count; ++j) {  // position 1 is the default objective
-    if (!flags) flags = source.ObjectiveFlags();
-    if (!is_set(flags->Item(j)->Value())) continue;
+  if (count < 2) return;  // position 1 is the default objective
+  const Flags flags(source.ObjectiveFlags());
+  for (std::int32_t j = 2; j <= count; ++j) {
+    if (!flags.is_set(j)) continue;
     const String name = objectives.Item(j)->Name();
     const Variant text = trim(name);
     if (!question.LearningObjectives->Exists(text)) question.LearningObjectives->Add(trim(name), text);
   }
 }
 
-// Adds the question at the position; gives whether it is a subjective one.
-bool add_question(clsHEDROTest& test, WENKtdDocument& document, std::int32_t position) {
-  const Ref<WENKtdQuestion> source = document.Questions()->Item(position);
+// Adds the question, which stands at the position; gives whether it is a subjective one.
+bool add_question(clsHEDROTest& test, WENKtdDocument& document, const Ref<WENKtdQuestion>& source,
+                  std::int32_t position) {
   const bool subjective = source->Subjective();
   if (!source->Graded() && !subjective) return false;
   const auto question = make<clsHEDROTestQuestion>();
@@ -153,7 +173,7 @@ void fill_scale(const Ref<clsHEDROTestStrings>& scale, const clsHEDROTestQuestio
 
 }  // namespace
 
-bool BuildTestFromKTD(clsHEDROTest* oTest, WENKtdDocument* oKTD) {
+bool BuildTestFromKTD(clsHEDROTest* oTest, WENKtdDocument* oKTD, DataQuestions* spent) {
   return trap<bool>({u"basPublic", u"BuildTestFromKTD"}, [&](auto& result) {
     if (oKTD == nullptr || oTest == nullptr) return;
     oTest->UserDefined = true;
@@ -161,8 +181,14 @@ bool BuildTestFromKTD(clsHEDROTest* oTest, WENKtdDocument* oKTD) {
     oTest->Notes = oKTD->Notes();
     oTest->Source = HEDROTestSourceTypeKTD;
     bool has_subjective = false;
-    const std::int32_t count = oKTD->Questions()->Count();
-    for (std::int32_t n = 1; n <= count; ++n) has_subjective |= add_question(*oTest, *oKTD, n);
+    std::vector<Ref<DataQuestion>> own;
+    if (spent != nullptr) own = spent->take_all();
+    const std::int32_t count = spent != nullptr ? static_cast<std::int32_t>(own.size()) : oKTD->Questions()->Count();
+    for (std::int32_t n = 1; n <= count; ++n) {
+      const Ref<WENKtdQuestion> source =
+          spent != nullptr ? std::move(own[static_cast<std::size_t>(n - 1)]) : oKTD->Questions()->Item(n);
+      has_subjective |= add_question(*oTest, *oKTD, source, n);
+    }
     if (has_subjective) screen_subjective_questions(*oTest);
     read_sequences(*oTest, *oKTD->Versions());
     fill_scale(oTest->MultipleChoiceOddScale, *oTest->Questions, 1);

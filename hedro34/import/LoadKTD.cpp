@@ -1,4 +1,5 @@
 // Loading of a data document as a test.
+#include "hedro34/documents/data_document.h"
 #include "hedro34/import/BuildTestFromKTD.h"
 #include "hedro34/platform/file_error.h"
 #include "hedro34/platform/platform.h"
@@ -16,6 +17,12 @@ StringView title_of(StringView path) {
   return path.substr(separator + 1, period - separator - 1);
 }
 
+// The document's questions when it is our own and nobody else holds it or them.
+DataQuestions* unshared_questions(const Ref<WENKtdDocument>& document) {
+  auto* const own = document->shared() ? nullptr : dynamic_cast<DataDocument*>(document.get());
+  return own == nullptr || own->questions().shared() ? nullptr : &own->questions();
+}
+
 }  // namespace
 
 bool clsHEDROTest::LoadKTD(const String& sKTDFile) {
@@ -28,7 +35,7 @@ bool clsHEDROTest::LoadKTD(const String& sKTDFile) {
       return;
     }
     Clear();
-    if (!BuildTestFromKTD(this, document.get())) return;
+    if (!BuildTestFromKTD(this, document.get(), unshared_questions(document))) return;
     if (const StringView title = title_of(path); !title.empty()) Title = title;
     if (!TrimScales()) return;
     result = Questions->Count() > 0;
