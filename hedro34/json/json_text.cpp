@@ -11,8 +11,29 @@ namespace {
 
 constexpr std::size_t part_size = std::size_t{1} << 16;
 constexpr std::size_t longest_number = 32;
+constexpr std::size_t usual_blanks = 32;
 
 constexpr bool is_plain(char16_t unit) { return unit >= 0x20 && unit < 0x80 && unit != u'"' && unit != u'\\'; }
+
+// Copies units for as long as they are plain and gives how many; what it leaves behind those in `target` means nothing.
+std::size_t copy_plain(char* target, StringView text) {
+  constexpr std::size_t step = 16;  // at once, which takes vectors of the machine
+  std::size_t done = 0;
+  for (bool all = true; all && text.size() - done >= step; done += all ? step : 0) {
+    for (std::size_t i = 0; i < step; ++i) {
+      const char16_t unit = text[done + i];
+      target[done + i] = static_cast<char>(unit);
+      all &= is_plain(unit);
+    }
+  }
+  for (; done < text.size() && is_plain(text[done]); ++done) target[done] = static_cast<char>(text[done]);
+  return done;
+}
+
+// Whether the number is one of few digits and without a sign, which all ways of writing it agree on.
+bool is_small_integer(double value) {
+  return value >= 0 && value < 10000 && value == static_cast<std::int32_t>(value) && !std::signbit(value);
+}
 
 }  // namespace
 
@@ -35,9 +56,12 @@ void JsonText::end() {
 
 void JsonText::key(std::string_view plain) {
   separate();
-  put('"');
-  put(plain);
-  put(layout() == Layout::Compact ? "\":" : "\": ");
+  const std::string_view end = layout() == Layout::Compact ? "\":" : "\": ";
+  char* const target = free_space(1 + plain.size() + end.size());
+  target[0] = '"';
+  std::memcpy(target + 1, plain.data(), plain.size());
+  std::memcpy(target + 1 + plain.size(), end.data(), end.size());
+  size_ += 1 + plain.size() + end.size();
   has_key_ = true;
 }
 
@@ -82,16 +106,20 @@ inline void JsonText::before_value() {
 inline void JsonText::separate() {
   if (levels_.empty()) return;
   Level& level = levels_.back();
-  if (!std::exchange(level.is_empty, false)) put(level.layout == Layout::Spaced ? ", " : ",");
+  if (!std::exchange(level.is_empty, false)) {
+    put(',');
+    if (level.layout == Layout::Spaced) put(' ');
+  }
   if (level.layout == Layout::Indented) new_line();
 }
 
 void JsonText::new_line() {
   if (size_ >= part_size && sink_) hand_on();
   const std::size_t blanks = 2 * levels_.size();
-  char* const target = free_space(1 + blanks);
+  char* const target = free_space(1 + std::max(blanks, usual_blanks));
   target[0] = '\n';
-  std::memset(target + 1, ' ', blanks);
+  std::memset(target + 1, ' ', usual_blanks);  // of a fixed size, without a call
+  if (blanks > usual_blanks) std::memset(target + 1, ' ', blanks);
   size_ += 1 + blanks;
 }
 
@@ -105,8 +133,7 @@ void JsonText::quoted(StringView text) {
   while (!text.empty()) {
     const StringView part = text.substr(0, part_size);
     char* const target = free_space(part.size());
-    std::size_t plain = 0;
-    for (; plain < part.size() && is_plain(part[plain]); ++plain) target[plain] = static_cast<char>(part[plain]);
+    const std::size_t plain = copy_plain(target, part);
     size_ += plain;
     text.remove_prefix(plain);
     if (plain == part.size()) continue;
@@ -150,6 +177,7 @@ void JsonText::literal(std::string_view text) {
 template <class Number>
 void JsonText::number(Number value) {
   if constexpr (!std::is_integral_v<Number>) {
+    if (is_small_integer(value)) return number(static_cast<std::int32_t>(value));
     if (!std::isfinite(value)) return literal("null");
   }
   before_value();
