@@ -236,7 +236,7 @@ bool print_memory(const std::string& program, const Input& input) {
 int run(int argc, char** argv) {
   // Freed memory stays with the process: what is measured is the library, not the system's way of handing out pages.
   mallopt(M_TRIM_THRESHOLD, 1 << 30);
-  mallopt(M_MMAP_THRESHOLD, 1 << 30);
+  mallopt(M_MMAP_MAX, 0);
   const fs::path folder = fs::temp_directory_path() / ("hedro34-bench-" + std::to_string(getpid()));
   fs::create_directory(folder);
   std::vector<Input> inputs;
