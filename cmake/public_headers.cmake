@@ -7,6 +7,8 @@ set(public_headers
   hedro34/base/array.h
   hedro34/base/case_map.h
   hedro34/base/failure.h
+  hedro34/base/gap_buffer.h
+  hedro34/base/key_index.h
   hedro34/base/keyed_list.h
   hedro34/base/ref.h
   hedro34/base/text.h

@@ -235,11 +235,9 @@ class Comparison {
   void remove() {
     const Variant index = any_index();
     const std::int32_t found = position(index);
-    std::int32_t removed = 0;
-    const std::int32_t failure = failure_of([&] { removed = list_.remove(index); });
+    const std::int32_t failure = failure_of([&] { list_.remove(index); });
     ASSERT_EQ(failure, found != 0 ? 0 : index.text() == nullptr ? 9 : 5);
     if (found == 0) return;
-    ASSERT_EQ(removed, naive_[static_cast<std::size_t>(found) - 1].value);
     naive_.erase(naive_.begin() + found - 1);
   }
 
@@ -254,7 +252,6 @@ class Comparison {
       const Variant index = any_index();
       const std::int32_t found = position(index);
       ASSERT_EQ(list_.find_position(index), found);
-      ASSERT_EQ(list_.find(index), found == 0 ? nullptr : &list_.at(found));
     }
   }
 
@@ -307,8 +304,8 @@ TEST(KeyedList, AFailedAllocationChangesNothing) {
     bool failed = false;
   };
   const auto prepare = [] {
-    State state;  // with the gap in the middle, so that both halves move
-    for (std::int32_t i = 1; i <= 10; ++i) state.list.add(decimal(i), decimal(i), i > 5 ? Variant(3) : missing);
+    auto state = std::make_unique<State>();  // with the gap in the middle, so that both halves move
+    for (std::int32_t i = 1; i <= 10; ++i) state->list.add(decimal(i), decimal(i), i > 5 ? Variant(3) : missing);
     return state;
   };
   const std::pair<StringView, void (*)(KeyedList<String>&)> rows[] = {
@@ -318,20 +315,20 @@ TEST(KeyedList, AFailedAllocationChangesNothing) {
       {u"2 10 9 8 7 6 3 4 5 ", [](KeyedList<String>& list) { list.remove(u"1"); }},
   };
   for (const auto& row : rows) {
-    const auto act = [&](State& state) {
+    const auto act = [&](const std::unique_ptr<State>& state) {
       try {
-        row.second(state.list);
+        row.second(state->list);
       } catch (const std::bad_alloc&) {
-        state.failed = true;
+        state->failed = true;
       }
     };
-    testing::fail_each_allocation(prepare, act, [&](const State& state) {
+    testing::fail_each_allocation(prepare, act, [&](const std::unique_ptr<State>& state) {
       String text;
-      for (std::int32_t i = 1; i <= state.list.count(); ++i) {
-        EXPECT_EQ(state.list.find_position(state.list.at(i)), i);  // each is its own key
-        text.append(state.list.at(i)).append(u" ");
+      for (std::int32_t i = 1; i <= state->list.count(); ++i) {
+        EXPECT_EQ(state->list.find_position(state->list.at(i)), i);  // each is its own key
+        text.append(state->list.at(i)).append(u" ");
       }
-      EXPECT_EQ(text, state.failed ? u"1 2 10 9 8 7 6 3 4 5 "sv : row.first);
+      EXPECT_EQ(text, state->failed ? u"1 2 10 9 8 7 6 3 4 5 "sv : row.first);
     });
   }
 }

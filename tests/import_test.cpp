@@ -200,7 +200,7 @@ TEST(LoadXML, SurvivesMemoryThatRunsOut) {
       "test.xml",
       file("<header><title>T</title></header><mc-choice-sequence value='fghij'/><question type='mc' "
            "bank-id='a bank that needs memory'><text><para>a<b>  text</b></para><img/></text><choices><choice-a>"
-           "a choice that needs memory</choice-a></choices><answer>B</answer><info><notes>notes that need "
+           "a choice that needs memory</choice-a></choices><answer>A,B,C,D,E,F</answer><info><notes>notes that need "
            "memory</notes><text-objective>o|p</text-objective></info></question>" +
            true_false));
   const auto prepare = [] {
@@ -215,7 +215,7 @@ TEST(LoadXML, SurvivesMemoryThatRunsOut) {
     ASSERT_EQ(again.load_path(path),
               (Lines{R"(True {"title":"T","importObjectives":1})",
                      R"({"id":"a bank that needs memory","type":3,"text":"a text","answers":["a choice that needs )"
-                     R"(memory"],"correct":[2],"notes":"notes that need memory","objectives":["o","p"]})",
+                     R"(memory"],"correct":[1,2,3,4,5,6],"notes":"notes that need memory","objectives":["o","p"]})",
                      true_false_line}));
     EXPECT_EQ(left_out_of(*test), "1 a bank that needs memory multiple choice: picture");
   };

@@ -136,6 +136,29 @@ TEST(RemoveInvalid, ReportsFailuresOfTheModel) {
   EXPECT_EQ(removed(*merge->Tests), "k3 ");
 }
 
+// Whoever holds a question that goes, or one of its lists, finds objectives and answers empty.
+TEST(RemoveInvalid, EmptiesWhatOthersHoldOfAQuestion) {
+  const auto merge = make<clsHEDRO>();
+  merge->Verbose = false;
+  merge->Tests->Add(test_of_types("kkkd"));
+  const Ref<clsHEDROTestQuestions> questions = merge->Tests->Item(1)->Questions;
+  for (std::int32_t i = 1; i <= 4; ++i) {
+    questions->Item(i)->Answers->Add(u"an answer");
+    questions->Item(i)->LearningObjectives->Add(u"an objective");
+    questions->Item(i)->CorrectAnswers->Add(1);
+  }
+  const Ref<clsHEDROTestQuestion> question = questions->Item(1);
+  const Ref<clsHEDROTestStrings> answers = questions->Item(2)->Answers;
+  const Ref<clsHEDROTestStrings> objectives = questions->Item(3)->LearningObjectives;
+  const Ref<clsHEDROTestCorrect> correct = questions->Item(3)->CorrectAnswers;
+  EXPECT_TRUE(merge->RemoveInvalid());
+  questions->RemoveAll();
+  EXPECT_EQ(question->Answers->Count() + question->LearningObjectives->Count() + answers->Count() + objectives->Count(),
+            0);
+  EXPECT_EQ(question->CorrectAnswers->Count() + correct->Count(), 2);
+  EXPECT_TRUE(answers->Add(u"another answer") && objectives->Add(u"another objective"));
+}
+
 // The tests are counted once, at the start.
 TEST(RemoveInvalid, StopsAtATestThatAMessageBoxTookAway) {
   struct Emptying : Recorder {

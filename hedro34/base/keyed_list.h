@@ -2,88 +2,89 @@
 // key that is fixed from then on, unique in the list and compared without regard to case. An index is a variant: a number
 // selects by position, text selects by key, also when the text holds digits. An empty text is no key.
 //
-// Access by position and by key takes constant time. It is a gap buffer, kept as two stacks: insertion and removal move the
-// gap, and so cost the distance from the last one; a walk that removes from either end, or appends, is linear.
+// Access by position and by key takes constant time. Insertion and removal cost the distance from the last one: a walk that
+// removes from either end, or appends, is linear. All texts, keys and elements alike, lie in one buffer, a key that is its
+// element's text only once; a small list needs no other block of memory.
 //
 // Failures: 9 for a position that is not there, 5 for a key that is not there, for a `Before` or `After` that names nothing
 // and for both of them given, 457 for a key in use, 13 for an index or key of another kind. A failure changes nothing.
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <memory>
-#include <optional>
-#include <unordered_set>
+#include <type_traits>
 #include <utility>
-#include <vector>
 
+#include "hedro34/base/gap_buffer.h"
+#include "hedro34/base/key_index.h"
 #include "hedro34/base/variant.h"
 
 namespace hedro34 {
 
 template <class T>
 class KeyedList {
+  static constexpr bool holds_text = std::is_same_v<T, String>;
+
  public:
-  std::int32_t count() const noexcept { return static_cast<std::int32_t>(front_.size() + back_.size()); }
+  using Added = std::conditional_t<holds_text, StringView, T>;
+  using Element = std::conditional_t<holds_text, StringView, const T&>;  // a text stays until the list is changed
+
+  std::int32_t count() const noexcept { return entries_.size(); }
 
   // Adds behind the last element, or before or behind the one that `before` or `after` names. Neither is needed; `key` may
   // be missing.
-  void add(T value, const Variant& key = missing, const Variant& before = missing, const Variant& after = missing) {
-    const StringView text = key_of(key);
-    if (find_key(text) != nullptr) fail(FailureNumber::DuplicateKey);
-    insert(insertion_point(before, after), std::move(value), text);
+  void add(Added value, const Variant& key = missing, const Variant& before = missing, const Variant& after = missing) {
+    add_under(key_of(key), std::move(value), before, after);
+  }
+  void add_under(StringView key, Added value, const Variant& before = missing, const Variant& after = missing) {
+    if (place_of(key) != KeyIndex::nowhere) fail(FailureNumber::DuplicateKey);
+    insert(insertion_point(before, after), std::move(value), key);
   }
 
   // As `add` without key, behind the last element.
-  void append(T value) { insert(count() + 1, std::move(value), {}); }
+  void append(Added value) { insert(count() + 1, std::move(value), {}); }
 
   // The element at a position or under a key.
-  const T& at(const Variant& index) const { return entry(position(index)).value; }
-  const T& at(std::int32_t index) const { return entry(checked(index)).value; }
-
-  // The element, or null when the index names none.
-  const T* find(const Variant& index) const noexcept {
-    const std::int32_t found = find_position(index);
-    return found == 0 ? nullptr : &entry(found).value;
-  }
+  Element at(const Variant& index) const { return value_of(entry(position(index))); }
+  Element at(std::int32_t index) const { return value_of(entry(checked(index))); }
 
   // The position that the index names, 0 for none.
   std::int32_t find_position(const Variant& index) const noexcept {
     if (const auto* number = index.get_if<std::int32_t>()) return *number < 1 || *number > count() ? 0 : *number;
     if (const String* text = index.text()) {
-      const Key* key = find_key(*text);
-      return key == nullptr ? 0 : position(*key);
+      const std::int32_t found = place_of(*text);
+      return found == KeyIndex::nowhere ? 0 : found >= 0 ? found + 1 : count() + found + 1;
     }
     if (!index.is_number()) return 0;
     const double number = std::nearbyint(to_double(index));
     return number >= 1 && number <= static_cast<double>(count()) ? static_cast<std::int32_t>(number) : 0;
   }
 
-  // Removes the element; every later element moves down one position. Returns the value.
-  T remove(const Variant& index) { return remove_at(position(index)); }
-  T remove(std::int32_t index) { return remove_at(checked(index)); }
+  // Removes the element; every later element moves down one position.
+  void remove(const Variant& index) { remove_at(position(index)); }
+  void remove(std::int32_t index) { remove_at(checked(index)); }
+
+  void clear() {
+    entries_.clear();
+    texts_.clear();
+    index_ = nullptr;
+  }
 
  private:
-  // The key of an element and where the element is. Its address does not change while the element is in the list.
-  struct Key {
-    String text;
-    std::int64_t slot = 0;  // from 0 for the first element, before the gap; from -1 for the last one, behind it
+  struct Range {  // of `texts_`
+    std::uint32_t start = 0;
+    std::uint32_t size = 0;
+
+    friend bool operator==(Range, Range) = default;
   };
   struct Entry {
-    T value;
-    std::unique_ptr<Key> key;  // null for an element without one
+    std::conditional_t<holds_text, Range, T> value{};
+    Range key;  // empty for an element without one
   };
-  struct ByText : IgnoringCase {
-    using IgnoringCase::operator();
-    // Not noexcept, which makes the container keep the hashes that it has computed.
-    std::size_t operator()(const Key* key) const { return (*this)(text(key)); }
-    bool operator()(const auto& a, const auto& b) const noexcept { return equal_ignoring_case(text(a), text(b)); }
-    static StringView text(const Key* key) noexcept { return key->text; }
-    static StringView text(StringView text) noexcept { return text; }
-  };
-  using Index = std::unordered_set<const Key*, ByText, ByText>;
   static constexpr std::int32_t unindexed = 8;  // a list of up to so many elements: a walk is faster than an index
 
   static StringView key_of(const Variant& key) {
@@ -96,10 +97,6 @@ class KeyedList {
   std::int32_t checked(std::int32_t index) const {
     if (index < 1 || index > count()) fail(FailureNumber::SubscriptOutOfRange);
     return index;
-  }
-
-  std::int32_t position(const Key& key) const noexcept {
-    return static_cast<std::int32_t>((key.slot >= 0 ? key.slot : count() + key.slot) + 1);
   }
 
   std::int32_t position(const Variant& index) const {
@@ -123,81 +120,120 @@ class KeyedList {
     return has_before ? found : found + 1;
   }
 
-  const Entry& entry(std::int32_t index) const noexcept {
-    const auto at = static_cast<std::size_t>(index);
-    return at <= front_.size() ? front_[at - 1] : back_[back_.size() - (at - front_.size())];
+  const Entry& entry(std::int32_t position) const noexcept { return entries_[entries_.place(position - 1)]; }
+
+  StringView text(Range range) const noexcept { return {texts_.data() + range.start, range.size}; }
+  std::size_t hash_of(Range key) const noexcept { return IgnoringCase()(text(key)); }
+
+  Element value_of(const Entry& entry) const noexcept {
+    if constexpr (holds_text) {
+      return text(entry.value);
+    } else {
+      return entry.value;
+    }
   }
 
-  const Key* find_key(StringView text) const noexcept {
-    if (text.empty() || keys_ == 0) return nullptr;
-    if (index_) {
-      const auto found = index_->find(text);
-      return found == index_->end() ? nullptr : *found;
+  // The place of the element under the key, or nowhere. A list without an index has few elements, or none with a key.
+  std::int32_t place_of(StringView key) const noexcept {
+    const auto is_it = [&](std::int32_t place) { return equal_ignoring_case(text(entries_[place].key), key); };
+    if (key.empty()) return KeyIndex::nowhere;
+    if (index_) return index_->find(IgnoringCase()(key), is_it);
+    for (std::int32_t i = 0; i < count() && count() <= unindexed; ++i) {
+      if (is_it(entries_.place(i))) return entries_.place(i);
     }
-    for (const auto* half : {&front_, &back_}) {
-      for (const Entry& e : *half) {
-        if (e.key && equal_ignoring_case(e.key->text, text)) return e.key.get();
-      }
-    }
-    return nullptr;
+    return KeyIndex::nowhere;
   }
 
-  void build_index() {
-    auto index = std::make_unique<Index>();
-    for (const auto* half : {&front_, &back_}) {
-      for (const Entry& e : *half) {
-        if (e.key) index->insert(e.key.get());
+  // All texts in the order of the list; `visit` may say where they lie from then on.
+  template <class Visit>
+  void each_text(Visit visit) {
+    for (std::int32_t i = 0; i < count(); ++i) {
+      Entry& e = entries_[entries_.place(i)];
+      if constexpr (holds_text) {
+        const bool once = e.key == e.value;
+        visit(e.value);
+        if (once) {
+          e.key = e.value;
+        } else {
+          visit(e.key);
+        }
+      } else {
+        visit(e.key);
       }
+    }
+  }
+
+  void insert(std::int32_t position, Added value, StringView key) {
+    if (count() == std::numeric_limits<std::int32_t>::max()) fail(FailureNumber::Overflow);
+    entries_.reserve_one();
+    make_room_for_key(!key.empty());
+    Entry added;
+    if constexpr (holds_text) {
+      const bool once = key == value;
+      make_room_for_text(value.size() + (once ? 0 : key.size()));
+      added.value = put(texts_, value);
+      added.key = once ? added.value : put(texts_, key);
+    } else {
+      make_room_for_text(key.size());
+      added.value = std::move(value);
+      added.key = put(texts_, key);
+    }
+    move_gap(position - 1);
+    if (index_ && !key.empty()) index_->add(hash_of(added.key), position - 1);
+    entries_.push(std::move(added));
+  }
+
+  // An index comes with the first key of a list that is not small, and stays.
+  void make_room_for_key(bool keyed) {
+    const auto size = static_cast<std::size_t>(count());
+    if (index_) return index_->reserve(size + 1);
+    if (count() < unindexed) return;
+    for (std::int32_t i = 0; i < count() && count() == unindexed; ++i)
+      keyed |= entries_[entries_.place(i)].key.size > 0;
+    if (!keyed) return;
+    auto index = std::make_unique<KeyIndex>();
+    index->reserve(size + 1);
+    for (std::int32_t i = 0; i < count(); ++i) {
+      const std::int32_t place = entries_.place(i);
+      if (const Range key = entries_[place].key; key.size > 0) index->add(hash_of(key), place);
     }
     index_ = std::move(index);
   }
 
-  void insert(std::int32_t position, T value, StringView text) {
-    if (count() == std::numeric_limits<std::int32_t>::max()) fail(FailureNumber::Overflow);
-    Entry added{std::move(value), text.empty() ? nullptr : std::make_unique<Key>(Key{String(text)})};
-    const Key* key = added.key.get();
-    move_gap(static_cast<std::size_t>(position - 1));
-    if (front_.size() == front_.capacity()) front_.reserve(front_.empty() ? 4 : 2 * front_.size());
-    if (!index_ && count() >= unindexed && (key != nullptr || keys_ > 0)) build_index();
-    if (index_ && key != nullptr) index_->insert(key);
-    push(front_, std::move(added));
-    if (key != nullptr) ++keys_;
+  // The texts of removed elements stay in the buffer until it is full; then those in use move to another one.
+  void make_room_for_text(std::size_t added) {
+    if (texts_.capacity() - texts_.size() >= added) return;
+    constexpr std::size_t most = std::numeric_limits<std::uint32_t>::max();
+    std::size_t used = added;
+    each_text([&](const Range& range) { used += range.size; });
+    if (used > most) fail(FailureNumber::OutOfMemory);
+    String kept;
+    kept.reserve(std::min(2 * used, most));
+    each_text([&](Range& range) { range = put(kept, text(range)); });
+    texts_.swap(kept);
   }
 
-  T remove_at(std::int32_t position) {
-    move_gap(static_cast<std::size_t>(position));
-    Entry& last = front_.back();
-    if (last.key) {
-      if (index_) index_->erase(last.key.get());
-      --keys_;
-    }
-    T value = std::move(last.value);
-    front_.pop_back();
-    return value;
+  static Range put(String& texts, StringView text) {
+    const std::size_t start = texts.size();
+    texts.append(text);
+    return {static_cast<std::uint32_t>(start), static_cast<std::uint32_t>(text.size())};
   }
 
-  // Moves elements between the two halves until `front_` holds `size` of them.
-  void move_gap(std::size_t size) {
-    while (front_.size() > size) {
-      push(back_, std::move(front_.back()));
-      front_.pop_back();
-    }
-    while (front_.size() < size) {
-      push(front_, std::move(back_.back()));
-      back_.pop_back();
-    }
+  void move_gap(std::int32_t front) {
+    entries_.move_gap(front, [&](const Entry& moved, std::int32_t from, std::int32_t to) {
+      if (index_ && moved.key.size > 0) index_->change(hash_of(moved.key), from, to);
+    });
   }
 
-  void push(std::vector<Entry>& half, Entry&& moved) {
-    half.push_back(std::move(moved));
-    const auto index = static_cast<std::int64_t>(half.size()) - 1;
-    if (const auto& key = half.back().key) key->slot = &half == &front_ ? index : -1 - index;
+  void remove_at(std::int32_t position) {
+    move_gap(position);
+    const Entry removed = entries_.pop();
+    if (index_ && removed.key.size > 0) index_->remove(hash_of(removed.key), position - 1);
   }
 
-  std::vector<Entry> front_;  // the elements before the gap, in order
-  std::vector<Entry> back_;   // the elements behind the gap, the last one first
-  std::unique_ptr<Index> index_;
-  std::int32_t keys_ = 0;
+  std::unique_ptr<KeyIndex> index_;
+  String texts_;
+  GapBuffer<Entry> entries_;
 };
 
 }  // namespace hedro34

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <memory>
 #include <span>
+#include <tuple>
 #include <type_traits>
 #include <utility>
 
@@ -15,6 +16,13 @@
 namespace hedro34 {
 
 class Variant;
+
+// The memory of objects that were made together. Each of them ends when nobody holds it any more, as every object does; the
+// memory goes with the last one.
+struct ObjectBlock {
+  virtual ~ObjectBlock() = default;
+  std::int32_t objects = 0;  // that have not ended
+};
 
 class Object {
  public:
@@ -36,7 +44,7 @@ class Object {
 
   void retain() const noexcept { ++count_; }
   void release() const noexcept {
-    if (--count_ == 0) std::unique_ptr<const Object>(this).reset();
+    if (--count_ == 0) end();
   }
 
  protected:
@@ -44,7 +52,13 @@ class Object {
   friend struct std::default_delete<const Object>;
 
  private:
+  template <class... T>
+  friend class BlockOf;
+
+  void end() const noexcept;
+
   void* outside_holder_ = nullptr;
+  ObjectBlock* block_ = nullptr;  // that it lies in with others; null for an object by itself
   mutable std::int32_t count_ = 0;
 };
 
@@ -94,6 +108,41 @@ class Ref {
 template <class T, class... Arguments>
 Ref<T> make(Arguments&&... arguments) {
   return Ref<T>(std::make_unique<T>(std::forward<Arguments>(arguments)...).release());
+}
+
+template <class... T>
+class BlockOf final : public ObjectBlock {
+ public:
+  static std::tuple<Ref<T>...> make() {
+    static_assert((std::is_nothrow_default_constructible_v<T> && ...));
+    BlockOf& block = *std::make_unique<BlockOf>().release();  // it belongs to the objects
+    return std::apply([&](Room<T>&... rooms) { return std::tuple<Ref<T>...>{block.object_in(rooms)...}; },
+                      block.rooms_);
+  }
+
+ private:
+  template <class U>
+  union Room {  // the object ends before its room does
+    Room() noexcept {}
+    ~Room() {}
+    U object;
+  };
+
+  template <class U>
+  Ref<U> object_in(Room<U>& room) noexcept {
+    U* const object = std::construct_at(&room.object);
+    object->Object::block_ = this;
+    ++objects;
+    return Ref<U>(object);
+  }
+
+  std::tuple<Room<T>...> rooms_;
+};
+
+// One object of each class, made in one block of memory.
+template <class... T>
+std::tuple<Ref<T>...> make_together() {
+  return BlockOf<T...>::make();
 }
 
 // The same object as a `T`, such as the default class behind an interface; an empty reference when it is none.

@@ -129,15 +129,16 @@ bool add_question(clsHEDROTest& test, WENKtdDocument& document, const Ref<WENKtd
 // Removes the subjective questions that have a question of another type behind them.
 void screen_subjective_questions(clsHEDROTest& test) {
   bool at_the_end = true;
-  std::vector<std::int32_t> positions;
+  Leaving leaving;
   for (std::int32_t i = test.Questions->Count(); i >= 1; --i) {
-    if (test.Questions->Item(i)->QuestionType != HEDROTestQuestionTypeSubjective) {
+    const clsHEDROTestQuestion& question = test.Questions->at(i);
+    if (question.QuestionType != HEDROTestQuestionTypeSubjective) {
       at_the_end = false;
     } else if (!at_the_end) {
-      positions.push_back(i);
+      leaving.add(i, question);
     }
   }
-  test.remove_noted(*test.Questions, positions);
+  test.remove_noted(*test.Questions, leaving);
 }
 
 void read_sequences(clsHEDROTest& test, WENKtdVersions& versions) {

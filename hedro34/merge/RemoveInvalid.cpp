@@ -35,11 +35,11 @@ String joined(const std::vector<std::int32_t>& falling) {
   return result;
 }
 
-// The positions of the unsupported questions, from the last down.
-std::vector<std::int32_t> unsupported_in(const clsHEDROTestQuestions& questions) {
-  std::vector<std::int32_t> found;
+Leaving unsupported_in(const clsHEDROTestQuestions& questions) {
+  Leaving found;
   for (std::int32_t i = questions.Count(); i >= 1; --i) {
-    if (!is_supported(questions.Item(i)->QuestionType)) found.push_back(i);
+    const clsHEDROTestQuestion& question = questions.at(i);
+    if (!is_supported(question.QuestionType)) found.add(i, question);
   }
   return found;
 }
@@ -61,17 +61,17 @@ bool clsHEDRO::RemoveInvalid(std::int32_t lMaxQuestions) {
       }
       const Ref<clsHEDROTestQuestions> questions = test->Questions;
       std::int32_t total = questions->Count();
-      const std::vector<std::int32_t> unsupported = unsupported_in(*questions);
+      Leaving unsupported = unsupported_in(*questions);
       test->remove_noted(*questions, unsupported);
-      const auto unsupported_count = static_cast<std::int32_t>(unsupported.size());
+      const auto unsupported_count = static_cast<std::int32_t>(unsupported.positions.size());
       if (unsupported_count > 0) {
         const String numbers = counts(total, unsupported_count, questions->Count());
         if (Verbose && total > unsupported_count) {
-          show_warning(
-              u"Invalid Question Type(s)",
-              lines({u"Warning: The file contains one or more question types that are not supported. The "
-                     u"unsupported question types were removed.",
-                     supported_types, u"Unsupported Question Number(s): " + joined(unsupported), u"", numbers}));
+          show_warning(u"Invalid Question Type(s)",
+                       lines({u"Warning: The file contains one or more question types that are not supported. The "
+                              u"unsupported question types were removed.",
+                              supported_types, u"Unsupported Question Number(s): " + joined(unsupported.positions), u"",
+                              numbers}));
         } else if (Verbose) {
           platform().message_box->Show(
               lines({u"An error occurred importing the test. The file does not contain any supported questions.",
@@ -83,10 +83,10 @@ bool clsHEDRO::RemoveInvalid(std::int32_t lMaxQuestions) {
       std::int32_t surplus = 0;
       if (lMaxQuestions > 0) {
         total = questions->Count();
-        std::vector<std::int32_t> positions;
-        for (std::int32_t i = total; i > lMaxQuestions; --i) positions.push_back(i);
-        test->remove_noted(*questions, positions);
-        surplus = static_cast<std::int32_t>(positions.size());
+        Leaving last;
+        for (std::int32_t i = total; i > lMaxQuestions; --i) last.add(i, questions->at(i));
+        test->remove_noted(*questions, last);
+        surplus = static_cast<std::int32_t>(last.positions.size());
         if (surplus > 0 && Verbose) {
           show_warning(
               u"Maximum Number of Questions",

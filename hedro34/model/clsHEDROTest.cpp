@@ -90,16 +90,13 @@ void clsHEDROTest::Clear() {
   });
 }
 
-void clsHEDROTest::remove_noted(clsHEDROTestQuestions& questions, const std::vector<std::int32_t>& falling_positions) {
-  std::vector<LeftOut> notes;
-  for (auto position = falling_positions.rbegin(); position != falling_positions.rend(); ++position) {
-    notes.push_back(note_of(LeftOut::What::Removed, *questions.Item(*position)));
-  }
-  left_out_.insert(left_out_.end(), std::make_move_iterator(notes.begin()), std::make_move_iterator(notes.end()));
+void clsHEDROTest::remove_noted(clsHEDROTestQuestions& questions, Leaving& leaving) {
+  left_out_.insert(left_out_.end(), std::make_move_iterator(leaving.notes.rbegin()),
+                   std::make_move_iterator(leaving.notes.rend()));
   auto note = left_out_.end();
-  for (const std::int32_t position : falling_positions) {
+  for (const std::int32_t position : leaving.positions) {
     --note;
-    if (!questions.Remove(position)) note = left_out_.erase(note);
+    if (!questions.put_aside(position)) note = left_out_.erase(note);
   }
 }
 

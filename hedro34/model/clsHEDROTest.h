@@ -96,9 +96,9 @@ class clsHEDROTest final : public Object {
   const std::vector<LeftOut>& left_out() const noexcept { return left_out_; }
   void add_left_out(LeftOut lost) { left_out_.push_back(std::move(lost)); }
 
-  // Removes the questions at these positions, which fall, from the test's questions and notes each that goes, in rising order.
-  // Unlike the operations it lets failures leave; when a note cannot be made, no question is removed. Not to be seen by name.
-  void remove_noted(clsHEDROTestQuestions& questions, const std::vector<std::int32_t>& falling_positions);
+  // Removes these questions from the test's questions and takes the notes on those that go, in rising order. Unlike the
+  // operations it lets failures leave; when there is no memory for the notes, no question is removed. Not to be seen by name.
+  void remove_noted(clsHEDROTestQuestions& questions, Leaving& leaving);
 
  private:
   bool AddXMLQuestion(const Ref<IXMLDOMNode>& oNode, bool& bPartialCredit, std::int32_t number_in_file);

@@ -41,7 +41,7 @@ void clsHEDROTestCorrect::ConvertBitWiseRepresentation(std::int32_t BitWiseValue
     RemoveAll();
     for (std::int16_t k = 0; k <= 30; ++k) {
       const auto number = static_cast<std::int16_t>(k + 1);
-      if ((BitWiseValue >> k) & 1) items_.add(number, decimal(number));
+      if ((BitWiseValue >> k) & 1) items_.add_under(decimal(number), number);
     }
   });
 }

@@ -9,9 +9,8 @@ constexpr Location here(const char16_t* operation) { return {u"clsHEDROTestQuest
 
 clsHEDROTestQuestion::clsHEDROTestQuestion() {
   trap(here(u"Class_Initialize"), [&] {
-    LearningObjectives = make<clsHEDROTestStrings>();
-    Answers = make<clsHEDROTestStrings>();
-    CorrectAnswers = make<clsHEDROTestCorrect>();
+    std::tie(LearningObjectives, Answers, CorrectAnswers) =
+        make_together<clsHEDROTestStrings, clsHEDROTestStrings, clsHEDROTestCorrect>();
   });
 }
 

@@ -14,22 +14,44 @@ bool clsHEDROTestQuestions::Add(const Ref<clsHEDROTestQuestion>& oQuestion, cons
       ids_are_keys_ = true;
       keys_as_of_ = QuestionId::changes();
     }
-    items_.add(oQuestion, id.str(), Before, After);
+    items_.add_under(id, oQuestion, Before, After);
     if (id.empty()) ids_are_keys_ = false;
     result = true;
   });
 }
 
+Ref<clsHEDROTestQuestion> clsHEDROTestQuestions::take(const Variant& Index) {
+  const std::int32_t position = items_.find_position(Index);
+  if (position == 0) return {};
+  const bool held = items_.at(position)->shared();
+  Ref<clsHEDROTestQuestion> question = items_.at(position);
+  const auto empty = [&](clsHEDROTestStrings& list) {
+    if (held || list.shared()) list.RemoveAll();  // else nobody will see it again
+  };
+  empty(*question->LearningObjectives);
+  empty(*question->Answers);
+  first_positions_.clear();
+  items_.remove(position);
+  return question;
+}
+
 bool clsHEDROTestQuestions::Remove(const Variant& Index) {
+  return trap<bool>(here(u"Remove"), [&](auto& result) { result = static_cast<bool>(take(Index)); });
+}
+
+bool clsHEDROTestQuestions::put_aside(std::int32_t position) {
   return trap<bool>(here(u"Remove"), [&](auto& result) {
-    const Ref<clsHEDROTestQuestion>* found = items_.find(Index);
-    if (found == nullptr) return;
-    const Ref<clsHEDROTestQuestion> question = *found;
-    question->LearningObjectives->RemoveAll();
-    question->Answers->RemoveAll();
-    first_positions_.clear();
-    items_.remove(Index);
-    result = true;
+    Ref<clsHEDROTestQuestion> question = take(position);
+    result = static_cast<bool>(question);
+    if (question) quietly([&] { aside_.push_back(std::move(question)); });
+  });
+}
+
+bool clsHEDROTestQuestions::RemoveAll() {
+  return trap<bool>(here(u"RemoveAll"), [&](auto& result) {
+    for (std::int32_t i = items_.count(); i >= 1; --i) Remove(i);
+    aside_.clear();
+    result = items_.count() == 0;
   });
 }
 

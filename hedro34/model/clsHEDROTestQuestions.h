@@ -19,6 +19,14 @@ class clsHEDROTestQuestions final : public Collection<clsHEDROTestQuestions, Ref
   // Empties the question's `LearningObjectives` and `Answers`, then removes it. True when removed; False when nothing is
   // there. Whoever still holds the question finds these two lists empty.
   bool Remove(const Variant& Index);
+  bool RemoveAll();  // each from the last one down; gives whether nothing is left
+
+  // As `Remove`, but the question's memory is released with the collection, or when that is emptied: to release many, each
+  // between others that stay, takes far longer than to remove them. Not to be seen by name.
+  bool put_aside(std::int32_t position);
+
+  // The question at a position, which the caller does not hold; failure 9 when there is none. Not to be seen by name.
+  const clsHEDROTestQuestion& at(std::int32_t position) const { return *items_.at(position); }
 
   std::int32_t TypeCount(HEDROTestQuestionType eQuestionType) const;  // how many questions have exactly this type
 
@@ -28,6 +36,9 @@ class clsHEDROTestQuestions final : public Collection<clsHEDROTestQuestions, Ref
   std::int32_t first_position(const Variant& Index) const;
 
  private:
+  // Removes the question at the index and gives it, empty when there is none.
+  Ref<clsHEDROTestQuestion> take(const Variant& Index);
+
   // Whether, as of that number of `QuestionId::changes()`, each ID is the key of its question and no two are the same.
   bool ids_are_keys_ = true;
   std::uint64_t keys_as_of_ = 0;
@@ -35,6 +46,8 @@ class clsHEDROTestQuestions final : public Collection<clsHEDROTestQuestions, Ref
   // For each position the first one with the same ID, as of such a number as well; empty when it is not known.
   mutable std::vector<std::int32_t> first_positions_;
   mutable std::uint64_t as_of_ = 0;
+
+  std::vector<Ref<clsHEDROTestQuestion>> aside_;
 };
 
 }  // namespace hedro34

@@ -3,13 +3,11 @@
 namespace hedro34 {
 
 void clsHEDROTestSequenceOrder::Add(StringView sQuestionID) {
-  trap(here(u"Add"), [&] { items_.add(items_.count() + 1, sQuestionID); });
+  trap(here(u"Add"), [&] { items_.add_under(sQuestionID, items_.count() + 1); });
 }
 
 void clsHEDROTestSequenceOrder::RemoveAll() {
-  trap(here(u"RemoveAll"), [&] {
-    for (std::int32_t i = items_.count(); i >= 1; --i) items_.remove(i);
-  });
+  trap(here(u"RemoveAll"), [&] { items_.clear(); });
 }
 
 }  // namespace hedro34

@@ -4,7 +4,7 @@ namespace hedro34 {
 
 bool clsHEDROTestSequences::Add(const Ref<clsHEDROTestSequence>& oSequence) {
   return trap<bool>(here(u"Add"), [&](auto& result) {
-    items_.add(oSequence, oSequence->Answer.str());
+    items_.add_under(oSequence->Answer, oSequence);
     result = true;
   });
 }
@@ -14,7 +14,7 @@ bool clsHEDROTestSequences::AddDefault(const Ref<clsHEDROTestQuestions>& oQuesti
     if (items_.count() > 0) return;
     auto sequence = make<clsHEDROTestSequence>();
     sequence->Answer = sAnswer;
-    for (std::int32_t i = 1; i <= oQuestions->Count(); ++i) sequence->Order->Add(oQuestions->Item(i)->ID);
+    for (std::int32_t i = 1; i <= oQuestions->Count(); ++i) sequence->Order->Add(oQuestions->at(i).ID);
     Add(sequence);
     result = items_.count() == 1;
   });

@@ -21,7 +21,7 @@ Array<String> split(StringView text, StringView delimiter) {
 
 bool clsHEDROTestStrings::Add(StringView Item, const Variant& Key, const Variant& Before, const Variant& After) {
   return trap<bool>(here(u"Add"), [&](auto& result) {
-    items_.add(String(Item.substr(0, added_limit)), Key, Before, After);
+    items_.add(Item.substr(0, added_limit), Key, Before, After);
     result = true;
   });
 }
@@ -44,7 +44,7 @@ bool clsHEDROTestStrings::AddDelimitedString(StringView Items, StringView sDelim
 void clsHEDROTestStrings::SetItem(const Variant& Index, StringView sValue) {
   trap(here(u"Item"), [&] {
     if (!Exists(Index)) return;
-    items_.add(String(sValue.substr(0, written_limit)), missing, missing, Index);
+    items_.add(sValue.substr(0, written_limit), missing, missing, Index);
     items_.remove(Index);
   });
 }
@@ -67,7 +67,7 @@ void clsHEDROTestStrings::each_in_copy(Use use) const {
 Ref<clsHEDROTestStrings> clsHEDROTestStrings::Copy() const {
   return trap<Ref<clsHEDROTestStrings>>(here(u"Copy"), [&](auto& result) {
     auto copy = make<clsHEDROTestStrings>();
-    each_in_copy([&](StringView text) { copy->items_.append(String(text)); });
+    each_in_copy([&](StringView text) { copy->items_.append(text); });
     result = std::move(copy);
   });
 }

@@ -16,7 +16,7 @@ void clsHEDROTests::Remove(const Variant& Index) {
 
 Ref<clsHEDROTest> clsHEDROTests::Item(const Variant& Index) const noexcept {
   return quietly<Ref<clsHEDROTest>>([&](auto& result) {
-    if (const Ref<clsHEDROTest>* found = items_.find(Index)) result = *found;
+    if (const std::int32_t position = items_.find_position(Index)) result = items_.at(position);
   });
 }
 

@@ -29,7 +29,7 @@ class Collection : public Object {
 
   // Whether there is an element at the index. Never reports.
   bool Exists(const Variant& Index) const noexcept {
-    return quietly<bool>([&](auto& result) { result = items_.find(Index) != nullptr; });
+    return quietly<bool>([&](auto& result) { result = items_.find_position(Index) != 0; });
   }
 
   // The text, the number or the object itself; an empty text, 0 or an empty reference when there is none at the index.
@@ -38,23 +38,24 @@ class Collection : public Object {
   // True when removed; False, and no report, when there is none at the index.
   bool Remove(const Variant& Index) {
     return trap<bool>(here(u"Remove"), [&](auto& result) {
-      if (!Exists(Index)) return;
-      items_.remove(Index);
+      const std::int32_t position = items_.find_position(Index);
+      if (position == 0) return;
+      items_.remove(position);
       result = true;
     });
   }
 
-  // Removes from the last position down to 1 through the collection's own `Remove`; gives whether nothing is left.
+  // Removes all elements; gives whether nothing is left.
   bool RemoveAll() {
     return trap<bool>(here(u"RemoveAll"), [&](auto& result) {
-      for (std::int32_t i = items_.count(); i >= 1; --i) static_cast<Self*>(this)->Remove(i);
-      result = items_.count() == 0;
+      items_.clear();
+      result = true;
     });
   }
 
  protected:
   ~Collection() override {
-    trap(here(u"Class_Terminate"), [&] { items_ = {}; });
+    trap(here(u"Class_Terminate"), [&] { items_.clear(); });
   }
 
   static constexpr Location here(const char16_t* operation) { return {Self::class_name, operation}; }
@@ -62,7 +63,7 @@ class Collection : public Object {
   // The element, or `result` as it was given when there is none at the index.
   T item_or(const Variant& Index, T result) const {
     trap(here(u"Item"), [&] {
-      if (const T* found = items_.find(Index)) result = *found;
+      if (const std::int32_t position = items_.find_position(Index)) result = items_.at(position);
     });
     return result;
   }

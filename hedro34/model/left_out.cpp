@@ -8,6 +8,11 @@ LeftOut note_of(LeftOut::What what, const clsHEDROTestQuestion& question) {
   return {what, question.number_in_file, question.ID, question.QuestionType, {}};
 }
 
+void Leaving::add(std::int32_t position, const clsHEDROTestQuestion& question) {
+  positions.push_back(position);
+  notes.push_back(note_of(LeftOut::What::Removed, question));
+}
+
 bool is_supported(HEDROTestQuestionType type) noexcept {
   switch (type) {
     case HEDROTestQuestionTypeTrueFalse:

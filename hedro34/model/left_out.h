@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include "hedro34/base/text.h"
 #include "hedro34/model/enumerations.h"
@@ -32,6 +33,14 @@ struct LeftOut {
 
 // A note on a question as it is now, without a part.
 LeftOut note_of(LeftOut::What what, const clsHEDROTestQuestion& question);
+
+// The questions that are to go, from the last position down, and a note on each.
+struct Leaving {
+  std::vector<std::int32_t> positions;
+  std::vector<LeftOut> notes;
+
+  void add(std::int32_t position, const clsHEDROTestQuestion& question);
+};
 
 // Whether a merge takes questions of a type; it removes the others.
 bool is_supported(HEDROTestQuestionType type) noexcept;

@@ -205,7 +205,7 @@ std::vector<KeyPlace> own_places(const std::vector<Source>& sources) {
 class Versions {
  public:
   explicit Versions(const std::vector<Source>& sources)
-      : sources_(sources), graded_from_(sources.size() + 1), seen_(sources.size()) {
+      : sources_(sources), seen_(sources.size()), graded_from_(seen_.size() + 1) {
     for (std::size_t i = sources.size(); i > 0; --i) {
       graded_from_[i - 1] = graded_from_[i] + (sources[i - 1].graded ? 1 : 0);
     }
@@ -247,8 +247,8 @@ class Versions {
   };
 
   const std::vector<Source>& sources_;
-  std::vector<std::int32_t> graded_from_;  // for each field, how many from it on are graded
   std::vector<Seen> seen_;
+  std::vector<std::int32_t> graded_from_;  // for each field, how many from it on are graded
   std::int32_t number_ = 0;
 };
 
