@@ -3,6 +3,7 @@
 // parser expands anything, in time and memory that grow with what is declared; nothing here recurses.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <map>
@@ -18,7 +19,12 @@ class Effort {
   constexpr Effort(std::uint64_t steps, std::uint64_t steps_a_byte) noexcept
       : allowed_(steps), steps_a_byte_(steps_a_byte) {}
 
-  void add_bytes(std::uint64_t count) noexcept { allowed_ += count * steps_a_byte_; }
+  // What there may be when so many bytes of the document count.
+  Effort& at(std::uint64_t bytes) noexcept {
+    if (bytes > bytes_) allowed_ += (bytes - bytes_) * steps_a_byte_;
+    bytes_ = std::max(bytes, bytes_);
+    return *this;
+  }
   bool spend(std::uint64_t steps) noexcept {  // False when that is more than there may be
     if (steps > allowed_) return false;
     allowed_ -= steps;
@@ -28,6 +34,7 @@ class Effort {
  private:
   std::uint64_t allowed_;
   std::uint64_t steps_a_byte_;
+  std::uint64_t bytes_ = 0;
 };
 
 class EntityGraph {

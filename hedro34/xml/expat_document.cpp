@@ -23,8 +23,8 @@
 namespace hedro34 {
 namespace {
 
-// What the parser is given at a time: more while one tag or comment goes on, since some versions start over at its
-// beginning each time.
+// What the parser is given at a time: all that is left where its size is known, since the parser counts the lines of each
+// part but the last; and more while one tag or comment goes on, since some versions start over at its beginning each time.
 constexpr std::uint64_t chunk = 1 << 18;
 constexpr std::uint64_t most_at_a_time = 1 << 26;
 
@@ -135,7 +135,9 @@ constexpr std::string_view outside = "stands for another file, which is not read
 // One run of the parser over one document.
 class Reader {
  public:
-  Reader(StringView path, std::uint64_t size) : path_(path), builder_(size), parser_(XML_ParserCreate(nullptr)) {
+  // `expected` is about how many bytes there are.
+  Reader(StringView path, std::uint64_t expected)
+      : path_(path), expected_(expected), builder_(expected), parser_(XML_ParserCreate(nullptr)) {
     if (!parser_) throw std::bad_alloc();
     const XML_Parser parser = parser_.get();
     XML_SetUserData(parser, this);
@@ -166,7 +168,8 @@ class Reader {
   // An empty reference and a file error when the document cannot be read or is malformed.
   Ref<const XmlTree> read(const Source& source) {
     for (bool more = true; more;) {
-      const auto size = static_cast<std::size_t>(std::clamp(fed_ - reached_, chunk, most_at_a_time));
+      const std::uint64_t left = expected_ > fed_ ? expected_ - fed_ + 1 : 0;  // one more shows that it is the end
+      const auto size = static_cast<std::size_t>(std::clamp(std::max(left, fed_ - reached_), chunk, most_at_a_time));
       auto* const buffer =
           static_cast<char*>(XML_GetBuffer(parser_.get(), static_cast<int>(size + Utf16Input::most_held)));
       if (buffer == nullptr) return stop_with_parser_error();
@@ -176,8 +179,6 @@ class Reader {
       more = *count == size;
       const std::size_t ready = utf16_.check(buffer, held + *count, !more);
       fed_ += ready;
-      entity_effort_.add_bytes(ready);
-      attribute_effort_.add_bytes(ready);
       const bool good = XML_ParseBuffer(parser_.get(), static_cast<int>(ready), !more) == XML_STATUS_OK;
       if (thrown_) std::rethrow_exception(thrown_);
       if (stopped_) return {};
@@ -220,7 +221,7 @@ class Reader {
       const std::string_view value = attributes[1];
       if (attributes >= specified_end) {
         defaults_ += value.size() + default_cost;
-        if (defaults_ > std::max(free_defaults, most_amplified * fed_))
+        if (defaults_ > std::max(free_defaults, most_amplified * counted_bytes()))
           return "default attributes blow the document up";
       }
       if (!builder_.add_attribute(attributes[0], value)) return too_large;
@@ -268,7 +269,8 @@ class Reader {
     for (const char c : std::string_view(text, static_cast<std::size_t>(size))) {
       if (!attribute_lists_.next(c)) continue;
       // Expat looks for the attribute among those that the element has already.
-      if (!attribute_effort_.spend(++declared_[attribute_lists_.element()])) return blown_up_by_attributes;
+      if (!attribute_effort_.at(counted_bytes()).spend(++declared_[attribute_lists_.element()]))
+        return blown_up_by_attributes;
       const std::string_view missing = entities_.undeclared_in(attribute_lists_.value());
       if (!missing.empty()) return reject(token_, about_entity(missing, undeclared()));
     }
@@ -280,7 +282,7 @@ class Reader {
   bool spend_on_attributes(std::string_view element, int specified) {
     const auto found = declared_.find(element);
     return found == declared_.end() ||
-           attribute_effort_.spend(found->second * (static_cast<std::uint64_t>(specified) / 2 + 2));
+           attribute_effort_.at(counted_bytes()).spend(found->second * (static_cast<std::uint64_t>(specified) / 2 + 2));
   }
 
   // Rejects a tag with a reference to an entity that is not declared: in the value of an attribute expat skips it
@@ -300,7 +302,8 @@ class Reader {
       entities_.declare_without_text(name);
       return nullptr;
     }
-    switch (entities_.declare(name, {value, static_cast<std::size_t>(size)}, entity_effort_)) {
+    Effort& effort = entity_effort_.at(counted_bytes());
+    switch (entities_.declare(name, {value, static_cast<std::size_t>(size)}, effort)) {
       case EntityGraph::Problem::None: return nullptr;
       case EntityGraph::Problem::NestedTooDeep: return "entities are nested more than 1,000 deep";
       case EntityGraph::Problem::RefersToItself: return circular;
@@ -341,6 +344,15 @@ class Reader {
   const char* add_event_text(const XML_Char* text, int size) {
     event_.append(text, static_cast<std::size_t>(size));
     return nullptr;
+  }
+
+  // The bytes up to where the parser is, in whole chunks: what a document may cost does not depend on how much of it was
+  // read ahead.
+  std::uint64_t counted_bytes() const {
+    const XML_Parser parser = parser_.get();
+    const XML_Index end = XML_GetCurrentByteIndex(parser) + XML_GetCurrentByteCount(parser);
+    const std::uint64_t chunks = end <= 0 ? 1 : (static_cast<std::uint64_t>(end) + chunk - 1) / chunk;
+    return std::min(fed_, chunks * chunk);
   }
 
   struct Position {
@@ -409,6 +421,7 @@ class Reader {
   }
 
   StringView path_;
+  std::uint64_t expected_;
   XmlTreeBuilder builder_;
   std::unique_ptr<XML_ParserStruct, Free> parser_;
   Utf16Input utf16_;
