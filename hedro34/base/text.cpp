@@ -106,19 +106,16 @@ void append_utf16(String& target, std::string_view bytes) {
   const std::size_t start = target.size();
   target.resize(start + bytes.size());  // never too short: no code point takes more units than bytes
   char16_t* out = target.data() + start;
-  for (std::size_t at = 0; at < bytes.size();) {
+  for (std::size_t at = 0;;) {
     for (std::uint64_t eight = 0; bytes.size() - at >= sizeof eight; at += sizeof eight, out += sizeof eight) {
       std::memcpy(&eight, bytes.data() + at, sizeof eight);
       if ((eight & 0x8080808080808080u) != 0) break;
       for (std::size_t i = 0; i < sizeof eight; ++i) out[i] = static_cast<unsigned char>(bytes[at + i]);
     }
-    if (at == bytes.size()) break;
-    const auto byte = static_cast<unsigned char>(bytes[at]);
-    if (byte < 0x80) {
-      *out++ = byte;
-      ++at;
-      continue;
+    for (; at < bytes.size() && static_cast<unsigned char>(bytes[at]) < 0x80; ++at) {
+      *out++ = static_cast<unsigned char>(bytes[at]);
     }
+    if (at == bytes.size()) break;
     const char32_t code = read_code_point(bytes, at);
     if (code < 0x10000) {
       *out++ = static_cast<char16_t>(code);

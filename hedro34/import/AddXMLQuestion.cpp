@@ -1,24 +1,63 @@
 // Reading of one `question` element: attributes, text, choices, answer and the metadata of `info`.
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <iterator>
 
+#include "hedro34/import/NodeText.h"
 #include "hedro34/import/leading_number.h"
-#include "hedro34/import/not_carried.h"
 #include "hedro34/model/clsHEDROTest.h"
 #include "hedro34/runtime/basError.h"
-#include "hedro34/xml/xml_document.h"
 
 namespace hedro34 {
 namespace {
 
-// Calls `visit(child)` for each child node, in document order.
-template <class Visit>
-void each_child(const Ref<IXMLDOMNode>& node, Visit visit) {
-  const Ref<IXMLDOMNodeList> children = node->childNodes();
-  const std::int32_t count = children ? children->length() : 0;
-  for (std::int32_t i = 0; i < count; ++i) visit(children->item(i));
-}
+enum class Part { Text, Choices, Answer, DisplayMode, Info, Other };
+struct PartRow {
+  StringView name;
+  Part part;
+};
+constexpr Vocabulary parts = {Place::Question, std::array{
+                                                   PartRow{u"text", Part::Text},
+                                                   PartRow{u"choices", Part::Choices},
+                                                   PartRow{u"answer", Part::Answer},
+                                                   PartRow{u"bi-display-mode", Part::DisplayMode},
+                                                   PartRow{u"info", Part::Info},
+                                                   PartRow{{}, Part::Other},
+                                               }};
+
+enum class Info {
+  Difficulty,
+  Keywords,
+  Miscellaneous,
+  Notes,
+  Reference,
+  Topic,
+  Points,
+  Objectives,
+  StateObjectives,
+  Other
+};
+struct InfoRow {
+  StringView name;
+  Info info;
+  HEDROTestImportObjectives objectives = HEDROTestImportObjectivesNone;  // the choice of the user that they need
+};
+constexpr Vocabulary infos = {Place::Info,
+                              std::array{
+                                  InfoRow{u"difficulty", Info::Difficulty},
+                                  InfoRow{u"keywords", Info::Keywords},
+                                  InfoRow{u"miscellaneous", Info::Miscellaneous},
+                                  InfoRow{u"notes", Info::Notes},
+                                  InfoRow{u"reference", Info::Reference},
+                                  InfoRow{u"topic", Info::Topic},
+                                  InfoRow{u"points", Info::Points},
+                                  InfoRow{u"text-objective", Info::Objectives, HEDROTestImportObjectivesLearning},
+                                  InfoRow{u"local-standard", Info::Objectives, HEDROTestImportObjectivesLocal},
+                                  InfoRow{u"state-objective", Info::StateObjectives, HEDROTestImportObjectivesState},
+                                  InfoRow{u"national-standard", Info::Objectives, HEDROTestImportObjectivesNational},
+                                  InfoRow{{}, Info::Other},
+                              }};
 
 template <class Visit>
 void each_part(StringView text, char16_t delimiter, Visit visit) {
@@ -30,14 +69,6 @@ void each_part(StringView text, char16_t delimiter, Visit visit) {
     if (text.empty()) visit(text);
   }
 }
-
-Ref<IXMLDOMNode> named(const Ref<IXMLDOMNamedNodeMap>& attributes, StringView name) {
-  return attributes ? attributes->getNamedItem(name) : Ref<IXMLDOMNode>();
-}
-
-Ref<IXMLDOMNode> attribute(const Ref<IXMLDOMNode>& node, StringView name) { return named(node->attributes(), name); }
-
-String element_text(const Ref<IXMLDOMNode>& node) { return to_text(node->nodeTypedValue()); }
 
 // T or F, Y or N: the very first character, in either case, decides between answers 1 and 2; any other gives no answer.
 void read_either(clsHEDROTestQuestion& question, StringView text, char16_t first, char16_t second) {
@@ -55,8 +86,9 @@ void read_letters(clsHEDROTestQuestion& question, StringView text) {
 }
 
 // By the type that is known when the element comes: one that `bi-display-mode` names later does not read it again.
-void read_answer(clsHEDROTestQuestion& question, const Ref<IXMLDOMNode>& node) {
-  const String text = element_text(node);
+template <class Node>
+void read_answer(clsHEDROTestQuestion& question, const Node& node) {
+  const String text = node.text();
   switch (question.QuestionType) {
     case HEDROTestQuestionTypeTrueFalse: return read_either(question, text, u'T', u'F');
     case HEDROTestQuestionTypeYesNo: return read_either(question, text, u'Y', u'N');
@@ -64,17 +96,19 @@ void read_answer(clsHEDROTestQuestion& question, const Ref<IXMLDOMNode>& node) {
   }
 }
 
-void read_points(clsHEDROTestQuestion& question, const Ref<IXMLDOMNode>& node, bool& partial_credit) {
+template <class Node>
+void read_points(clsHEDROTestQuestion& question, const Node& node, bool& partial_credit) {
   question.CorrectAnd = true;
-  const double points = leading_number(element_text(node));
+  const double points = leading_number(node.text());
   if (std::isinf(points)) fail(FailureNumber::Overflow);
   question.CorrectPoints = to_float32(points);
-  const Ref<IXMLDOMNode> method = attribute(node, u"scoring-method");
-  if (method && equal_ignoring_case(to_text(method->nodeValue()), u"RightLessWrong")) partial_credit = true;
+  const auto method = node.attributes().named(u"scoring-method");
+  if (method && equal_ignoring_case(method->value(), u"RightLessWrong")) partial_credit = true;
 }
 
-void read_objectives(clsHEDROTestQuestion& question, const Ref<IXMLDOMNode>& node, NotCarried& not_carried) {
-  const String text = element_text(node);
+template <class Node>
+void read_objectives(clsHEDROTestQuestion& question, const Node& node, NotCarried& not_carried) {
+  const String text = node.text();
   const char16_t delimiter = text.find(u'|') == String::npos ? u',' : u'|';
   each_part(text, delimiter, [&](StringView item) {
     item = trim(item);
@@ -86,52 +120,87 @@ void read_objectives(clsHEDROTestQuestion& question, const Ref<IXMLDOMNode>& nod
 }
 
 // A list that names its states counts for those only; one without attributes counts for every state.
-void read_state_objectives(clsHEDROTestQuestion& question, const Ref<IXMLDOMNode>& node, StringView state,
+template <class Node>
+void read_state_objectives(clsHEDROTestQuestion& question, const Node& node, StringView state,
                            NotCarried& not_carried) {
-  const Ref<IXMLDOMNamedNodeMap> attributes = node->attributes();
-  const std::int32_t count = attributes ? attributes->length() : 0;
+  const auto attributes = node.attributes();
+  const std::int32_t count = attributes.count();
   if (count == 0) return read_objectives(question, node, not_carried);
   for (std::int32_t i = 0; i < count; ++i) {
-    const Ref<IXMLDOMNode> found = attributes->item(i);
-    if (equal_ignoring_case(found->nodeName(), u"state") && equal_ignoring_case(to_text(found->nodeValue()), state)) {
+    const auto found = attributes.item(i);
+    if (equal_ignoring_case(found.name(), u"state") && equal_ignoring_case(found.value(), state)) {
       read_objectives(question, node, not_carried);
     }
   }
 }
 
-void read_info(clsHEDROTest& test, clsHEDROTestQuestion& question, const Ref<IXMLDOMNode>& info, bool& partial_credit,
+template <class Node>
+void read_info(const clsHEDROTest& test, clsHEDROTestQuestion& question, const Node& info, bool& partial_credit,
                NotCarried& not_carried) {
-  const auto imports = [&](HEDROTestImportObjectives kind) { return (test.ImportObjectives & kind) != 0; };
-  each_child(info, [&](const Ref<IXMLDOMNode>& child) {
-    const StringView name = child->nodeName();
-    const auto is = [&](const char16_t* expected) { return lower_equals(name, expected); };
-    const auto set = [&](auto& field, const char16_t* field_name) {
-      String text = element_text(child);
-      if (text.size() > field.limit) not_carried.cut(field_name, field.limit);
+  info.children().each([&](const Node& child) {
+    const InfoRow& row = child.meaning(infos, child.name());
+    const bool imported = (test.ImportObjectives & row.objectives) != 0;
+    const auto set = [&](auto& field) {
+      String text = child.text();
+      if (text.size() > field.limit) not_carried.cut(row.name, field.limit);
       field = std::move(text);
     };
-    if (is(u"difficulty")) {
-      set(question.Difficulty, u"difficulty");
-    } else if (is(u"keywords")) {
-      set(question.Keywords, u"keywords");
-    } else if (is(u"miscellaneous")) {
-      set(question.Miscellaneous, u"miscellaneous");
-    } else if (is(u"notes")) {
-      question.Notes = element_text(child);
-    } else if (is(u"reference")) {
-      question.Reference = element_text(child);
-    } else if (is(u"topic")) {
-      set(question.Topic, u"topic");
-    } else if (is(u"points")) {
-      read_points(question, child, partial_credit);
-    } else if (is(u"text-objective") && imports(HEDROTestImportObjectivesLearning)) {
-      read_objectives(question, child, not_carried);
-    } else if (is(u"local-standard") && imports(HEDROTestImportObjectivesLocal)) {
-      read_objectives(question, child, not_carried);
-    } else if (is(u"state-objective") && imports(HEDROTestImportObjectivesState)) {
-      read_state_objectives(question, child, test.StateAbbreviation, not_carried);
-    } else if (is(u"national-standard") && imports(HEDROTestImportObjectivesNational)) {
-      read_objectives(question, child, not_carried);
+    switch (row.info) {
+      case Info::Difficulty: return set(question.Difficulty);
+      case Info::Keywords: return set(question.Keywords);
+      case Info::Miscellaneous: return set(question.Miscellaneous);
+      case Info::Notes: return set(question.Notes);
+      case Info::Reference: return set(question.Reference);
+      case Info::Topic: return set(question.Topic);
+      case Info::Points: return read_points(question, child, partial_credit);
+      case Info::Objectives:
+        if (imported) read_objectives(question, child, not_carried);
+        return;
+      case Info::StateObjectives:
+        if (imported) read_state_objectives(question, child, test.StateAbbreviation, not_carried);
+        return;
+      case Info::Other: return;
+    }
+  });
+}
+
+template <class Node>
+void read_question(const clsHEDROTest& test, clsHEDROTestQuestion& question, const Node& node, bool& partial_credit,
+                   LeftOut& lost, NotCarried& not_carried) {
+  const auto set_type = [&](const auto& type) {
+    if (type) lost.type = question.QuestionType = test.QuestionType(type->value());
+  };
+  const auto attributes = node.attributes();
+  set_type(attributes.named(u"type"));
+  if (question.QuestionType == HEDROTestQuestionTypeTrueFalse) {
+    question.Answers->AddDelimitedString(u"True\tFalse", tab);
+  } else if (question.QuestionType == HEDROTestQuestionTypeYesNo) {
+    question.Answers->AddDelimitedString(u"Yes\tNo", tab);
+  }
+  bool id_is_cut = false;
+  const auto set_id = [&](String id) {
+    lost.id = std::move(id);
+    question.ID = StringView(lost.id);
+    id_is_cut |= lost.id.size() > question.ID.str().size();
+  };
+  if (const auto id = attributes.named(u"question-id")) set_id(id->value());
+  if (const auto bank = attributes.named(u"bank-id")) set_id(question.ID.str() + bank->value());
+  if (id_is_cut) not_carried.cut(u"ID", QuestionId::limit);
+  node.children().each([&](const Node& child) {
+    const StringView name = child.name();
+    switch (child.meaning(parts, name).part) {
+      case Part::Text: question.QuestionText = NodeText(child, not_carried); return;
+      case Part::Choices:
+        return child.children().each([&](const Node& choice) {
+          const String answer = NodeText(choice, not_carried);
+          const bool added = question.Answers->Add(answer);
+          if (added && answer.size() > clsHEDROTestStrings::added_limit)
+            not_carried.cut_answer(question.Answers->Count());
+        });
+      case Part::Answer: return read_answer(question, child);
+      case Part::DisplayMode: return set_type(child.attributes().named(u"value"));
+      case Part::Info: return read_info(test, question, child, partial_credit, not_carried);
+      case Part::Other: return not_carried.unknown_in_question(child.place(), name);
     }
   });
 }
@@ -147,47 +216,8 @@ bool clsHEDROTest::AddXMLQuestion(const Ref<IXMLDOMNode>& oNode, bool& bPartialC
     const auto question = make<clsHEDROTestQuestion>();
     question->number_in_file = number_in_file;
     NotCarried not_carried;
-    const Ref<IXMLDOMNamedNodeMap> attributes = oNode->attributes();
-    const auto set_type = [&](const Ref<IXMLDOMNode>& type) {
-      lost.type = question->QuestionType = QuestionType(to_text(type->nodeValue()));
-    };
-    if (const auto type = named(attributes, u"type")) set_type(type);
-    if (question->QuestionType == HEDROTestQuestionTypeTrueFalse) {
-      question->Answers->AddDelimitedString(u"True\tFalse", tab);
-    } else if (question->QuestionType == HEDROTestQuestionTypeYesNo) {
-      question->Answers->AddDelimitedString(u"Yes\tNo", tab);
-    }
-    bool id_is_cut = false;
-    const auto set_id = [&](String id) {
-      lost.id = std::move(id);
-      question->ID = StringView(lost.id);
-      id_is_cut |= lost.id.size() > question->ID.str().size();
-    };
-    if (const auto id = named(attributes, u"question-id")) set_id(to_text(id->nodeValue()));
-    if (const auto bank = named(attributes, u"bank-id")) set_id(question->ID.str() + to_text(bank->nodeValue()));
-    if (id_is_cut) not_carried.cut(u"ID", QuestionId::limit);
-    each_child(oNode, [&](const Ref<IXMLDOMNode>& child) {
-      const StringView name = child->nodeName();
-      if (lower_equals(name, u"text")) {
-        question->QuestionText = trim(NodeText(child, not_carried));
-      } else if (lower_equals(name, u"choices")) {
-        each_child(child, [&](const Ref<IXMLDOMNode>& choice) {
-          const String text = NodeText(choice, not_carried);
-          const StringView answer = trim(text);
-          const bool added = question->Answers->Add(answer);
-          if (added && answer.size() > clsHEDROTestStrings::added_limit)
-            not_carried.cut_answer(question->Answers->Count());
-        });
-      } else if (lower_equals(name, u"answer")) {
-        read_answer(*question, child);
-      } else if (lower_equals(name, u"bi-display-mode")) {
-        if (const auto mode = attribute(child, u"value")) set_type(mode);
-      } else if (lower_equals(name, u"info")) {
-        read_info(*this, *question, child, bPartialCredit, not_carried);
-      } else {
-        not_carried.unknown_in_question(*child, name);
-      }
-    });
+    read_node(oNode,
+              [&](const auto& node) { read_question(*this, *question, node, bPartialCredit, lost, not_carried); });
     std::vector<LeftOut> notes = not_carried.notes(*question);
     left_out_.insert(left_out_.end(), std::make_move_iterator(notes.begin()), std::make_move_iterator(notes.end()));
     is_kept = Questions->Add(question);

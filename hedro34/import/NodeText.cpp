@@ -1,10 +1,8 @@
-// Flattening of ExamView's rich text into one line of plain text.
-#include <algorithm>
-#include <array>
+#include "hedro34/import/NodeText.h"
 
-#include "hedro34/import/not_carried.h"
-#include "hedro34/model/clsHEDROTest.h"
-#include "hedro34/xml/xml_document.h"
+#include <algorithm>
+
+#include "hedro34/runtime/basError.h"
 
 namespace hedro34 {
 namespace {
@@ -14,40 +12,34 @@ enum class Joined { Dropped, WithBlanks, Plainly };
 enum class Alone { Nothing, ItsText, TextVariable, TheWordEquation };
 
 struct Element {
-  const char16_t* name;
+  StringView name;
   Joined children;
   Alone alone;
 };
 
-constexpr std::array vocabulary = {
-    Element{u"", Joined::Dropped, Alone::ItsText},  // a text node, which has no children
-    Element{u"text", Joined::WithBlanks, Alone::Nothing},
-    Element{u"para", Joined::WithBlanks, Alone::ItsText},
-    Element{u"b", Joined::WithBlanks, Alone::ItsText},
-    Element{u"i", Joined::WithBlanks, Alone::ItsText},
-    Element{u"u", Joined::WithBlanks, Alone::ItsText},
-    Element{u"font", Joined::Plainly, Alone::Nothing},
-    Element{u"sup", Joined::Plainly, Alone::ItsText},
-    Element{u"variable", Joined::Plainly, Alone::TextVariable},
-    Element{u"choice-a", Joined::Plainly, Alone::Nothing},
-    Element{u"choice-b", Joined::Plainly, Alone::Nothing},
-    Element{u"choice-c", Joined::Plainly, Alone::Nothing},
-    Element{u"choice-d", Joined::Plainly, Alone::Nothing},
-    Element{u"choice-e", Joined::Plainly, Alone::Nothing},
-    Element{u"choice-f", Joined::Plainly, Alone::Nothing},
-    Element{u"choice-g", Joined::Plainly, Alone::Nothing},
-    Element{u"choice-h", Joined::Plainly, Alone::Nothing},
-    Element{u"equation", Joined::Dropped, Alone::TheWordEquation},
-};
-
-constexpr Element unknown = {nullptr, Joined::Dropped, Alone::Nothing};
-
-Element element_of(StringView base_name) {
-  for (const Element& element : vocabulary) {
-    if (lower_equals(base_name, element.name)) return element;
-  }
-  return unknown;
-}
+constexpr Vocabulary vocabulary = {
+    Place::RichText, std::array{
+                         Element{u"", Joined::Dropped, Alone::ItsText},  // a text node, which has no children
+                         Element{u"text", Joined::WithBlanks, Alone::Nothing},
+                         Element{u"para", Joined::WithBlanks, Alone::ItsText},
+                         Element{u"b", Joined::WithBlanks, Alone::ItsText},
+                         Element{u"i", Joined::WithBlanks, Alone::ItsText},
+                         Element{u"u", Joined::WithBlanks, Alone::ItsText},
+                         Element{u"font", Joined::Plainly, Alone::Nothing},
+                         Element{u"sup", Joined::Plainly, Alone::ItsText},
+                         Element{u"variable", Joined::Plainly, Alone::TextVariable},
+                         Element{u"choice-a", Joined::Plainly, Alone::Nothing},
+                         Element{u"choice-b", Joined::Plainly, Alone::Nothing},
+                         Element{u"choice-c", Joined::Plainly, Alone::Nothing},
+                         Element{u"choice-d", Joined::Plainly, Alone::Nothing},
+                         Element{u"choice-e", Joined::Plainly, Alone::Nothing},
+                         Element{u"choice-f", Joined::Plainly, Alone::Nothing},
+                         Element{u"choice-g", Joined::Plainly, Alone::Nothing},
+                         Element{u"choice-h", Joined::Plainly, Alone::Nothing},
+                         Element{u"equation", Joined::Dropped, Alone::TheWordEquation},
+                         Element{{}, Joined::Dropped, Alone::Nothing},
+                     }};
+constexpr const Element& unknown = vocabulary.rows.back();
 
 // The text of a node while it is gathered. Cleaning makes one blank of each pair, from left to right, twice, which leaves a
 // quarter of a run of blanks, rounded up; then it takes the line feeds away. The run at the end is counted, so that cleaning
@@ -56,8 +48,8 @@ class Flat {
  public:
   // A value as it stands, as the only part.
   void take(String value) {
-    if (has_pair(value)) return add_units(value);
-    if (has_line_feed(value)) {
+    if (!is_clean(value)) {
+      if (has_pair(value)) return add_units(value);
       std::erase(value, u'\n');
       if (has_pair(value)) rough_ = value.size();
     }
@@ -82,8 +74,9 @@ class Flat {
     rough_ = std::min(rough_, text_.size());
   }
 
-  String str() && {
-    text_.append(blanks_, u' ');
+  // Without blanks at the ends, of which `finish` has counted those behind.
+  String trimmed() && {
+    text_.erase(0, text_.find_first_not_of(u' '));
     return std::move(text_);
   }
 
@@ -91,10 +84,12 @@ class Flat {
   static std::size_t cleaned(std::size_t blanks) noexcept { return (blanks + 3) / 4; }
 
   // The two walk to the end with results as wide as a unit, so that they become vector code.
-  static bool has_line_feed(StringView text) noexcept {
-    std::uint16_t found = 0;
-    for (std::size_t i = 0; i < text.size(); ++i) found |= std::uint16_t{text[i] == u'\n'};
-    return found != 0;
+  static bool is_clean(StringView text) noexcept {  // without pairs and line feeds
+    std::uint16_t found = text.starts_with(u'\n');
+    for (std::size_t i = 1; i < text.size(); ++i) {
+      found |= std::uint16_t{text[i] == u'\n' || (text[i] == u' ' && text[i - 1] == u' ')};
+    }
+    return found == 0;
   }
   static bool has_pair(StringView text) noexcept {
     std::uint16_t found = 0;
@@ -131,30 +126,29 @@ class Flat {
   std::size_t rough_ = 0;   // up to here the text may have two blanks in a row
 };
 
-bool is_text_variable(const Ref<IXMLDOMNode>& node) {
-  const Ref<IXMLDOMNamedNodeMap> attributes = node->attributes();
-  if (!attributes) return false;
-  const Ref<IXMLDOMNode> data = attributes->getNamedItem(u"data");
-  return data && equal_ignoring_case(to_text(data->nodeValue()), u"text");
+template <class Node>
+bool is_text_variable(const Node& node) {
+  const auto data = node.attributes().named(u"data");
+  return data && equal_ignoring_case(data->value(), u"text");
 }
 
-Flat flatten(const Ref<IXMLDOMNode>& node, NotCarried& not_carried) {
+template <class Node>
+Flat flatten(const Node& node, NotCarried& not_carried) {
   return trap<Flat>({u"clsHEDROTest", u"NodeText"}, [&](auto& result) {
-    const StringView base_name = node->baseName();
-    const Element element = element_of(base_name);
-    const Ref<IXMLDOMNodeList> children = node->childNodes();
-    const std::int32_t count = children ? children->length() : 0;
-    if (element.name == nullptr) not_carried.unknown_in_text(*node, base_name, count > 0);
+    const StringView base_name = node.base_name();
+    const Element& element = node.meaning(vocabulary, base_name);
+    const auto children = node.children();
+    if (&element == &unknown) not_carried.unknown_in_text(node.place(), base_name, !children.empty());
     if (element.alone == Alone::TheWordEquation) not_carried.equation();
     Flat flat;
-    if (count > 0 && element.children != Joined::Dropped) {
-      for (std::int32_t i = 0; i < count; ++i) {
-        flat.append(flatten(children->item(i), not_carried));
+    if (!children.empty() && element.children != Joined::Dropped) {
+      children.each([&](const Node& child) {
+        flat.append(flatten(child, not_carried));
         if (element.children == Joined::WithBlanks) flat.append_blank();
-      }
-    } else if (count == 0) {
+      });
+    } else if (children.empty()) {
       if (element.alone == Alone::ItsText || (element.alone == Alone::TextVariable && is_text_variable(node))) {
-        flat.take(to_text(node->nodeTypedValue()));
+        flat.take(node.text());
       } else if (element.alone == Alone::TheWordEquation) {
         flat.take(u"equation");
       }
@@ -166,9 +160,7 @@ Flat flatten(const Ref<IXMLDOMNode>& node, NotCarried& not_carried) {
 
 }  // namespace
 
-// A node that fails is reported and gives an empty text; what is around it goes on.
-String clsHEDROTest::NodeText(const Ref<IXMLDOMNode>& oNode, NotCarried& not_carried) {
-  return flatten(oNode, not_carried).str();
-}
+String NodeText(const HostNode& node, NotCarried& not_carried) { return flatten(node, not_carried).trimmed(); }
+String NodeText(const TreeNode& node, NotCarried& not_carried) { return flatten(node, not_carried).trimmed(); }
 
 }  // namespace hedro34

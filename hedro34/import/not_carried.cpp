@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <array>
 
-#include "hedro34/xml/xml_nodes.h"
-
 namespace hedro34 {
 namespace {
 
@@ -26,20 +24,19 @@ bool is_blank(std::string_view text) { return text.find_first_not_of(" \t\r\n") 
 
 }  // namespace
 
-void NotCarried::unknown_in_text(IXMLDOMNode& element, StringView base_name, bool has_children) {
+void NotCarried::unknown_in_text(std::optional<XmlPlace> element, StringView base_name, bool has_children) {
   if (is_picture(base_name)) return add(u"picture");
   if (!has_children) return;
-  if (const auto own = place_of(element)) return look_below(own->tree, own->node, base_name);
+  if (element) return look_below(*element, base_name);
   this->element(base_name);
 }
 
-void NotCarried::unknown_in_question(IXMLDOMNode& child, StringView name) {
+void NotCarried::unknown_in_question(std::optional<XmlPlace> child, StringView name) {
   const StringView base_name = name.substr(name.find(u':') + 1);
   if (is_picture(base_name)) return add(u"picture");
   if (is_equation(base_name)) return equation();
   if (name == u"question") return;  // a question itself
-  const auto own = place_of(child);
-  if (own && !own->tree.is_text(own->node)) look_below(own->tree, own->node, base_name);
+  if (child && !child->tree.is_text(child->node)) look_below(*child, base_name);
 }
 
 void NotCarried::cut_answer(std::int32_t position) {
@@ -54,9 +51,10 @@ void NotCarried::cut(StringView name, std::size_t limit) {
 }
 
 // The nodes inside an element stand behind it in one row.
-void NotCarried::look_below(const XmlTree& tree, XmlTree::Id element, StringView base_name) {
-  if (!is_blank(tree.text(element))) return this->element(base_name);
-  for (XmlTree::Id node = element + 1; node != tree.end(element); ++node) {
+void NotCarried::look_below(XmlPlace element, StringView base_name) {
+  const XmlTree& tree = element.tree;
+  if (!is_blank(tree.text(element.node))) return this->element(base_name);
+  for (XmlTree::Id node = element.node + 1; node != tree.end(element.node); ++node) {
     if (is_picture(tree.base_name(node))) return add(u"picture");
     if (is_equation(tree.base_name(node))) return equation();
   }

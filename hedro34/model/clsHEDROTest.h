@@ -14,7 +14,6 @@
 namespace hedro34 {
 
 class IXMLDOMNode;
-class NotCarried;
 
 class clsHEDROTest final : public Object {
  public:
@@ -102,7 +101,6 @@ class clsHEDROTest final : public Object {
 
  private:
   bool AddXMLQuestion(const Ref<IXMLDOMNode>& oNode, bool& bPartialCredit, std::int32_t number_in_file);
-  String NodeText(const Ref<IXMLDOMNode>& oNode, NotCarried& not_carried);
   bool PopulateMultipleChoiceScales(const Ref<IXMLDOMNode>& oNode, bool bOddDistractorsOnly);
   bool TrimScales();
 

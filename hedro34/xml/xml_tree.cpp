@@ -5,7 +5,7 @@
 namespace hedro34 {
 namespace {
 
-constexpr std::string_view white_space = " \t\n\r";
+bool is_white_space(char c) noexcept { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
 
 }  // namespace
 
@@ -19,14 +19,32 @@ std::string_view XmlTree::attribute_value(Id attribute) const noexcept {
   return std::string_view(values_).substr(start, attributes_[attribute + 1].value - start);
 }
 
-std::uint32_t XmlTree::child_count(Id node) const noexcept {
-  const Id end = nodes_[node].end;
-  if (end == node + 1) return 0;
-  return nodes_[node + 1].end == end ? 1 : child_lists_[nodes_[node].children];
+std::uint32_t XmlTree::child_count(Id node) const {
+  std::uint32_t count = 0;
+  for (Id child = node + 1; child != end(node) && count <= few; child = end(child)) ++count;
+  if (count <= few) return count;
+  const std::vector<Id>& starts = children().starts;
+  return starts[node + 1] - starts[node];
 }
 
-XmlTree::Id XmlTree::child(Id node, std::uint32_t index) const noexcept {
-  return index == 0 ? node + 1 : child_lists_[std::size_t{nodes_[node].children} + 1 + index];
+XmlTree::Id XmlTree::child(Id node, std::uint32_t index) const {
+  if (index >= few) return children().ids[children().starts[node] + index];
+  Id child = node + 1;
+  for (; index > 0; --index) child = end(child);
+  return child;
+}
+
+const XmlTree::Children& XmlTree::children() const {
+  if (!children_.starts.empty()) return children_;
+  Children made;
+  made.starts.reserve(std::size_t{size_} + 1);
+  made.ids.reserve(size_);
+  for (Id node = 0; node < size_; ++node) {
+    made.starts.push_back(static_cast<Id>(made.ids.size()));
+    for (Id child = node + 1; child != end(node); child = end(child)) made.ids.push_back(child);
+  }
+  made.starts.push_back(static_cast<Id>(made.ids.size()));
+  return children_ = std::move(made);
 }
 
 std::vector<XmlTree::Id> XmlTree::elements(StringView name) const {
@@ -35,7 +53,8 @@ std::vector<XmlTree::Id> XmlTree::elements(StringView name) const {
       std::find_if(names_.begin() + 1, names_.end(), [&](const Name& each) { return each.full == name; });
   if (entry == names_.end()) return found;
   const Id id = static_cast<Id>(entry - names_.begin());
-  for (Id node = 0; node < size_; ++node) {
+  found.reserve(entry->elements);
+  for (Id node = 0; found.size() < entry->elements; ++node) {
     if (nodes_[node].name == id) found.push_back(node);
   }
   return found;
@@ -47,7 +66,10 @@ XmlTreeBuilder::XmlTreeBuilder(std::uint64_t expected) : tree_(make<XmlTree>()) 
 }
 
 bool XmlTreeBuilder::start_element(std::string_view name) {
-  if (!flush_text() || !add_node(name_id(name), text_start_)) return false;
+  if (!flush_text()) return false;
+  const Id id = name_id(name);
+  if (!add_node(id)) return false;
+  ++tree_->names_[id].elements;
   open_.push_back(static_cast<Id>(tree_->nodes_.size() - 1));
   return true;
 }
@@ -63,20 +85,8 @@ bool XmlTreeBuilder::add_attribute(std::string_view name, std::string_view value
 bool XmlTreeBuilder::end_element() {
   if (!flush_text()) return false;
   XmlTree& tree = *tree_;
-  const Id id = open_.back();
+  tree.nodes_[open_.back()].end = static_cast<Id>(tree.nodes_.size());
   open_.pop_back();
-  XmlTree::Node& node = tree.nodes_[id];
-  const Id first = id + 1;
-  const Id end = static_cast<Id>(tree.nodes_.size());
-  node.end = end;
-  if (first == end || tree.nodes_[first].end == end) return true;
-
-  const std::size_t start = tree.child_lists_.size();
-  if (start >= most) return false;
-  node.children = static_cast<std::uint32_t>(start);
-  tree.child_lists_.push_back(0);
-  for (Id child = first; child != end; child = tree.nodes_[child].end) tree.child_lists_.push_back(child);
-  tree.child_lists_[start] = static_cast<Id>(tree.child_lists_.size() - start - 1);
   return true;
 }
 
@@ -84,7 +94,7 @@ Ref<const XmlTree> XmlTreeBuilder::finish() {
   XmlTree& tree = *tree_;
   tree.size_ = static_cast<Id>(tree.nodes_.size());
   const auto attributes = static_cast<Id>(tree.attributes_.size());
-  tree.nodes_.push_back({XmlTree::text_name, static_cast<std::uint32_t>(tree.text_.size()), attributes, tree.size_, 0});
+  tree.nodes_.push_back({XmlTree::text_name, static_cast<std::uint32_t>(tree.text_.size()), attributes, tree.size_});
   tree.attributes_.push_back({XmlTree::text_name, static_cast<std::uint32_t>(tree.values_.size())});
   return std::move(tree_);
 }
@@ -110,23 +120,25 @@ XmlTree::Id XmlTreeBuilder::name_id(std::string_view name) {
 
 bool XmlTreeBuilder::flush_text() {
   std::string& text = tree_->text_;
-  if (text.find_first_not_of(white_space, text_start_) != std::string::npos) return add_text_node();
+  for (std::size_t i = text_start_; i < text.size(); ++i) {
+    if (!is_white_space(text[i])) return add_text_node();
+  }
   text.resize(text_start_);
   return true;
 }
 
 bool XmlTreeBuilder::add_text_node() {
-  if (!add_node(XmlTree::text_name, text_start_)) return false;
+  if (!add_node(XmlTree::text_name)) return false;
   text_start_ = tree_->text_.size();
   return true;
 }
 
-bool XmlTreeBuilder::add_node(Id name, std::size_t text_start) {
+bool XmlTreeBuilder::add_node(Id name) {
   XmlTree& tree = *tree_;
   const std::size_t id = tree.nodes_.size();
   if (id >= most / 2) return false;
-  tree.nodes_.push_back({name, static_cast<std::uint32_t>(text_start), static_cast<Id>(tree.attributes_.size()),
-                         static_cast<Id>(id + 1), 0});
+  tree.nodes_.push_back({name, static_cast<std::uint32_t>(text_start_), static_cast<Id>(tree.attributes_.size()),
+                         static_cast<Id>(id + 1)});
   return true;
 }
 

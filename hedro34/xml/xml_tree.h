@@ -22,18 +22,29 @@ namespace hedro34 {
 template <class T>
 class Blocks {
  public:
-  std::size_t size() const noexcept { return size_; }
+  Blocks() = default;
+  Blocks(const Blocks&) = delete;
+  Blocks& operator=(const Blocks&) = delete;
+
+  std::size_t size() const noexcept { return blocks_.size() * block_size - static_cast<std::size_t>(end_ - next_); }
   const T& operator[](std::size_t i) const noexcept { return blocks_[i / block_size][i % block_size]; }
   T& operator[](std::size_t i) noexcept { return blocks_[i / block_size][i % block_size]; }
   void push_back(const T& element) {
-    if (size_ == blocks_.size() * block_size) blocks_.push_back(std::make_unique_for_overwrite<T[]>(block_size));
-    (*this)[size_++] = element;
+    if (next_ == end_) add_block();
+    *next_++ = element;
   }
 
  private:
   static constexpr std::size_t block_size = 4096;
+  void add_block() {
+    blocks_.push_back(std::make_unique_for_overwrite<T[]>(block_size));
+    next_ = blocks_.back().get();
+    end_ = next_ + block_size;
+  }
+
   std::vector<std::unique_ptr<T[]>> blocks_;
-  std::size_t size_ = 0;
+  T* next_ = nullptr;  // in the last block
+  T* end_ = nullptr;   // of it
 };
 
 class XmlTree final : public Object {
@@ -49,9 +60,13 @@ class XmlTree final : public Object {
   StringView base_name(Id node) const noexcept { return base(names_[nodes_[node].name]); }  // empty for a text
   std::string_view text(Id node) const noexcept;  // UTF-8; of an element all text inside it
 
-  Id end(Id node) const noexcept { return nodes_[node].end; }  // the first node behind it and all that is inside it
-  std::uint32_t child_count(Id node) const noexcept;
-  Id child(Id node, std::uint32_t index) const noexcept;  // `index` is below the count
+  // The first node behind it and all that is inside it. Its first child is the node behind it, and behind each child stands
+  // the next one.
+  Id end(Id node) const noexcept { return nodes_[node].end; }
+
+  // The same by position, in constant time: beyond a few from lists of all children, which are made when they are first needed.
+  std::uint32_t child_count(Id node) const;
+  Id child(Id node, std::uint32_t index) const;  // `index` is below the count
 
   Id first_attribute(Id node) const noexcept { return nodes_[node].attributes; }
   std::uint32_t attribute_count(Id node) const noexcept {
@@ -63,15 +78,18 @@ class XmlTree final : public Object {
 
   std::vector<Id> elements(StringView name) const;  // all of exactly that name, in document order
 
+  // What the reader of a tree has found out about a node's name may be kept with that name, in one of some places; 0 at first.
+  static constexpr std::size_t note_places = 4;
+  std::uint8_t& note(Id node, std::size_t place) const noexcept { return names_[nodes_[node].name].notes[place]; }
+
  private:
   friend class XmlTreeBuilder;
 
   struct Node {
     Id name;
-    std::uint32_t text;      // where its text starts; it ends where that of the node `end` starts
-    Id attributes;           // its first attribute; they end where those of the next node start
-    Id end;                  // the first node that is not inside it
-    std::uint32_t children;  // in `child_lists_`: how many children it has and which, when they are two or more
+    std::uint32_t text;  // where its text starts; it ends where that of the node `end` starts
+    Id attributes;       // its first attribute; they end where those of the next node start
+    Id end;              // the first node that is not inside it
   };
   struct Attribute {
     Id name;
@@ -80,13 +98,21 @@ class XmlTree final : public Object {
   struct Name {
     String full;
     std::size_t base_start;
+    Id elements = 0;  // that have it
+    mutable std::array<std::uint8_t, note_places> notes{};
+  };
+  struct Children {
+    std::vector<Id> starts;  // of each node's own in `ids`; they end where those of the next node start
+    std::vector<Id> ids;
   };
   static constexpr Id text_name = 0;
   static StringView base(const Name& name) noexcept { return StringView(name.full).substr(name.base_start); }
+  static constexpr std::uint32_t few = 16;
+  const Children& children() const;
 
   Blocks<Node> nodes_;            // and one behind the last, as the end of its text and attributes
   Blocks<Attribute> attributes_;  // likewise
-  Blocks<Id> child_lists_;
+  mutable Children children_;     // without starts until they are needed
   std::vector<Name> names_;
   std::string text_;
   std::string values_;
@@ -123,9 +149,9 @@ class XmlTreeBuilder {
   // slow.
   using Names = std::map<std::string, Id, std::less<>>;
   Id name_id(std::string_view name);
-  bool flush_text();     // makes a node of the text since the last node, unless it is blank
-  bool add_text_node();  // makes a node of it, blank or not
-  bool add_node(Id name, std::size_t text_start);
+  bool flush_text();       // makes a node of the text since the last node, unless it is blank
+  bool add_text_node();    // makes a node of it, blank or not
+  bool add_node(Id name);  // whose text starts behind that of the last node
 
   Ref<XmlTree> tree_;
   std::vector<Id> open_;        // the elements not yet ended
