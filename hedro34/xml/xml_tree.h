@@ -26,12 +26,13 @@ class Blocks {
   Blocks(const Blocks&) = delete;
   Blocks& operator=(const Blocks&) = delete;
 
-  std::size_t size() const noexcept { return blocks_.size() * block_size - static_cast<std::size_t>(end_ - next_); }
+  std::size_t size() const noexcept { return size_; }
   const T& operator[](std::size_t i) const noexcept { return blocks_[i / block_size][i % block_size]; }
   T& operator[](std::size_t i) noexcept { return blocks_[i / block_size][i % block_size]; }
   void push_back(const T& element) {
     if (next_ == end_) add_block();
     *next_++ = element;
+    ++size_;
   }
 
  private:
@@ -45,6 +46,7 @@ class Blocks {
   std::vector<std::unique_ptr<T[]>> blocks_;
   T* next_ = nullptr;  // in the last block
   T* end_ = nullptr;   // of it
+  std::size_t size_ = 0;
 };
 
 class XmlTree final : public Object {
