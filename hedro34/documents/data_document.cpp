@@ -1,5 +1,7 @@
 #include "hedro34/documents/data_document.h"
 
+#include <type_traits>
+#include <typeinfo>
 #include <unordered_set>
 
 #include "hedro34/documents/position.h"
@@ -13,12 +15,13 @@ namespace {
 // Far more than a test can have questions; the order takes 40 MB.
 constexpr std::int32_t most_in_default_order = 10'000'000;
 
-// The element as one of this default's own.
+// The element as one of this default's own, a class without further ones.
 template <class Own, class Element>
 Ref<Own> own(const Ref<Element>& element) {
-  auto* object = dynamic_cast<Own*>(&*element);
-  if (object == nullptr) fail(FailureNumber::TypeMismatch);
-  return Ref<Own>(object);
+  static_assert(std::is_final_v<Own>);
+  Element& object = *element;
+  if (typeid(object) != typeid(Own)) fail(FailureNumber::TypeMismatch);
+  return Ref<Own>(static_cast<Own*>(&object));
 }
 
 class DataObjects final : public DocumentFactory {

@@ -1,5 +1,7 @@
 #include "hedro34/documents/data_question.h"
 
+#include <algorithm>
+
 #include "hedro34/documents/position.h"
 #include "hedro34/json/json_table.h"
 
@@ -51,27 +53,38 @@ void DataStrings::swap(DataStrings& other) noexcept {
   keys_.swap(other.keys_);
 }
 
-Variant DataObjectiveFlag::Value() {
-  const auto& flags = flags_->flags_;
-  return offset_ < flags.size() && flags[offset_];
+Variant DataObjectiveFlag::Value() { return flags_->at(offset_); }
+
+void DataObjectiveFlag::SetValue(const Variant& value) { flags_->set(offset_, as_flag(value)); }
+
+void DataObjectiveFlags::Add(const Variant& value) {
+  if (as_flag(value)) {
+    set(count_, true);
+  } else {
+    ++count_;
+  }
 }
 
-void DataObjectiveFlag::SetValue(const Variant& value) {
-  const bool flag = as_flag(value);
-  auto& flags = flags_->flags_;
-  if (offset_ >= flags.size()) flags.resize(offset_ + 1);
-  flags[offset_] = flag;
+void DataObjectiveFlags::set(std::size_t offset, bool flag) {
+  if (offset < flags_.size()) {
+    flags_[offset] = flag;
+  } else if (flag) {
+    flags_.resize(offset + 1);
+    flags_[offset] = true;
+  }
+  count_ = std::max(count_, offset + 1);
 }
-
-void DataObjectiveFlags::Add(const Variant& value) { flags_.push_back(as_flag(value)); }
 
 Ref<WENKtdObjectiveFlag> DataObjectiveFlags::Item(std::int32_t position) {
   if (position < 1) fail(FailureNumber::SubscriptOutOfRange);
   return make<DataObjectiveFlag>(Ref<DataObjectiveFlags>(this), static_cast<std::size_t>(position) - 1);
 }
 
-const Ref<DataStrings>& DataQuestion::made(Ref<DataStrings>& list) {
-  if (!list) list = make<DataStrings>();
+const Ref<DataStrings>& DataQuestion::made(Ref<DataStrings>& list, std::size_t expected) {
+  if (!list) {
+    list = make<DataStrings>();
+    list->reserve(expected);
+  }
   return list;
 }
 

@@ -33,6 +33,7 @@ class DataStrings final : public WENKtdStrings {
   Array<String> AsArray() override { return Array<String>::of(texts_); }
 
   const std::vector<String>& all() const noexcept { return texts_; }
+  void reserve(std::size_t count) { texts_.reserve(count); }
   void Clear() noexcept;
   void swap(DataStrings& other) noexcept;
 
@@ -59,7 +60,7 @@ class DataObjectiveFlag final : public WENKtdObjectiveFlag {
 class DataObjectiveFlags final : public WENKtdObjectiveFlags {
  public:
   DataObjectiveFlags() = default;
-  explicit DataObjectiveFlags(std::vector<bool> flags) : flags_(std::move(flags)) {}
+  explicit DataObjectiveFlags(std::vector<bool> flags) : count_(flags.size()), flags_(std::move(flags)) {}
 
   // Appends; the value is taken as `SetValue` of a flag takes it.
   void Add(const Variant& value) override;
@@ -68,11 +69,19 @@ class DataObjectiveFlags final : public WENKtdObjectiveFlags {
   // up to it with False. Failure 9 for a position below 1.
   Ref<WENKtdObjectiveFlag> Item(std::int32_t position) override;
 
-  const std::vector<bool>& all() const noexcept { return flags_; }
+  // All flags; False ones at the end get their places here.
+  const std::vector<bool>& all() const {
+    flags_.resize(count_);
+    return flags_;
+  }
 
  private:
   friend class DataObjectiveFlag;
-  std::vector<bool> flags_;
+  bool at(std::size_t offset) const noexcept { return offset < flags_.size() && flags_[offset]; }
+  void set(std::size_t offset, bool flag);
+
+  std::size_t count_ = 0;
+  mutable std::vector<bool> flags_;  // without False ones at the end, as most questions have no objective
 };
 
 class DataQuestion final : public WENKtdQuestion {
@@ -82,8 +91,8 @@ class DataQuestion final : public WENKtdQuestion {
   Ref<WENKtdStrings> ChoiceLabels() override { return made(choice_labels_); }
   Ref<WENKtdStrings> ChoiceValues() override { return made(choice_values_); }
   Ref<WENKtdObjectiveFlags> ObjectiveFlags() override;
-  Ref<WENKtdStrings> AnswerKey() override { return made(answer_key_); }
-  Ref<WENKtdStrings> NumericAnswerKey() override { return made(numeric_answer_key_); }
+  Ref<WENKtdStrings> AnswerKey() override { return made(answer_key_, 1); }
+  Ref<WENKtdStrings> NumericAnswerKey() override { return made(numeric_answer_key_, 1); }
   String Name() { return name_; }
   void SetName(const String& value) override { name_ = value; }
   String QuestionText() override { return question_text_; }
@@ -134,7 +143,7 @@ class DataQuestion final : public WENKtdQuestion {
  private:
   struct Json;
 
-  static const Ref<DataStrings>& made(Ref<DataStrings>& list);
+  static const Ref<DataStrings>& made(Ref<DataStrings>& list, std::size_t expected = 0);
 
   Ref<DataStrings> choice_labels_;
   Ref<DataStrings> choice_values_;

@@ -140,8 +140,10 @@ Ref<TIBTemplate> FormTemplate::Copy(bool) {
       region_copy->data_ = region->data_;
       region_copy->questions_->fields_.reserve(region->questions_->all().size());
       for (const auto& field : region->questions_->all()) field->copy_to(*region_copy->questions_->add());
+      copy->number_next(*region_copy);
     }
   }
+  copy->numbered_ = true;
   return copy;
 }
 

@@ -65,8 +65,8 @@ void MergeRun::copy_template() {
 }
 
 void MergeRun::read_field_names() {
-  const Variant names = host_.TemplateOut->QuestionNames(1, host_.TemplateOut->QuestionCount(), false, u"\t", false);
-  field_names_ = to_strings(names).elements();
+  field_names_ = host_.TemplateOut->QuestionNames(1, host_.TemplateOut->QuestionCount(), false, u"\t", false);
+  to_strings(field_names_);  // anything else fails here, not at the first field
 }
 
 void MergeRun::start_document() {

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <unordered_map>
-#include <vector>
 
 #include "hedro34/merge/clsHEDRO.h"
 
@@ -41,7 +40,7 @@ class MergeRun {
   std::int32_t graded_count_ = 0;          // all others
   Ref<WENKtdObjectives> objectives_;       // of the document, as soon as it is prepared
   Ref<WENKtdQuestions> questions_;         // likewise
-  std::vector<String> field_names_;        // by field number
+  Variant field_names_;                    // strings, by field number
   KeyedList<std::int32_t> field_numbers_;  // of graded questions, by question ID
   std::int32_t field_number_ = 0;          // of the visited field
   std::int32_t question_number_ = 0;       // in the test

@@ -53,8 +53,9 @@ bool MergeRun::visit_field(TIBRegion& region, const Ref<TIBQuestion>& field) {
   const std::int16_t multiples = field->MultiplesAllowed();
   question->SetMultiplesAllowed(multiples > 0 ? multiples : std::int16_t{0});
   question->SetNoResponsePoints(field->NoResponsePoints());
-  if (static_cast<std::size_t>(field_number_) > field_names_.size()) fail(FailureNumber::SubscriptOutOfRange);
-  question->SetName(field_names_[static_cast<std::size_t>(field_number_ - 1)]);
+  const std::vector<String>& names = to_strings(field_names_).elements();
+  if (static_cast<std::size_t>(field_number_) > names.size()) fail(FailureNumber::SubscriptOutOfRange);
+  question->SetName(names[static_cast<std::size_t>(field_number_ - 1)]);
   question->SetQuestionText(field->QuestionText());
 
   const Variant unset = false;
@@ -116,10 +117,11 @@ void MergeRun::rewrite_choices(TIBQuestion& field, const clsHEDROTestQuestion& a
   const Ref<WENKtdStrings> question_labels = question.ChoiceLabels();
   const Ref<WENKtdStrings> question_values = question.ChoiceValues();
   for (std::int32_t i = 1; i <= count; ++i) {
-    const String label = scale->Item(i);
+    const Variant index = i;
+    const String label = scale->Item(index);
     const String value = decimal(i);
-    labels->SetItem(i, label);
-    values->SetItem(i, value);
+    labels->SetItem(index, label);
+    values->SetItem(index, value);
     question_labels->Add(label);
     question_values->Add(value);
   }
