@@ -163,8 +163,10 @@ bool lower_equals(StringView text, StringView expected) noexcept {
 
 std::size_t IgnoringCase::operator()(StringView text) const {
   std::uint64_t hash = 0xCBF29CE484222325u;
-  // The bit 0x20 is all that the cases of an ASCII letter differ in.
-  for (const char16_t unit : text) hash = (hash ^ ((unit < 0x80 ? unit : upper(unit)) | 0x20u)) * 0x100000001B3u;
+  for (const char16_t unit : text) {
+    const unsigned capital = unit < 0x80 ? unit : upper(unit);  // or a small letter of ASCII, one bit away from it
+    hash = (hash ^ (capital - u'A' < 26 ? capital | 0x20u : capital)) * 0x100000001B3u;
+  }
   return static_cast<std::size_t>(hash ^ (hash >> 29));
 }
 

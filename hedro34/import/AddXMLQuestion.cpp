@@ -220,6 +220,8 @@ bool clsHEDROTest::AddXMLQuestion(const Ref<IXMLDOMNode>& oNode, bool& bPartialC
               [&](const auto& node) { read_question(*this, *question, node, bPartialCredit, lost, not_carried); });
     std::vector<LeftOut> notes = not_carried.notes(*question);
     left_out_.insert(left_out_.end(), std::make_move_iterator(notes.begin()), std::make_move_iterator(notes.end()));
+    if (!question->Answers)
+      fail(FailureNumber::ObjectNotSet);  // there was no memory for its lists, which all else needs
     is_kept = Questions->Add(question);
     result = true;
   });

@@ -122,6 +122,7 @@ bool add_question(clsHEDROTest& test, WENKtdDocument& document, const Ref<WENKtd
   question->Reference = source->Reference();
   read_objectives(*question, *source, *document.Objectives());
   question->Topic = source->Topic();
+  if (!question->Answers) fail(FailureNumber::ObjectNotSet);  // there was no memory for its lists, which all else needs
   test.Questions->Add(question);
   return subjective;
 }
