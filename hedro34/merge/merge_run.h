@@ -31,7 +31,7 @@ class MergeRun {
   bool take_question(TIBRegion& region, TIBQuestion& field, WENKtdQuestion& question);
   void rewrite_choices(TIBQuestion& field, const clsHEDROTestQuestion& asked, WENKtdQuestion& question);
   void set_objective_flags(const clsHEDROTestQuestion& asked, WENKtdQuestion& question);
-  std::int32_t objective_position(const String& name);
+  std::int32_t objective_position(StringView name);  // 0 when there is none of that name
   bool refuse(StringView title, StringView text) const;
 
   clsHEDRO& host_;

@@ -135,19 +135,20 @@ void MergeRun::set_objective_flags(const clsHEDROTestQuestion& asked, WENKtdQues
   const std::int32_t count = texts->Count();
   Ref<WENKtdObjectiveFlags> flags;
   for (std::int32_t i = 1; i <= count; ++i) {
-    const std::int32_t position = objective_position(texts->Item(i));
+    const std::int32_t position = objective_position(texts->view(i));
     if (position == 0) continue;
     if (!flags) flags = question.ObjectiveFlags();
     flags->Item(position)->SetValue(true);
   }
 }
 
-std::int32_t MergeRun::objective_position(const String& name) {
+std::int32_t MergeRun::objective_position(StringView name) {
   if (const auto known = objective_positions_.find(name); known != objective_positions_.end()) return known->second;
+  const String wanted(name);  // the calls below may change what is viewed
   while (objectives_read_ < objectives_->Count()) {
     const String read = objectives_->Item(objectives_read_ + 1)->Name();
     objective_positions_.emplace(read, ++objectives_read_);
-    if (equal_ignoring_case(read, name)) return objectives_read_;
+    if (equal_ignoring_case(read, wanted)) return objectives_read_;
   }
   return 0;
 }

@@ -37,6 +37,12 @@ class clsHEDROTestStrings final : public Collection<clsHEDROTestStrings, String>
   // split in two, and a single empty element lost. An empty reference after a failure.
   Ref<clsHEDROTestStrings> Copy() const;
 
+  // The element where it stands in this collection, which holds until it changes; empty when there is none at the position.
+  // Not to be seen by name.
+  StringView view(std::int32_t position) const noexcept {
+    return position >= 1 && position <= items_.count() ? items_.at(position) : StringView();
+  }
+
   // The elements that a copy would have, where they stand in this collection; they hold until it changes. Unlike the
   // operations it lets failures leave. Not to be seen by name.
   std::vector<StringView> in_copy() const;
