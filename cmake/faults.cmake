@@ -26,12 +26,11 @@ function(hedro34_in_order)
   endif()
 endfunction()
 
-# Reader and writer of JSON are all loops over bytes, a twentieth slower where each access may throw, so they do without. (Not by
+# The reader of JSON is one loop over bytes, a twentieth slower where each access may throw, so it does without. (Not by
 # -fno-non-call-exceptions, which in g++ 12 takes -fexceptions away as well.)
 if(HEDRO34_FAULTS)
   set(sources ${library_sources})
-  list(REMOVE_ITEM sources
-    ${PROJECT_SOURCE_DIR}/hedro34/json/json_reader.cpp ${PROJECT_SOURCE_DIR}/hedro34/json/json_text.cpp)
+  list(REMOVE_ITEM sources ${PROJECT_SOURCE_DIR}/hedro34/json/json_reader.cpp)
   set_property(SOURCE ${sources} APPEND PROPERTY COMPILE_OPTIONS -fnon-call-exceptions -fasynchronous-unwind-tables)
   target_compile_definitions(hedro34_library PRIVATE HEDRO34_FAULTS)
 endif()

@@ -179,6 +179,16 @@ TEST_F(Component, TellsOfACancelledLoad) {
       EXPECT_EQ(load(variable), result);
       EXPECT_EQ(show(*inside[i]), !cancel ? after[i] : i < 3 ? "BOOL -1" : "&BOOL -1");
     }
+    OwnedVariant own_result;
+    VARIANT the_result{};
+    the_result.vt = VT_BYREF | VT_VARIANT;
+    the_result.pvarVal = own_result.get();
+    VARIANT arguments[] = {the_result, *owned(false), *path};
+    DISPPARAMS parameters = {arguments, nullptr, 3, 0};
+    const DISPID load_xml = id_of(test.get(), u"LoadXML");
+    test->Invoke(load_xml, IID_NULL, 0, method, &parameters, own_result.get(), nullptr, nullptr);
+    EXPECT_EQ(show(*own_result), result);
+
     EXPECT_EQ(load(*owned(missing)), result);
     EXPECT_EQ(load(*owned(true)), result);
     EXPECT_EQ(load(*owned(u"x")), "80020005 at 0");
@@ -188,7 +198,7 @@ TEST_F(Component, TellsOfACancelledLoad) {
     EXPECT_EQ(load(by_reference), "80020005 at 0");
     EXPECT_EQ(run(test.get(), {u"LoadXML", method, {String((*path).bstrVal), false}, {u"bVerbose"}}), "BOOL -1");
   }
-  EXPECT_EQ(recorder.take().size(), 14u);  // each load but the silent and those in error asked once
+  EXPECT_EQ(recorder.take().size(), 16u);  // each load but the silent and those in error asked once
 }
 
 }  // namespace

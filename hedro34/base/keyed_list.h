@@ -30,7 +30,7 @@ class KeyedList {
   static constexpr bool holds_text = std::is_same_v<T, String>;
 
  public:
-  using Added = std::conditional_t<holds_text, StringView, T>;
+  using Added = std::conditional_t<holds_text, StringView, T>;           // a text that does not lie in this list
   using Element = std::conditional_t<holds_text, StringView, const T&>;  // a text stays until the list is changed
 
   std::int32_t count() const noexcept { return entries_.size(); }
@@ -138,7 +138,8 @@ class KeyedList {
     const auto is_it = [&](std::int32_t place) { return equal_ignoring_case(text(entries_[place].key), key); };
     if (key.empty()) return KeyIndex::nowhere;
     if (index_) return index_->find(IgnoringCase()(key), is_it);
-    for (std::int32_t i = 0; i < count() && count() <= unindexed; ++i) {
+    if (count() > unindexed) return KeyIndex::nowhere;
+    for (std::int32_t i = 0; i < count(); ++i) {
       if (is_it(entries_.place(i))) return entries_.place(i);
     }
     return KeyIndex::nowhere;
@@ -208,7 +209,8 @@ class KeyedList {
     each_text([&](const Range& range) { used += range.size; });
     if (used > most) fail(FailureNumber::OutOfMemory);
     String kept;
-    kept.reserve(std::min(2 * used, most));
+    kept.reserve(
+        std::min(used + std::max(used, static_cast<std::size_t>(count())), most));  // the walk pays off for each
     each_text([&](Range& range) { range = put(kept, text(range)); });
     texts_.swap(kept);
   }
@@ -229,6 +231,7 @@ class KeyedList {
     move_gap(position);
     const Entry removed = entries_.pop();
     if (index_ && removed.key.size > 0) index_->remove(hash_of(removed.key), position - 1);
+    if (count() == 0) clear();
   }
 
   std::unique_ptr<KeyIndex> index_;

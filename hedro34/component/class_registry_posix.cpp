@@ -105,6 +105,7 @@ Ref<Registry> load(const String& path) {
       clear_file_error();
       return registry;
     }
+    clear_file_error();
     bytes = read_file(path);  // it may have come between the two looks
   }
   return bytes && read_exactly(registry_table, *registry, *bytes, path) ? registry : nullptr;

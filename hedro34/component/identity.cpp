@@ -256,7 +256,8 @@ HRESULT HEDRO34_CALL Identity::Invoke(DISPID id, const GUID& iid, LCID locale, s
     if (code == S_OK) (writes ? member->write : member->read)(*object_, arguments, *result);
   });
   if (failure) [[unlikely]] {
-    std::swap(*OwnedVariant(), *result);
+    OwnedVariant half_made;
+    std::swap(*half_made, *result);
     if (arguments.converted) {
       code = tell(*failure, exception);
     } else {

@@ -235,10 +235,12 @@ struct Signature<R (C::*)(A...)> {
       C& self = static_cast<C&>(object);
       if constexpr (std::is_void_v<R>) {
         (self.*member)(values.get()...);
+        (values.finish(), ...);
       } else {
-        put_result(result, (self.*member)(values.get()...));
+        decltype(auto) value = (self.*member)(values.get()...);
+        (values.finish(), ...);  // first: one of them may be the caller's result, which wins
+        put_result(result, value);
       }
-      (values.finish(), ...);
     }
   };
 };

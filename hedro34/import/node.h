@@ -28,6 +28,9 @@ struct Vocabulary {
   }
 };
 
+template <class Row, std::size_t Count>
+Vocabulary(Place, std::array<Row, Count>) -> Vocabulary<Row, Count>;
+
 class HostAttribute {
  public:
   explicit HostAttribute(Ref<IXMLDOMNode> attribute) : attribute_(std::move(attribute)) {}
@@ -70,7 +73,7 @@ class HostNode {
   class Children {
    public:
     explicit Children(Ref<IXMLDOMNodeList> list) : list_(std::move(list)), count_(list_ ? list_->length() : 0) {}
-    bool empty() const noexcept { return count_ <= 0; }
+    bool empty() const noexcept { return count_ == 0; }  // a list that counts below 0 is not
     template <class Visit>
     void each(Visit visit) const {
       for (std::int32_t i = 0; i < count_; ++i) visit(HostNode(list_->item(i)));

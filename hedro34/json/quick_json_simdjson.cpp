@@ -1,5 +1,7 @@
 #include <simdjson.h>
 
+#include <new>
+
 #include "hedro34/json/json_events.h"
 #include "hedro34/json/quick_json.h"
 
@@ -8,8 +10,14 @@ namespace {
 
 namespace dom = simdjson::dom;
 
-// Far more than a test has. The parser takes up to twelve times as much memory as the file.
-constexpr std::size_t longest = std::size_t{1} << 26;
+// Beyond what tests have. The parser takes up to fourteen times as much memory as the file.
+constexpr std::size_t longest = std::size_t{1} << 24;
+
+// The parser chooses the instructions that this processor has. Without memory that would end the process, so it is done when
+// the library is loaded, among the first.
+[[gnu::constructor(1000)]] void choose_implementation() {
+  simdjson::get_active_implementation() = simdjson::get_available_implementations().detect_best_supported();
+}
 
 // Whether "-0" may stand there as an integer, which simdjson takes for a 0 without a sign.
 bool may_have_negative_zero(std::string_view bytes) {
@@ -68,11 +76,15 @@ class QuickReader {
 bool read_quickly(const JsonTable& table, Object& root, std::string_view bytes, std::size_t room) {
   if (bytes.size() > longest || bytes.find('\0') != std::string_view::npos || may_have_negative_zero(bytes))
     return false;
-  dom::parser parser(longest);
-  dom::element whole;
-  const bool copied = room < simdjson::SIMDJSON_PADDING;
-  if (parser.parse(bytes.data(), bytes.size(), copied).get(whole) != simdjson::SUCCESS) return false;
-  return QuickReader(table, root).read(whole);
+  try {
+    dom::parser parser(longest);
+    dom::element whole;
+    const bool copied = room < simdjson::SIMDJSON_PADDING;
+    if (parser.parse(bytes.data(), bytes.size(), copied).get(whole) != simdjson::SUCCESS) return false;
+    return QuickReader(table, root).read(whole);
+  } catch (const std::bad_alloc&) {  // the exact way needs less
+    return false;
+  }
 }
 
 }  // namespace hedro34

@@ -10,6 +10,7 @@ bool clsHEDROTestQuestions::Add(const Ref<clsHEDROTestQuestion>& oQuestion, cons
     QuestionId& id = oQuestion->ID;
     id.count_changes();
     first_positions_.clear();
+    aside_.clear();
     if (items_.count() == 0) {
       ids_are_keys_ = true;
       keys_as_of_ = QuestionId::changes();
@@ -25,8 +26,9 @@ Ref<clsHEDROTestQuestion> clsHEDROTestQuestions::take(const Variant& Index) {
   if (position == 0) return {};
   const bool held = items_.at(position)->shared();
   Ref<clsHEDROTestQuestion> question = items_.at(position);
+  const bool fails = !question->Answers;  // below, behind its objectives
   const auto empty = [&](clsHEDROTestStrings& list) {
-    if (held || list.shared()) list.RemoveAll();  // else nobody will see it again
+    if (held || fails || list.shared()) list.RemoveAll();  // else nobody will see it again
   };
   empty(*question->LearningObjectives);
   empty(*question->Answers);

@@ -21,8 +21,8 @@ class clsHEDROTestQuestions final : public Collection<clsHEDROTestQuestions, Ref
   bool Remove(const Variant& Index);
   bool RemoveAll();  // each from the last one down; gives whether nothing is left
 
-  // As `Remove`, but the question's memory is released with the collection, or when that is emptied: to release many, each
-  // between others that stay, takes far longer than to remove them. Not to be seen by name.
+  // As `Remove`, but the question's memory is released with the collection, or when that is emptied or takes another question:
+  // to release many, each between others that stay, takes far longer than to remove them. Not to be seen by name.
   bool put_aside(std::int32_t position);
 
   // The question at a position, which the caller does not hold; failure 9 when there is none. Not to be seen by name.

@@ -74,9 +74,9 @@ class List final : public IXMLDOMNodeList {
   List(Tree tree, Id parent) : tree_(std::move(tree)) { point_to(parent); }
   List(Tree tree, std::vector<Id> nodes)
       : tree_(std::move(tree)), count_(static_cast<std::uint32_t>(nodes.size())), nodes_(std::move(nodes)) {}
-  void point_to(Id parent) noexcept {
-    parent_ = parent;
+  void point_to(Id parent) {  // which fails, and changes nothing, where many children find no memory for their list
     count_ = tree_->child_count(parent);
+    parent_ = parent;
     next_ = 0;
   }
 

@@ -130,9 +130,11 @@ bool load_and_merge(int allocations, const String& path, Witness& witness) {
 
 TEST(MemoryGoneForGood, EndsEachOperationWithAReportAndNothingElse) {
   const Folder folder;
-  const String path = folder.write("t.xml",
-                                   "<examview><question type='essay' question-id='1'><text>Why?</text>"
-                                   "</question></examview>");
+  std::string many_children;
+  for (int i = 0; i < 40; ++i) many_children += "<title/>";
+  const String path = folder.write("t.xml", "<examview><header>" + many_children +
+                                                "</header><question type='essay' question-id='1'><text>Why?</text>"
+                                                "</question></examview>");
   Witness witness;
   const auto former = std::exchange(platform().message_box, &witness);
   for (const bool started : {true, false}) {

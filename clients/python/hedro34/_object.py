@@ -104,14 +104,15 @@ class Object:
         fields, owner = self.__dict__, _local.owner
         if owner is not fields["_owner"] or owner.dropped or "_pointer" not in fields:
             self._check_use()
-        if member is None:
-            member = self._member(name)
-        count = len(arguments) + len(named)
-        frame = owner.frames.pop() if owner.frames and count <= MOST_ARGUMENTS else Frame(count)
-        numbers: abi.Numbers | None = fields["_numbers"]
-        writes = flags & _PUTS
         fields["_calls"] += 1
+        frame: Frame | None = None
         try:
+            if member is None:
+                member = self._member(name)
+            count = len(arguments) + len(named)
+            frame = owner.frames.pop() if owner.frames and count <= MOST_ARGUMENTS else Frame(count)
+            numbers: abi.Numbers | None = fields["_numbers"]
+            writes = flags & _PUTS
             ids = numbers and numbers.get((name, *named) if named else name) or self._dispids(name, named)
             if count:
                 try:
@@ -137,7 +138,8 @@ class Object:
                     frame.clear_arguments()
                 owner.frames.append(frame)
         except BaseException:
-            frame.clear()
+            if frame is not None:
+                frame.clear()
             raise
         finally:
             fields["_calls"] -= 1

@@ -119,8 +119,8 @@ def _put_array(target: Variant, values: list[Any] | tuple[Any, ...]) -> None:
     target.pointer = address = abi.allocate(ctypes.sizeof(abi.SafeArray))
     array = abi.SafeArray.from_address(address)
     array.dimensions, array.features, array.element_size = 1, features, size
-    array.lower_bound = getattr(values, "lower_bound", 0) or 0
     try:
+        array.lower_bound = getattr(values, "lower_bound", 0) or 0
         array.data = data = abi.allocate(size * len(values))
         array.count = len(values)
         for i, value in enumerate(values):
