@@ -21,10 +21,20 @@ void* allocate(std::size_t size) {
   throw std::bad_alloc();
 }
 
+void* allocate_or_null(std::size_t size) noexcept {
+  try {
+    return allocate(size);
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
+
 }  // namespace
 
 void* operator new(std::size_t size) { return allocate(size); }
 void* operator new[](std::size_t size) { return allocate(size); }
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return allocate_or_null(size); }
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept { return allocate_or_null(size); }
 void operator delete(void* memory) noexcept { std::free(memory); }
 void operator delete[](void* memory) noexcept { std::free(memory); }
 void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
