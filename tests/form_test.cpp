@@ -217,8 +217,10 @@ TEST(Form, FilesHaveAFixedFormAndDefaults) {
       {R"("correctPoints":18446744073709551616)", R"("correctPoints": 18446744073709551616,)"},
   };
   for (const auto& [members, part] : rows) {
-    const auto form = read_of<FormTemplate>("\xEF\xBB\xBF \r\n\t" + with_field(members) + "\n\n");
-    EXPECT_THAT(written(*form), ::testing::HasSubstr(part));
+    for (const std::string mark : {"", "\xEF\xBB\xBF"}) {  // the quick way to read refuses a mark
+      const auto form = read_of<FormTemplate>(mark + " \r\n\t" + with_field(members) + "\n\n");
+      EXPECT_THAT(written(*form), ::testing::HasSubstr(part));
+    }
   }
   const auto lone = read_of<FormTemplate>(R"({"pages":[{"regions":[{}]}],"version":1,"format":"hedro34-form"})");
   regions(*lone).all()[0]->SetName(u"a\xD83D\xD83D\xDE00\xDE00");
