@@ -2,7 +2,7 @@
 """Time of a property read from Python, and of a method with an argument, against a bare ctypes call of a C function with as
 many arguments as the one through which the client makes them.
 
-usage: bench/python.py [BUILD]     the folder with libHEDRO34.so, build/bench unless named
+usage: bench/python.py [BUILD]     the folder with libhedro34-component.so, build/bench unless named
 """
 import ctypes
 import pathlib
@@ -30,7 +30,7 @@ def main():
     sys.path.insert(0, str(root / "clients/python"))
     import hedro34
 
-    hedro34.load(f"{sys.argv[1] if len(sys.argv) > 1 else root / 'build/bench'}/libHEDRO34.so")
+    hedro34.load(f"{sys.argv[1] if len(sys.argv) > 1 else root / 'build/bench'}/libhedro34-component.so")
     test = hedro34.create("clsHEDROTest")
     question = hedro34.create("clsHEDROTestQuestion")
     question.QuestionText = "Which of these is the powerhouse of the cell?"

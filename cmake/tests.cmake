@@ -31,7 +31,7 @@ if(test_sources)
     COMPILE_DEFINITIONS HEDRO34_COMPONENT="$<TARGET_FILE:hedro34_component>")
   add_dependencies(hedro34_tests hedro34_component hedro34_test_component)
   target_link_libraries(hedro34_tests PRIVATE
-    HEDRO34::hedro34 EXPAT::EXPAT nlohmann_json::nlohmann_json GTest::gmock_main)
+    hedro34_inside EXPAT::EXPAT nlohmann_json::nlohmann_json GTest::gmock_main)
   hedro34_warnings(hedro34_tests)
   if(CMAKE_CXX_FLAGS_DEBUG MATCHES "-fsanitize=")
     # The library is what a sanitizer is to see as it runs; the tests compile in half the time without optimisation.
@@ -48,7 +48,7 @@ if(test_sources)
   if(TARGET hedro34)
     add_executable(hedro34_failing
       ${host_main} $<TARGET_OBJECTS:hedro34_host> tests/program/failing_program.cpp tests/failing_allocation.cpp)
-    target_link_libraries(hedro34_failing PRIVATE HEDRO34::hedro34 utf8proc GTest::gtest)
+    target_link_libraries(hedro34_failing PRIVATE hedro34_inside utf8proc GTest::gtest)
     hedro34_warnings(hedro34_failing)
   endif()
 endif()

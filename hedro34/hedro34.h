@@ -52,3 +52,5 @@
 
 #include "hedro34/report/Report.h"
 #include "hedro34/report/version_keys.h"
+
+#include "hedro34/version.h"

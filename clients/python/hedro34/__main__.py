@@ -1,4 +1,4 @@
-"""Registers libraries: `python3 -m hedro34 register|unregister /path/libHEDRO34.so`, `python3 -m hedro34 list`."""
+"""Registers libraries: `python3 -m hedro34 register|unregister /path/libhedro34-component.so`, `python3 -m hedro34 list`."""
 
 from __future__ import annotations
 

@@ -209,7 +209,7 @@ def _create(name: str, library: Library | str | os.PathLike[str] | None = None) 
         near = suggestion(name, [known for known, _ in rows.values()])
         raise ArgumentValueError(
             f'"{name}" is not registered in {registry_path()}{near}: run '
-            "`python3 -m hedro34 register /path/to/libHEDRO34.so` once, or call hedro34.load with the path"
+            "`python3 -m hedro34 register /path/to/libhedro34-component.so` once, or call hedro34.load with the path"
         )
     known, (class_id, path) = found
     return _opened(path).create(known, class_id)
