@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""The C++ block of README.md is the whole of examples/merge.cpp, which saves nothing after a reported failure."""
+"""The C++ block of README.md is the whole of examples/merge.cpp, which saves nothing after a reported failure; links lead on."""
 
 import os
 import pathlib
@@ -11,7 +11,33 @@ from program import SOURCES, ProgramTest, run
 EXAMPLE = pathlib.Path(os.environ.get("HEDRO34_BUILD", "the folder named by HEDRO34_BUILD")) / "example_merge"
 
 
+def targets(page):
+    """What a link to the page may name: as browsers of code make it, the words of each heading in small letters."""
+    text = re.sub(r"^```.*?^```$", "", page.read_text(encoding="utf-8"), flags=re.MULTILINE | re.DOTALL)
+    seen = {}
+    for heading in re.findall(r"^#+ (.*)$", text, re.MULTILINE):
+        name = re.sub(r"[^\w\- ]", "", heading.lower()).replace(" ", "-")
+        seen[name] = seen.get(name, -1) + 1
+        yield f"{name}-{seen[name]}" if seen[name] else name
+
+
 class Readme(ProgramTest):
+    def test_links(self):
+        pages = [page for pattern in ("*.md", "*/*.md", "clients/*/*.md", "tests/*/*.md") for page in SOURCES.glob(pattern)]
+        links = [(page, *link) for page in pages
+                 for link in re.findall(r"\]\((?!https?:)([^)#\s]*)#?([^)\s]*)\)", page.read_text(encoding="utf-8"))]
+        self.assertGreater(len(links), 60)
+        for page, file, heading in links:
+            with self.subTest(page=str(page.relative_to(SOURCES)), link=f"{file}#{heading}"):
+                target = page.parent / file if file else page
+                self.assertTrue(target.exists())
+                self.assertTrue(not heading or heading in targets(target))
+
+    def test_each_document_is_in_the_index(self):
+        index = (SOURCES / "docs/README.md").read_text(encoding="utf-8")
+        for page in (SOURCES / "docs").glob("*.md"):
+            self.assertTrue(page.name == "README.md" or f"({page.name})" in index, page.name)
+
     def test_block_is_the_example(self):
         readme, source = ((SOURCES / name).read_text(encoding="utf-8") for name in ("README.md", "examples/merge.cpp"))
         self.assertEqual(re.findall(r"^```cpp\n(.*?)^```$", readme, re.MULTILINE | re.DOTALL), [source])
