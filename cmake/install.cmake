@@ -75,3 +75,7 @@ endforeach()
 
 add_custom_target(hedro34_uninstall
   COMMAND ${CMAKE_COMMAND} -D BUILD=${PROJECT_BINARY_DIR} -P ${PROJECT_SOURCE_DIR}/cmake/uninstall.cmake VERBATIM)
+
+if(PROJECT_IS_TOP_LEVEL)
+  include(cmake/debian.cmake)
+endif()
