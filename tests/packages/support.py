@@ -14,7 +14,7 @@ INTERFACE = VERSION.rpartition(".")[0]  # as file names have it
 
 def attempt(*command, cwd=None, env=None, timeout=900):
     """The exit code of a command and what it printed, standard output and error together."""
-    environment = None if env is None else {**os.environ, **env}
+    environment = {**os.environ, "CCACHE_NOHASHDIR": "1", **(env or {})}  # what another folder has built serves here
     done = subprocess.run([str(word) for word in command], cwd=cwd, env=environment, stdin=subprocess.DEVNULL,
                           stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, timeout=timeout, check=False)
     return done.returncode, done.stdout
