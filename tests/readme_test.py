@@ -16,7 +16,8 @@ def targets(page):
     text = re.sub(r"^```.*?^```$", "", page.read_text(encoding="utf-8"), flags=re.MULTILINE | re.DOTALL)
     seen = {}
     for heading in re.findall(r"^#+ (.*)$", text, re.MULTILINE):
-        name = re.sub(r"[^\w\- ]", "", heading.lower()).replace(" ", "-")
+        shown = re.sub(r"\[(.*?)\]\(.*?\)", r"\1", heading)
+        name = re.sub(r"[^\w\- ]", "", shown.lower()).replace(" ", "-")
         seen[name] = seen.get(name, -1) + 1
         yield f"{name}-{seen[name]}" if seen[name] else name
 
