@@ -1,6 +1,7 @@
 // The library's objects called by name: names, kinds, counts and types of arguments, and their result codes.
 #include "hedro34/documents/data_document.h"
 #include "hedro34/merge/clsHEDRO.h"
+#include "hedro34/version.h"
 #include "tests/component_support.h"
 
 namespace hedro34::testing::component {
@@ -84,6 +85,8 @@ TEST_F(Component, CallsOtherObjectsByName) {
       // A failure that the member does not trap is told to the caller.
       {platform, {u"RegisterClass", method, {u"x", none}}, "80020009 800A005B HEDRO34: Object variable not set"},
       {platform, {u"MessageBox", put_reference, {test}}, "80020009 800A000D HEDRO34: Type mismatch"},
+      {platform, {u"Version", get}, "BSTR " + std::string(version)},
+      {platform, {u"Version", put_value, {u"9.9.9"}}, "80020003"},
       {test, {u"SetError", method, {none}}, "BOOL 0"},
   };
   for (const auto& row : rows) {

@@ -285,6 +285,7 @@ constexpr Member platform_object[] = {
     property<&PlatformObject::ErrorTexts, &PlatformObject::SetErrorTexts>(
         u"ErrorTexts",
         u"The object whose method `Text` gives the text of an error number; empty while the library's own serves."),
+    property<&PlatformObject::Version>(u"Version", u"The version of the library, as numbers with dots."),
 };
 constexpr Member report[] = {
     property<&Report::Document>(u"Document",

@@ -12,6 +12,7 @@
 #include "hedro34/platform/file_error.h"
 #include "hedro34/platform/platform.h"
 #include "hedro34/platform/system_user.h"
+#include "hedro34/version.h"
 
 namespace hedro34 {
 namespace {
@@ -214,6 +215,8 @@ String PlatformObject::LastFileError() {
   const FileError& error = last_file_error();
   return error.kind == FileError::Kind::None ? String() : from_utf8(to_line(error));
 }
+
+String PlatformObject::Version() { return from_utf8(version); }
 
 void PlatformObject::RegisterClass(StringView sName, const Ref<Object>& oFactory) {
   if (sName.empty()) fail(FailureNumber::InvalidCall);

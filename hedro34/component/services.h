@@ -55,6 +55,9 @@ class PlatformObject final : public Object {
   void SetScreen(const Ref<Object>& value);
   Ref<Object> ErrorTexts();
   void SetErrorTexts(const Ref<Object>& value);
+
+  // The version of the library, such as "0.1.0".
+  String Version();
 };
 
 // Puts factories in place that make what is added to a host's templates and documents out of the host's classes. Failure 429

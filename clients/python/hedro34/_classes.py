@@ -1490,6 +1490,10 @@ class Platform(Reference, Protocol):
     @ErrorTexts.setter
     def ErrorTexts(self, value: Any) -> None: ...
 
+    @property
+    def Version(self) -> str:
+        """str: The version of the library, as numbers with dots."""
+
 
 class Report(Reference, Protocol):
     """The page that a person looks at before the sheets go out: the sheet, its keys, the questions.

@@ -5,6 +5,7 @@ from __future__ import annotations
 import atexit
 import contextlib
 import ctypes
+import functools
 import json
 import os
 import pwd
@@ -24,22 +25,25 @@ from ._values import article
 class Library:
     """A loaded library file. There is one for each file; it stays loaded to the end of the process."""
 
+    is_own = True  # rather than of another make
+
     def __init__(self, path: Path) -> None:
         self.path = path
         try:
             file = ctypes.CDLL(str(path))
             self._functions = {name: getattr(file, name) for name in _EXPORTS}
         except (OSError, AttributeError) as error:
-            raise Error(f"{path} cannot be loaded as a component library: {error}") from error
+            raise Error(f"{path} cannot be loaded as a component library: {_in_words(error)}") from error
         for function in self._functions.values():
             function.restype = ctypes.c_uint32
         self._functions["DllGetClassObject"].argtypes = [ctypes.c_char_p, ctypes.c_char_p, ctypes.c_void_p]
         with self._platform() as platform:
+            self._check_version(getattr(platform, "Version", ""))
             platform.HostFaults = False  # a failure must not unwind the frames of Python
 
     def create(self, name: str, class_id: str = "") -> Any:
         """A new object of a class, by its name, or by its identifier where the name is not one of the library's own."""
-        known = _class_ids().get(name.lower()) or _class_ids().get(f"hedro34.{name.lower()}")
+        known = _class_id(name)
         if not class_id and known is None:
             near = suggestion(name, _classes.CLASSES)
             names = ", ".join(own.partition(".")[2] for own in _classes.CLASSES)
@@ -66,7 +70,19 @@ class Library:
         except Error as error:
             if error.code != abi.CLASS_E_CLASSNOTAVAILABLE:
                 raise
-            return contextlib.nullcontext(SimpleNamespace(LastFileError=""))
+            self.is_own = False
+            return contextlib.nullcontext(SimpleNamespace(LastFileError="", Version=_classes.VERSION))
+
+    def _check_version(self, version: str) -> None:
+        """The client was written from the tables of its own version; the first libraries told none."""
+        own, other = _interface(_classes.VERSION), _interface(version)
+        if other != own:
+            what = f"HEDRO34 {version}" if version else "an older HEDRO34, which tells no version"
+            client = f"of version {other}" if other else "that came with it"
+            raise Error(
+                f"{self.path} is {what}, and this client is for {own}: register a library of version {own} "
+                f"(`python3 -m hedro34 register PATH`), or install the client {client}"
+            )
 
     def can_unload(self) -> bool:
         """Whether no object of the library is alive."""
@@ -89,13 +105,33 @@ class Library:
             raise Error(f"{export} of {self.path}: {result_text(code)}" + (f": {file_error}" if file_error else ""), code)
 
 
+def _interface(version: str) -> str:
+    """What a version may stand for: its first two numbers."""
+    return version.rpartition(".")[0]
+
+
+def _in_words(error: Exception) -> str:
+    """Why a file is not loaded. The system names the first symbol version that it lacks; the file tells the newest."""
+    said = str(error)
+    lacking = re.search(r"version `GLIBC_[\d.]+' not found \(required by (.+)\)$", said)
+    if not lacking:
+        return said
+    newest = max(int(minor) for minor in re.findall(rb"\bGLIBC_2\.(\d+)", Path(lacking[1]).read_bytes()))
+    here = (os.confstr("CS_GNU_LIBC_VERSION") or "another").removeprefix("glibc ")
+    return f"it needs glibc 2.{newest} or later, and this system has {here}; build the library here from its source"
+
+
 _EXPORTS = ("DllGetClassObject", "DllCanUnloadNow", "DllRegisterServer", "DllUnregisterServer")
 _libraries: dict[Path, Library] = {}
 _current: Library | None = None
 
 
-def _class_ids() -> dict[str, str]:
-    return {name.lower(): class_id for name, class_id in _classes.CLASSES.items()}
+_class_ids = {name.lower(): class_id for name, class_id in _classes.CLASSES.items()}
+
+
+def _class_id(name: str) -> str | None:
+    """The identifier of one of the library's own classes."""
+    return _class_ids.get(name.lower()) or _class_ids.get(f"hedro34.{name.lower()}")
 
 
 def _own_name(name: str) -> str:
@@ -119,8 +155,17 @@ def load(path: str | os.PathLike[str]) -> Library:
 
 
 def loaded() -> Library:
-    """The library that was loaded last by `load`, else the first one that was opened."""
-    return _current or next(iter(_libraries.values()))
+    """The library that was loaded last by `load`, else the first one of our own make that was opened, else the one from
+    which `create` takes our own classes."""
+    own = (library for library in _libraries.values() if library.is_own)
+    return _current or next(own, None) or _source("HEDRO34.Platform")[0]
+
+
+@functools.cache
+def packaged() -> Path | None:
+    """The library's file in this package, where that was built with one."""
+    file = Path(__file__).with_name(f"libhedro34-component.so.{_interface(_classes.VERSION)}")
+    return file if file.is_file() else None
 
 
 def registry_path() -> Path:
@@ -194,15 +239,29 @@ def _folded(name: str) -> str:
 def _create(name: str, library: Library | str | os.PathLike[str] | None = None) -> Any:
     """A new object of a class, by its name in any case, such as "HEDRO34.clsHEDROTest"; "HEDRO34." may be left out.
 
-    It comes from `library` (a file or what `load` gave), else from the library that was loaded last, else from the one
+    It comes from `library` (a file or what `load` gave), else from the library that was loaded last by `load`. Without
+    either, the classes of HEDRO34 come from the library in this package, where it has one; all else comes from the library
     that is registered under the name.
     """
     if not isinstance(name, str):
         raise ArgumentTypeError(f"create: a class is named by a str, not {article(name)}")
     if library is not None:
         return (library if isinstance(library, Library) else _opened(library)).create(name)
+    source, known, class_id = _source(name)
+    return source.create(known, class_id)
+
+
+_create.__name__ = _create.__qualname__ = "create"
+create = cast(_classes.Create, _create)
+
+
+def _source(name: str) -> tuple[Library, str, str]:
+    """Where a class comes from when no library is named: that, and the class's name and identifier there."""
     if _current is not None:
-        return _current.create(name)
+        return _current, name, ""
+    own = packaged()
+    if own and _class_id(name):
+        return _opened(own), name, ""
     rows = {_folded(known): (known, row) for known, row in registered().items()}
     found = rows.get(_folded(name)) or rows.get(_folded(f"hedro34.{name}"))
     if found is None:
@@ -212,11 +271,7 @@ def _create(name: str, library: Library | str | os.PathLike[str] | None = None) 
             "`python3 -m hedro34 register /path/to/libhedro34-component.so` once, or call hedro34.load with the path"
         )
     known, (class_id, path) = found
-    return _opened(path).create(known, class_id)
-
-
-_create.__name__ = _create.__qualname__ = "create"
-create = cast(_classes.Create, _create)
+    return _opened(path), known, class_id
 
 
 def can_unload() -> bool:
@@ -226,7 +281,7 @@ def can_unload() -> bool:
 
 def last_file_error() -> str:
     """What was wrong with the last file on this thread: "path: line 3, column 14: reason"."""
-    with create("HEDRO34.Platform") as platform:
+    with create("HEDRO34.Platform", loaded()) as platform:
         return platform.LastFileError
 
 
@@ -236,13 +291,13 @@ def register_class(name: str, make: Callable[[], object]) -> None:
     What a merge creates for a template or document of the host comes from the names "TIBTemplate81.TIBRegion",
     "WENKtd81.WENKtdDocument", "WENKtd81.WENKtdQuestion", "WENKtd81.WENKtdObjective" and "WENKtd81.WENKtdOrder".
     """
-    with create("HEDRO34.Platform") as platform:
+    with create("HEDRO34.Platform", loaded()) as platform:
         platform.RegisterClass(name, SimpleNamespace(CreateInstance=make))
 
 
 def revoke_class(name: str) -> bool:
     """Takes a class of the host out again; whether there was one."""
-    with create("HEDRO34.Platform") as platform:
+    with create("HEDRO34.Platform", loaded()) as platform:
         return platform.RevokeClass(name)
 
 

@@ -4,6 +4,8 @@ from __future__ import annotations
 
 import os
 import pwd
+import re
+import shutil
 import tempfile
 import threading
 import time
@@ -12,7 +14,7 @@ from pathlib import Path
 from typing import Any
 from unittest import mock
 
-from support import BIOLOGY, KEYS, LIBRARY, MIXED, Errors, LibraryTest, needs_library, run_python
+from support import BIOLOGY, CLIENT, KEYS, LIBRARY, MIXED, Errors, LibraryTest, needs_library, run_python
 
 import hedro34
 
@@ -176,6 +178,79 @@ print("end")
 """
         done = run_python("-c", program, LIBRARY)
         self.assertEqual((done.returncode, done.stdout, done.stderr), (0, "end\n", ""))
+
+
+class Packaged(unittest.TestCase):
+    @needs_library
+    def test_comes_behind_what_the_program_names_and_before_the_registry(self) -> None:
+        program = """
+import sys, hedro34
+from hedro34._library import _libraries, loaded
+for path in sys.argv[1:]:
+    hedro34.load(path)
+assert not hedro34.create("FormTemplate").Load("/no form")
+hedro34.create("Other.Test")
+print(*_libraries, loaded().path, hedro34.last_file_error(), sep="|")
+"""
+        with tempfile.TemporaryDirectory() as name:
+            folder = Path(name).resolve()
+            packaged = shutil.copytree(CLIENT / "hedro34", folder / "hedro34") / Path(LIBRARY).resolve().name
+            shutil.copy(LIBRARY, packaged)
+            other = Path(shutil.copy(LIBRARY, folder / "other.so"))
+
+            def run(*arguments: str | Path) -> str:
+                done = run_python(*arguments, PYTHONPATH=name, XDG_DATA_HOME=name)
+                return done.stdout + done.stderr
+
+            # It is registered under the names of the library too, and under one more.
+            self.assertIn("registered in ", run("-m", "hedro34", "register", other))
+            entries = folder / "hedro34" / "classes.json"
+            entries.write_text(entries.read_text().replace("HEDRO34.Report", "Other.Test"))
+            failed = "/no form: No such file or directory"
+            self.assertEqual(run("-c", program), f"{packaged}|{other}|{packaged}|{failed}\n")
+            self.assertIn(f'{LIBRARY} makes no class "Other.Test"', run("-c", program, LIBRARY))
+
+            self.assertEqual(run("-m", "hedro34", "library"), f"{packaged}\n")
+            self.assertIn("registered in ", run("-m", "hedro34", "register"))
+            self.assertIn(f"HEDRO34.clsHEDRO {{1A11377D-4B0A-4D1C-958B-625FA5F427D6}} {packaged}\n", run("-m", "hedro34", "list"))
+            self.assertEqual(run("-m", "hedro34", "unregister") + run("-m", "hedro34", "list"), "")
+
+
+class Versions(unittest.TestCase):
+    def setUp(self) -> None:
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.copy = Path(folder.name, "a copy.so")
+        self.data = Path(LIBRARY).read_bytes() if LIBRARY else b""
+
+    def said_of(self, data: bytes) -> str:
+        """What is said of a library with these bytes, in a process that has seen no other."""
+        self.copy.write_bytes(data)
+        done = run_python("-m", "hedro34", "register", self.copy, XDG_DATA_HOME=str(self.copy.parent))
+        self.assertEqual((done.returncode, done.stdout), (1, ""))
+        return done.stderr
+
+    @needs_library
+    def test_of_another_version(self) -> None:
+        number, patch = hedro34.__version__.rsplit(".", 1)
+        for version in (f"{number}7.{patch}", f"7{number}.{patch}", f"{number}.{patch}.1"):
+            with self.subTest(version), mock.patch.object(hedro34.types, "VERSION", version):
+                wanted = version.rpartition(".")[0]
+                said = f"{LIBRARY} is HEDRO34 {hedro34.__version__}, and this client is for {wanted}: register a library of "
+                with self.assertRaisesRegex(hedro34.Error, f"^{said}.*, or install the client of version {number}$"):
+                    hedro34.Library(Path(LIBRARY))
+        with mock.patch.object(hedro34.types, "VERSION", f"{number}.99"):
+            hedro34.Library(Path(LIBRARY))
+        named = "Version\0".encode("utf-16-le")
+        said = self.said_of(self.data.replace(named, named.replace(b"V", b"W")))
+        self.assertIn(f"{self.copy} is an older HEDRO34, which tells no version, and this client is for {number}: ", said)
+
+    @needs_library
+    def test_that_the_system_is_too_old_for(self) -> None:
+        newest = max(re.findall(rb"\0GLIBC_2\.\d\d(?=\0)", self.data))
+        said = self.said_of(self.data.replace(newest + b"\0", b"\0GLIBC_2.99\0"))
+        words = ": it needs glibc 2.99 or later, and this system has 2.[0-9]+; build the library here from its source\n$"
+        self.assertRegex(said, f"^hedro34: {self.copy} cannot be loaded as a component library{words}")
 
 
 def registry(*entries: str, head: str = '"format": "hedro34-classes", "version": 1') -> str:
