@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """The C++ block of README.md is the whole of examples/merge.cpp, which saves nothing after a reported failure; links lead on."""
 
+import functools
 import os
 import pathlib
 import re
@@ -11,15 +12,17 @@ from program import SOURCES, ProgramTest, run
 EXAMPLE = pathlib.Path(os.environ.get("HEDRO34_BUILD", "the folder named by HEDRO34_BUILD")) / "example_merge"
 
 
+@functools.cache
 def targets(page):
     """What a link to the page may name: as browsers of code make it, the words of each heading in small letters."""
     text = re.sub(r"^```.*?^```$", "", page.read_text(encoding="utf-8"), flags=re.MULTILINE | re.DOTALL)
-    seen = {}
+    seen, names = {}, set()
     for heading in re.findall(r"^#+ (.*)$", text, re.MULTILINE):
         shown = re.sub(r"\[(.*?)\]\(.*?\)", r"\1", heading)
         name = re.sub(r"[^\w\- ]", "", shown.lower()).replace(" ", "-")
         seen[name] = seen.get(name, -1) + 1
-        yield f"{name}-{seen[name]}" if seen[name] else name
+        names.add(f"{name}-{seen[name]}" if seen[name] else name)
+    return names
 
 
 class Readme(ProgramTest):
