@@ -16,7 +16,8 @@ class CppReference(unittest.TestCase):
         self.page = (SOURCES / "docs/cpp.md").read_text(encoding="utf-8")
 
     def test_page_is_current(self):
-        done = subprocess.run([SOURCES / "scripts/cpp-reference"], capture_output=True, text=True, check=False, timeout=300)
+        done = subprocess.run([SOURCES / "scripts/cpp-reference"], capture_output=True, encoding="utf-8", check=False,
+                              timeout=300)
         self.assertEqual(done.returncode, 0, done.stderr)
         self.assertTrue(done.stdout == self.page, "docs/cpp.md is out of date: scripts/cpp-reference >docs/cpp.md")
 
@@ -40,7 +41,8 @@ class CppReference(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    found = shutil.which("doxygen") and subprocess.run(["doxygen", "--version"], capture_output=True, text=True).stdout.split()[0]
+    there = shutil.which("doxygen")
+    found = there and subprocess.run([there, "--version"], capture_output=True, text=True, check=True).stdout.split()[0]
     if found != MADE_WITH:
         print(f"doxygen {MADE_WITH} is not here, but {found or 'none'}")
         sys.exit(77)
