@@ -14,7 +14,7 @@ import time
 
 from support import INTERFACE, OUT, SOURCES, VERSION, run
 
-KEPT = OUT / "debian"  # the minimal system as an archive, and what was downloaded for it
+KEPT = OUT / "system"  # the minimal system as an archive, and what was downloaded for it
 ARCHIVES = KEPT / "archives"
 AS_ROOT = [] if os.geteuid() == 0 else ["sudo", "-n"]
 KEYS = "B B C C C B B B B (A,C,E) (C,A) (A,C,E) T F F T Y N B T".split()  # of biology.xml

@@ -14,7 +14,8 @@ INTERFACE = VERSION.rpartition(".")[0]  # as file names have it
 
 def attempt(*command, cwd=None, env=None, timeout=900):
     """The exit code of a command and what it printed, standard output and error together."""
-    environment = {**os.environ, "CCACHE_NOHASHDIR": "1", **(env or {})}  # what another folder has built serves here
+    # What another folder of the same depth has built serves here.
+    environment = {**os.environ, "CCACHE_NOHASHDIR": "1", "CCACHE_BASEDIR": str(SOURCES), **(env or {})}
     done = subprocess.run([str(word) for word in command], cwd=cwd, env=environment, stdin=subprocess.DEVNULL,
                           stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, timeout=timeout, check=False)
     return done.returncode, done.stdout
