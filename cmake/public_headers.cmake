@@ -6,6 +6,7 @@ set(public_headers
   hedro34/hedro34.h
   hedro34/base/array.h
   hedro34/base/case_map.h
+  hedro34/base/export.h
   hedro34/base/failure.h
   hedro34/base/gap_buffer.h
   hedro34/base/key_index.h
@@ -20,7 +21,6 @@ set(public_headers
   hedro34/platform/platform.h
   hedro34/xml/expat_document.h
   hedro34/xml/xml_document.h
-  hedro34/xml/xml_tree.h
   hedro34/documents/TIBTemplate.h
   hedro34/documents/WENKtdDocument.h
   hedro34/documents/data_document.h

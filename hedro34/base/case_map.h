@@ -3,11 +3,13 @@
 // letters whose other case is longer than one unit. Constant time; never fails.
 #pragma once
 
+#include "hedro34/base/export.h"
+
 namespace hedro34 {
 
 namespace detail {
-char16_t upper_from_table(char16_t unit) noexcept;
-char16_t lower_from_table(char16_t unit) noexcept;
+HEDRO34_API char16_t upper_from_table(char16_t unit) noexcept;
+HEDRO34_API char16_t lower_from_table(char16_t unit) noexcept;
 }  // namespace detail
 
 inline char16_t upper(char16_t unit) noexcept {

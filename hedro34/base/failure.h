@@ -7,9 +7,11 @@
 #include <exception>
 #include <string>
 
+#include "hedro34/base/export.h"
+
 namespace hedro34 {
 
-struct Failure : std::exception {
+struct HEDRO34_API Failure : std::exception {
   Failure(std::int32_t failure_number, std::u16string_view failure_description,
           std::u16string_view failure_source = u"HEDRO34")
       : number(failure_number), description(failure_description), source(failure_source) {}
@@ -34,9 +36,9 @@ enum class FailureNumber : std::int32_t {
 };
 
 // The standard text of a failure number; "Unknown error" for a number that is not in the enumeration.
-std::u16string_view failure_text(std::int32_t number) noexcept;
+HEDRO34_API std::u16string_view failure_text(std::int32_t number) noexcept;
 
 // Throws the failure with its standard text.
-[[noreturn]] void fail(FailureNumber number);
+[[noreturn]] HEDRO34_API void fail(FailureNumber number);
 
 }  // namespace hedro34

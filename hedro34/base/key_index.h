@@ -10,9 +10,11 @@
 #include <utility>
 #include <vector>
 
+#include "hedro34/base/export.h"
+
 namespace hedro34 {
 
-class KeyIndex {
+class HEDRO34_API KeyIndex {
  public:
   static constexpr std::int32_t nowhere = std::numeric_limits<std::int32_t>::min();  // no place has this number
 

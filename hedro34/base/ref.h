@@ -24,7 +24,7 @@ struct ObjectBlock {
   std::int32_t objects = 0;  // that have not ended
 };
 
-class Object {
+class HEDRO34_API Object {
  public:
   Object() = default;
   Object(const Object&) = delete;

@@ -16,36 +16,36 @@ using String = std::u16string;
 using StringView = std::u16string_view;
 
 // UTF-8 of a text. A lone surrogate becomes U+FFFD.
-std::string to_utf8(StringView text);
-void append_utf8(std::string& target, StringView text);
+HEDRO34_API std::string to_utf8(StringView text);
+HEDRO34_API void append_utf8(std::string& target, StringView text);
 
 // The 16-bit units of UTF-8 bytes. Bytes that are not UTF-8 become U+FFFD, one for each byte.
-String from_utf8(std::string_view bytes);
-void append_utf16(String& target, std::string_view bytes);
+HEDRO34_API String from_utf8(std::string_view bytes);
+HEDRO34_API void append_utf16(String& target, std::string_view bytes);
 
 // Simple mappings of each unit, the same on every platform and locale.
-String upper(StringView text);
-String lower(StringView text);
+HEDRO34_API String upper(StringView text);
+HEDRO34_API String lower(StringView text);
 
 // True when the upper-case mappings of the two texts are equal.
-bool equal_ignoring_case(StringView a, StringView b) noexcept;
+HEDRO34_API bool equal_ignoring_case(StringView a, StringView b) noexcept;
 
 // True when the lower-case mapping of `text` is `expected`, which is given in small letters.
-bool lower_equals(StringView text, StringView expected) noexcept;
+HEDRO34_API bool lower_equals(StringView text, StringView expected) noexcept;
 
 // Hash and equality of texts without regard to case, for unordered containers. (The hash is not noexcept, though it cannot
 // fail: so the containers keep what they have computed.)
-struct IgnoringCase {
+struct HEDRO34_API IgnoringCase {
   using is_transparent = void;
   std::size_t operator()(StringView text) const;
   bool operator()(StringView a, StringView b) const noexcept { return equal_ignoring_case(a, b); }
 };
 
 // The text without the characters 32 at both ends; no other white space is removed.
-StringView trim(StringView text) noexcept;
+HEDRO34_API StringView trim(StringView text) noexcept;
 
 // The number in decimal.
-String decimal(std::int64_t number);
+HEDRO34_API String decimal(std::int64_t number);
 
 // A text field that keeps the first `Limit` 16-bit units of what is written and drops the rest without a report.
 template <std::size_t Limit = String::npos>

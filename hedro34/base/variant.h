@@ -78,25 +78,25 @@ inline const Variant missing{Missing{}};
 
 // The value as text: text as it is, nothing for Empty, "True" and "False", numbers in their shortest decimal form. Failure 13
 // for null, missing, objects and arrays.
-String to_text(const Variant& value);
-String to_text(Variant&& value);
+HEDRO34_API String to_text(const Variant& value);
+HEDRO34_API String to_text(Variant&& value);
 
 // The value as a 64-bit float: numbers, Booleans (True is -1), Empty (0) and text that is a decimal number, with or without
 // blanks around it. Failure 13 for all else.
-double to_double(const Variant& value);
+HEDRO34_API double to_double(const Variant& value);
 
 // The value as an integer: as `to_double`, then rounded to the nearest, halves to the even one. Failure 6 beyond the width.
-std::int32_t to_int32(const Variant& value);
-std::int16_t to_int16(const Variant& value);
+HEDRO34_API std::int32_t to_int32(const Variant& value);
+HEDRO34_API std::int16_t to_int16(const Variant& value);
 
 // The value as a Boolean: Booleans, numbers (0 is False), Empty (False), and text that is "True" or "False" in any case or
 // a decimal number. Failure 13 for all else, empty text included.
-bool to_boolean(const Variant& value);
+HEDRO34_API bool to_boolean(const Variant& value);
 
 // The 64-bit value in 32 bits; failure 6 when its magnitude is too large for them.
-float to_float32(double value);
+HEDRO34_API float to_float32(double value);
 
 // The value as an array of strings; failure 13 when it holds none.
-const Array<String>& to_strings(const Variant& value);
+HEDRO34_API const Array<String>& to_strings(const Variant& value);
 
 }  // namespace hedro34

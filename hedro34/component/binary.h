@@ -14,6 +14,8 @@
 #include <cstdint>
 #include <cstring>
 
+#include "hedro34/base/export.h"
+
 // How functions of the interfaces, and the functions that a component library shows, are called.
 #ifdef _WIN32
 #define HEDRO34_CALL __stdcall
@@ -249,18 +251,18 @@ inline constexpr HRESULT CO_E_ERRORINDLL = result_code(0x800401F9);
 
 // A text of `length` units, copied from `text` where that is not null; null when memory runs out. `SysFreeString` and
 // `SysStringLen` (in units) take null for the empty text.
-BSTR SysAllocStringLen(const OLECHAR* text, std::uint32_t length);
-void SysFreeString(BSTR text);
-std::uint32_t SysStringLen(BSTR text);
+HEDRO34_API BSTR SysAllocStringLen(const OLECHAR* text, std::uint32_t length);
+HEDRO34_API void SysFreeString(BSTR text);
+HEDRO34_API std::uint32_t SysStringLen(BSTR text);
 
 // Releases what the variant owns and empties it. A variant by reference owns nothing.
-HRESULT VariantClear(VARIANT* variant);
+HEDRO34_API HRESULT VariantClear(VARIANT* variant);
 
 // An array of one dimension whose elements are zero; null when memory runs out. Elements are VT_BSTR, VT_I4 or VT_VARIANT.
-SAFEARRAY* SafeArrayCreateVector(VARTYPE element, std::int32_t lower, std::uint32_t count);
+HEDRO34_API SAFEARRAY* SafeArrayCreateVector(VARTYPE element, std::int32_t lower, std::uint32_t count);
 
 // Frees the array with the texts, objects or variants in it; null is no array.
-HRESULT SafeArrayDestroy(SAFEARRAY* array);
+HEDRO34_API HRESULT SafeArrayDestroy(SAFEARRAY* array);
 
 inline constexpr std::int16_t variant_true = -1;
 

@@ -42,7 +42,7 @@ struct RegisteredTypeLibrary {
 // Where the registry is. A file: hedro34/classes.json in $XDG_DATA_HOME, else in $HOME/.local/share, else in .local/share of
 // the account's home folder. A variable that is no absolute path is passed over. Empty when there is no such folder, or its
 // name is not UTF-8: such a registry can be neither read nor written.
-String class_registry_path();
+HEDRO34_API String class_registry_path();
 
 // Adds the classes, and the type library where one is given. A registry that says all this already is not written, so that
 // nothing has to be writable for it.
@@ -52,22 +52,22 @@ String class_registry_path();
 //   In the system's registry, they are entered for the machine, where the user may do that, else for the user.
 //   REGDB_E_READREGDB   the registry is damaged or unreadable, and was left alone
 //   REGDB_E_WRITEREGDB  it cannot be written, or a class has no name or no absolute path; the registry keeps its content
-binary::HRESULT register_classes(std::span<const RegisteredClass> classes,
-                                 const RegisteredTypeLibrary* types = nullptr) noexcept;
+HEDRO34_API binary::HRESULT register_classes(std::span<const RegisteredClass> classes,
+                                             const RegisteredTypeLibrary* types = nullptr) noexcept;
 
 // Removes the classes with these identifiers, and the type library; one that is not there is no error. Results as above. From
 // the system's registry all that can be removed is, for the machine and for the user, whichever file it names, but no name and
 // no interface that another class or type library has taken, and nothing that the same library of another bitness still needs.
-binary::HRESULT unregister_classes(std::span<const RegisteredClass> classes,
-                                   const RegisteredTypeLibrary* types = nullptr) noexcept;
+HEDRO34_API binary::HRESULT unregister_classes(std::span<const RegisteredClass> classes,
+                                               const RegisteredTypeLibrary* types = nullptr) noexcept;
 
 // Finds a class by its name in any case. CO_E_CLASSSTRING when there is none, REGDB_E_READREGDB for a damaged or unreadable
 // registry; `found` is then as it was.
-binary::HRESULT find_class(StringView name, RegisteredClass& found) noexcept;
+HEDRO34_API binary::HRESULT find_class(StringView name, RegisteredClass& found) noexcept;
 
 // Whether the bytes of the file hold the name, in any case, or may do so: as escapes, or in a file that cannot be read. For a
 // registry that is damaged, where nobody can say what is registered: a name that is not in it never was. True for a registry
 // that is no file.
-bool registry_may_mention(StringView name);
+HEDRO34_API bool registry_may_mention(StringView name);
 
 }  // namespace hedro34

@@ -17,9 +17,9 @@ namespace hedro34 {
 //   CO_E_ERRORINDLL     the library has no DllGetClassObject
 //   E_UNEXPECTED        the library answered success but gave no factory or object
 // and what the library's function, the factory or the system answers.
-binary::HRESULT create_object(StringView name, binary::IDispatch** object) noexcept;
+HEDRO34_API binary::HRESULT create_object(StringView name, binary::IDispatch** object) noexcept;
 
 // As far as the class's factory, for those who create many objects: results as above.
-binary::HRESULT class_factory(StringView name, binary::IClassFactory** factory) noexcept;
+HEDRO34_API binary::HRESULT class_factory(StringView name, binary::IClassFactory** factory) noexcept;
 
 }  // namespace hedro34

@@ -2,7 +2,6 @@
 // `OwnedVariant`, a variant that is cleared at the end of its life. A release that fails on the other side stays there.
 #pragma once
 
-#include <atomic>
 #include <optional>
 #include <type_traits>
 #include <utility>
@@ -18,9 +17,10 @@ namespace hedro34 {
 // interpreter does not survive being left in the middle. The choice is one for the process.
 class HostCall {
  public:
-  HostCall() noexcept {
-    if (!faults_are_failures.load(std::memory_order_relaxed)) hidden_.emplace();
-  }
+  HEDRO34_API HostCall() noexcept;
+
+  HEDRO34_API static bool faults_are_failures() noexcept;
+  HEDRO34_API static void set_faults_are_failures(bool yes) noexcept;
 
   // Makes the call itself, and gives what it gives.
   template <class Called>
@@ -35,8 +35,6 @@ class HostCall {
       return result;
     }
   }
-
-  static inline std::atomic<bool> faults_are_failures{true};
 
  private:
   std::optional<HiddenTraps> hidden_;

@@ -9,17 +9,17 @@ namespace hedro34 {
 
 // The object for callers outside: its identity or, for an object of the host that the library holds, the host's own. The
 // empty reference gives none. Failure 13 for an object of no class in the tables.
-Held<binary::IDispatch> identity_of(const Ref<Object>& object);
+HEDRO34_API Held<binary::IDispatch> identity_of(const Ref<Object>& object);
 
 // The same, counted for the caller; null for the empty reference.
-binary::IDispatch* counted_identity_of(const Ref<Object>& object);
+HEDRO34_API binary::IDispatch* counted_identity_of(const Ref<Object>& object);
 
 // The object behind an identity of this library; empty for any other object.
-Ref<Object> own_object(binary::IUnknown* object);
+HEDRO34_API Ref<Object> own_object(binary::IUnknown* object);
 
 // What keeps the library loaded: identities, class factories and locks, counted over all threads. An object that only the
 // library itself still holds, such as one given to `SetError`, does not count; one given to `RegisterClass` does.
-class Alive {
+class HEDRO34_API Alive {
  public:
   Alive() noexcept;
   Alive(const Alive&) = delete;

@@ -39,8 +39,8 @@ class PlatformObject final : public Object {
 
   // Whether native faults inside the host's objects are failures of the operations that called them; True at the start. An
   // interpreter, which a failure would leave in the middle, sets it to False: its own handler gets such a fault.
-  bool HostFaults() { return HostCall::faults_are_failures; }
-  void SetHostFaults(bool value) { HostCall::faults_are_failures = value; }
+  bool HostFaults() { return HostCall::faults_are_failures(); }
+  void SetHostFaults(bool value) { HostCall::set_faults_are_failures(value); }
 
   // Registers or removes a class of the host for this process. Failure 91 for an empty reference, 5 for an empty name;
   // `RevokeClass` gives whether there was one.

@@ -51,18 +51,24 @@ constexpr std::array<char16_t, size> widened(std::string_view text) {
   for (std::size_t i = 0; i < size; ++i) result[i] = static_cast<char16_t>(text[i]);
   return result;
 }
+// (Members of class templates: g++ shows variable templates outside of a shared library.)
 template <class T>
-inline constexpr auto type_letters = widened<type_name<T>().size()>(type_name<T>());
+struct TypeLetters {
+  static constexpr auto all = widened<type_name<T>().size()>(type_name<T>());
+};
 template <auto value>
-inline constexpr auto value_letters = widened<value_name<value>().size()>(value_name<value>());
+struct ValueLetters {
+  static constexpr auto all = widened<value_name<value>().size()>(value_name<value>());
+};
 
 }  // namespace detail
 
 template <class T>
-inline constexpr StringView type_name{detail::type_letters<T>.data(), detail::type_letters<T>.size()};
+inline constexpr StringView type_name{detail::TypeLetters<T>::all.data(), detail::TypeLetters<T>::all.size()};
 
 // The name of an enumerator.
 template <auto value>
-inline constexpr StringView value_name{detail::value_letters<value>.data(), detail::value_letters<value>.size()};
+inline constexpr StringView value_name{detail::ValueLetters<value>::all.data(),
+                                       detail::ValueLetters<value>::all.size()};
 
 }  // namespace hedro34

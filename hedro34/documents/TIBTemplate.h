@@ -17,7 +17,7 @@ class TIBQuestions;
 class TIBRegion;
 class TIBRegions;
 
-class TIBTemplate : public Object {
+class HEDRO34_API TIBTemplate : public Object {
  public:
   virtual Ref<TIBPages> Pages() = 0;
   virtual std::int16_t PageCount() = 0;            // the number of the last page
@@ -32,18 +32,18 @@ class TIBTemplate : public Object {
   virtual Ref<TIBTemplate> Copy(bool bOption) = 0;  // an independent copy
 };
 
-class TIBPages : public Object {
+class HEDRO34_API TIBPages : public Object {
  public:
   virtual std::int32_t Count() = 0;
   virtual Ref<TIBPage> Item(const Variant& Index) = 0;
 };
 
-class TIBPage : public Object {
+class HEDRO34_API TIBPage : public Object {
  public:
   virtual Ref<TIBRegions> Regions() = 0;
 };
 
-class TIBRegions : public Object {
+class HEDRO34_API TIBRegions : public Object {
  public:
   virtual std::int32_t Count() = 0;
   // Appends the region and keeps it; the optional arguments are left out by the merge.
@@ -52,7 +52,7 @@ class TIBRegions : public Object {
   virtual Ref<TIBRegion> Item(const Variant& Index) = 0;
 };
 
-class TIBRegion : public Object {
+class HEDRO34_API TIBRegion : public Object {
  public:
   virtual Ref<TIBQuestions> Questions() = 0;
   virtual std::int32_t RegionKind() = 0;
@@ -68,14 +68,14 @@ class TIBRegion : public Object {
   virtual void SetSubjectiveRegion(bool value) = 0;
 };
 
-class TIBQuestions : public Object {
+class HEDRO34_API TIBQuestions : public Object {
  public:
   virtual std::int32_t Count() = 0;
   virtual Ref<TIBQuestion> Item(const Variant& Index) = 0;
   virtual void Add() = 0;  // appends one new field
 };
 
-class TIBQuestion : public Object {
+class HEDRO34_API TIBQuestion : public Object {
  public:
   virtual String QuestionText() = 0;
   virtual void SetQuestionText(const String& value) = 0;
@@ -97,14 +97,14 @@ class TIBQuestion : public Object {
   virtual std::int32_t FieldNumber(bool bOption) = 0;  // places the field in the template
 };
 
-class TIBChoiceList : public Object {
+class HEDRO34_API TIBChoiceList : public Object {
  public:
   virtual std::int32_t Count() = 0;
   virtual void SetItem(const Variant& Index, const String& text) = 0;  // replaces the text of an entry that is there
   virtual Array<String> AsArray(std::int32_t lower_bound) = 0;
 };
 
-class TemplateFactory {
+class HEDRO34_API TemplateFactory {
  public:
   virtual ~TemplateFactory() = default;
   // A new region without fields that the template `of` can take.

@@ -19,7 +19,7 @@ class WENKtdQuestions;
 class WENKtdStrings;
 class WENKtdVersions;
 
-class WENKtdDocument : public Object {
+class HEDRO34_API WENKtdDocument : public Object {
  public:
   virtual Ref<WENKtdQuestions> Questions() = 0;  // one for each field; the position is the field number
   virtual Ref<WENKtdVersions> Versions() = 0;
@@ -33,14 +33,14 @@ class WENKtdDocument : public Object {
   virtual void PrepareDefaults() = 0;
 };
 
-class WENKtdQuestions : public Object {
+class HEDRO34_API WENKtdQuestions : public Object {
  public:
   virtual std::int32_t Count() = 0;
   virtual void Add(const Ref<WENKtdQuestion>& question) = 0;
   virtual Ref<WENKtdQuestion> Item(const Variant& Index) = 0;
 };
 
-class WENKtdQuestion : public Object {
+class HEDRO34_API WENKtdQuestion : public Object {
  public:
   virtual Ref<WENKtdStrings> ChoiceLabels() = 0;
   virtual Ref<WENKtdStrings> ChoiceValues() = 0;
@@ -86,7 +86,7 @@ class WENKtdQuestion : public Object {
   virtual void SetNotes(const String& value) = 0;
 };
 
-class WENKtdStrings : public Object {
+class HEDRO34_API WENKtdStrings : public Object {
  public:
   virtual std::int32_t Count() = 0;
   virtual void Add(const String& text, const Variant& key = missing) = 0;
@@ -95,7 +95,7 @@ class WENKtdStrings : public Object {
   virtual Array<String> AsArray() = 0;
 };
 
-class WENKtdObjectives : public Object {
+class HEDRO34_API WENKtdObjectives : public Object {
  public:
   virtual std::int32_t Count() = 0;  // the default objective included
   virtual void Add(const Ref<WENKtdObjective>& objective, const Variant& key) = 0;
@@ -103,25 +103,25 @@ class WENKtdObjectives : public Object {
   virtual bool Exists(const Variant& key) = 0;
 };
 
-class WENKtdObjective : public Object {
+class HEDRO34_API WENKtdObjective : public Object {
  public:
   virtual String Name() = 0;
   virtual void SetName(const String& value) = 0;
 };
 
-class WENKtdObjectiveFlags : public Object {
+class HEDRO34_API WENKtdObjectiveFlags : public Object {
  public:
   virtual void Add(const Variant& value) = 0;
   virtual Ref<WENKtdObjectiveFlag> Item(std::int32_t position) = 0;
 };
 
-class WENKtdObjectiveFlag : public Object {
+class HEDRO34_API WENKtdObjectiveFlag : public Object {
  public:
   virtual Variant Value() = 0;  // a Boolean; a null counts as False
   virtual void SetValue(const Variant& value) = 0;
 };
 
-class WENKtdVersions : public Object {
+class HEDRO34_API WENKtdVersions : public Object {
  public:
   virtual Ref<WENKtdOrders> Orders() = 0;
   virtual Ref<WENKtdStrings> VersionAnswers() = 0;  // the identifier of each version, at the position of its order
@@ -129,7 +129,7 @@ class WENKtdVersions : public Object {
   virtual std::int32_t VersionMode() = 0;  // 2: the orders are to be read
 };
 
-class WENKtdOrders : public Object {
+class HEDRO34_API WENKtdOrders : public Object {
  public:
   virtual std::int32_t Count() = 0;
   virtual void Add(const Ref<WENKtdOrder>& order) = 0;
@@ -137,14 +137,14 @@ class WENKtdOrders : public Object {
   virtual Ref<WENKtdOrder> Item(const Variant& Index) = 0;
 };
 
-class WENKtdOrder : public Object {
+class HEDRO34_API WENKtdOrder : public Object {
  public:
   virtual std::int32_t Count() = 0;
   virtual std::int32_t Item(std::int32_t position) = 0;  // a position in the document's questions
   virtual void FromArray(const Array<std::int32_t>& entries) = 0;
 };
 
-class DocumentFactory {
+class HEDRO34_API DocumentFactory {
  public:
   virtual ~DocumentFactory() = default;
   virtual Ref<WENKtdDocument> document() = 0;

@@ -24,7 +24,7 @@
 
 namespace hedro34 {
 
-class DataQuestions final : public WENKtdQuestions {
+class HEDRO34_API DataQuestions final : public WENKtdQuestions {
  public:
   DataQuestions() = default;
 
@@ -41,7 +41,7 @@ class DataQuestions final : public WENKtdQuestions {
   std::vector<Ref<DataQuestion>> questions_;
 };
 
-class DataObjective final : public WENKtdObjective {
+class HEDRO34_API DataObjective final : public WENKtdObjective {
  public:
   DataObjective() = default;
   explicit DataObjective(String name) : name_(std::move(name)) {}
@@ -57,7 +57,7 @@ class DataObjective final : public WENKtdObjective {
 
 // Objectives in order, those with a key under that as well. The default objective stands at position 1, under no key: the
 // one that `PrepareDefaults` puts there, the first one of a file, or a first one that is added with neither name nor key.
-class DataObjectives final : public WENKtdObjectives {
+class HEDRO34_API DataObjectives final : public WENKtdObjectives {
  public:
   DataObjectives() = default;
 
@@ -82,7 +82,7 @@ class DataObjectives final : public WENKtdObjectives {
   bool has_default_ = false;
 };
 
-class DataOrder final : public WENKtdOrder {
+class HEDRO34_API DataOrder final : public WENKtdOrder {
  public:
   DataOrder() = default;
   explicit DataOrder(std::vector<std::int32_t> entries) : entries_(std::move(entries)) {}
@@ -97,7 +97,7 @@ class DataOrder final : public WENKtdOrder {
   std::vector<std::int32_t> entries_;
 };
 
-class DataOrders final : public WENKtdOrders {
+class HEDRO34_API DataOrders final : public WENKtdOrders {
  public:
   DataOrders() = default;
 
@@ -115,7 +115,7 @@ class DataOrders final : public WENKtdOrders {
   std::vector<Ref<DataOrder>> orders_;
 };
 
-class DataVersions final : public WENKtdVersions {
+class HEDRO34_API DataVersions final : public WENKtdVersions {
  public:
   DataVersions() : orders_(make<DataOrders>()), version_answers_(make<DataStrings>()) {}
 
@@ -142,7 +142,7 @@ class DataVersions final : public WENKtdVersions {
   std::int32_t sequence_question_ = 0;
 };
 
-class DataDocument final : public WENKtdDocument {
+class HEDRO34_API DataDocument final : public WENKtdDocument {
  public:
   DataDocument();
 
@@ -202,6 +202,6 @@ class DataDocument final : public WENKtdDocument {
 };
 
 // Makes the objects above.
-DocumentFactory& data_objects() noexcept;
+HEDRO34_API DocumentFactory& data_objects() noexcept;
 
 }  // namespace hedro34

@@ -17,7 +17,7 @@ struct JsonTable;
 // Positions under keys, without regard to case.
 using DataKeys = std::unordered_map<String, std::int32_t, IgnoringCase, IgnoringCase>;
 
-class DataStrings final : public WENKtdStrings {
+class HEDRO34_API DataStrings final : public WENKtdStrings {
  public:
   DataStrings() = default;
   explicit DataStrings(std::vector<String> texts) : texts_(std::move(texts)) {}
@@ -43,7 +43,7 @@ class DataStrings final : public WENKtdStrings {
 };
 
 // One flag of a list, by its position. It reads and writes the list itself, also an entry that is not there yet.
-class DataObjectiveFlag final : public WENKtdObjectiveFlag {
+class HEDRO34_API DataObjectiveFlag final : public WENKtdObjectiveFlag {
  public:
   DataObjectiveFlag(Ref<DataObjectiveFlags> flags, std::size_t offset) : flags_(std::move(flags)), offset_(offset) {}
 
@@ -57,7 +57,7 @@ class DataObjectiveFlag final : public WENKtdObjectiveFlag {
   std::size_t offset_;
 };
 
-class DataObjectiveFlags final : public WENKtdObjectiveFlags {
+class HEDRO34_API DataObjectiveFlags final : public WENKtdObjectiveFlags {
  public:
   DataObjectiveFlags() = default;
   explicit DataObjectiveFlags(std::vector<bool> flags) : count_(flags.size()), flags_(std::move(flags)) {}
@@ -84,7 +84,7 @@ class DataObjectiveFlags final : public WENKtdObjectiveFlags {
   mutable std::vector<bool> flags_;  // without False ones at the end, as most questions have no objective
 };
 
-class DataQuestion final : public WENKtdQuestion {
+class HEDRO34_API DataQuestion final : public WENKtdQuestion {
  public:
   DataQuestion() = default;
 

@@ -18,7 +18,7 @@ class FormQuestions;
 class FormRegion;
 struct JsonTable;
 
-class FormChoiceList final : public TIBChoiceList {
+class HEDRO34_API FormChoiceList final : public TIBChoiceList {
  public:
   FormChoiceList() = default;
   explicit FormChoiceList(std::vector<String> texts) : texts_(std::move(texts)) {}
@@ -35,7 +35,7 @@ class FormChoiceList final : public TIBChoiceList {
   std::vector<String> texts_;
 };
 
-class FormQuestion final : public TIBQuestion {
+class HEDRO34_API FormQuestion final : public TIBQuestion {
  public:
   FormQuestion() = default;
 
@@ -106,7 +106,7 @@ class FormQuestion final : public TIBQuestion {
   std::int32_t position_ = 0;           // in `questions_`, from 1
 };
 
-class FormQuestions final : public TIBQuestions {
+class HEDRO34_API FormQuestions final : public TIBQuestions {
  public:
   FormQuestions() = default;
   ~FormQuestions() override;

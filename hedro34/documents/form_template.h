@@ -27,7 +27,7 @@ namespace hedro34 {
 class FormRegions;
 class FormTemplate;
 
-class FormRegion final : public TIBRegion {
+class HEDRO34_API FormRegion final : public TIBRegion {
  public:
   FormRegion();
   ~FormRegion() override;
@@ -76,7 +76,7 @@ class FormRegion final : public TIBRegion {
   std::int32_t start_ = 0;       // the number of this region's first field
 };
 
-class FormRegions final : public TIBRegions {
+class HEDRO34_API FormRegions final : public TIBRegions {
  public:
   FormRegions() = default;
   ~FormRegions() override;
@@ -103,7 +103,7 @@ class FormRegions final : public TIBRegions {
   FormTemplate* form_ = nullptr;  // empty when that is gone or has dropped the page
 };
 
-class FormPage final : public TIBPage {
+class HEDRO34_API FormPage final : public TIBPage {
  public:
   FormPage() : regions_(make<FormRegions>()) {}
 
@@ -117,7 +117,7 @@ class FormPage final : public TIBPage {
   Ref<FormRegions> regions_;
 };
 
-class FormPages final : public TIBPages {
+class HEDRO34_API FormPages final : public TIBPages {
  public:
   FormPages() = default;
 
@@ -134,7 +134,7 @@ class FormPages final : public TIBPages {
   FormTemplate* form_ = nullptr;  // empty when that is gone
 };
 
-class FormTemplate final : public TIBTemplate {
+class HEDRO34_API FormTemplate final : public TIBTemplate {
  public:
   FormTemplate();
   ~FormTemplate() override;
@@ -203,6 +203,6 @@ class FormTemplate final : public TIBTemplate {
 };
 
 // Makes the objects above.
-TemplateFactory& form_objects() noexcept;
+HEDRO34_API TemplateFactory& form_objects() noexcept;
 
 }  // namespace hedro34

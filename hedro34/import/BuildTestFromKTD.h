@@ -15,6 +15,6 @@ class DataQuestions;
 // "HEDRO34 - basPublic.BuildTestFromKTD": what was built so far stays in the test.
 // `spent` are the questions of that document when nobody else holds them and it is not used again: each is let go once it is
 // read, so that the test takes over its memory.
-bool BuildTestFromKTD(clsHEDROTest* oTest, WENKtdDocument* oKTD, DataQuestions* spent = nullptr);
+HEDRO34_API bool BuildTestFromKTD(clsHEDROTest* oTest, WENKtdDocument* oKTD, DataQuestions* spent = nullptr);
 
 }  // namespace hedro34

@@ -11,7 +11,7 @@
 
 namespace hedro34 {
 
-class clsHEDRO final : public Object {
+class HEDRO34_API clsHEDRO final : public Object {
  public:
   clsHEDRO();
   ~clsHEDRO() override;

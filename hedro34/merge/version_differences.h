@@ -36,12 +36,12 @@ struct VersionDifference {
 };
 
 // The name of a kind: "count", "missing", "new", "answers", "key", "label", "type".
-StringView name_of(VersionDifference::Kind kind) noexcept;
+HEDRO34_API StringView name_of(VersionDifference::Kind kind) noexcept;
 
 // Whether `ValidTestVersions` looks at differences of the kind; at the others `AddSequence` does.
-bool refuses_validation(VersionDifference::Kind kind) noexcept;
+HEDRO34_API bool refuses_validation(VersionDifference::Kind kind) noexcept;
 
-class VersionComparison {
+class HEDRO34_API VersionComparison {
  public:
   // The labels used already are those of the first test's sequences, or its `Version` when it has none.
   explicit VersionComparison(Ref<clsHEDROTest> first);

@@ -15,7 +15,7 @@ namespace hedro34 {
 
 class IXMLDOMNode;
 
-class clsHEDROTest final : public Object {
+class HEDRO34_API clsHEDROTest final : public Object {
  public:
   clsHEDROTest();
   ~clsHEDROTest() override;

@@ -10,7 +10,7 @@
 
 namespace hedro34 {
 
-class clsHEDROTestCorrect final : public Collection<clsHEDROTestCorrect, std::int16_t> {
+class HEDRO34_API clsHEDROTestCorrect final : public Collection<clsHEDROTestCorrect, std::int16_t> {
  public:
   static constexpr const char16_t* class_name = u"clsHEDROTestCorrect";
 

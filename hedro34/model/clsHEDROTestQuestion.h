@@ -10,7 +10,7 @@
 
 namespace hedro34 {
 
-class clsHEDROTestQuestion final : public Object {
+class HEDRO34_API clsHEDROTestQuestion final : public Object {
  public:
   clsHEDROTestQuestion();
   ~clsHEDROTestQuestion() override;

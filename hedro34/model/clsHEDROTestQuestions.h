@@ -8,7 +8,7 @@
 
 namespace hedro34 {
 
-class clsHEDROTestQuestions final : public Collection<clsHEDROTestQuestions, Ref<clsHEDROTestQuestion>> {
+class HEDRO34_API clsHEDROTestQuestions final : public Collection<clsHEDROTestQuestions, Ref<clsHEDROTestQuestion>> {
  public:
   static constexpr const char16_t* class_name = u"clsHEDROTestQuestions";
 

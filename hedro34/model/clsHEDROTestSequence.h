@@ -6,7 +6,7 @@
 
 namespace hedro34 {
 
-class clsHEDROTestSequence final : public Object {
+class HEDRO34_API clsHEDROTestSequence final : public Object {
  public:
   clsHEDROTestSequence();
   ~clsHEDROTestSequence() override;

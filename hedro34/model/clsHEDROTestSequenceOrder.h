@@ -6,7 +6,7 @@
 
 namespace hedro34 {
 
-class clsHEDROTestSequenceOrder final : public Collection<clsHEDROTestSequenceOrder, std::int32_t> {
+class HEDRO34_API clsHEDROTestSequenceOrder final : public Collection<clsHEDROTestSequenceOrder, std::int32_t> {
  public:
   static constexpr const char16_t* class_name = u"clsHEDROTestSequenceOrder";
 

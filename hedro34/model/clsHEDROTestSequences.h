@@ -5,7 +5,7 @@
 
 namespace hedro34 {
 
-class clsHEDROTestSequences final : public Collection<clsHEDROTestSequences, Ref<clsHEDROTestSequence>> {
+class HEDRO34_API clsHEDROTestSequences final : public Collection<clsHEDROTestSequences, Ref<clsHEDROTestSequence>> {
  public:
   static constexpr const char16_t* class_name = u"clsHEDROTestSequences";
 

@@ -7,7 +7,7 @@
 
 namespace hedro34 {
 
-class clsHEDROTestStrings final : public Collection<clsHEDROTestStrings, String> {
+class HEDRO34_API clsHEDROTestStrings final : public Collection<clsHEDROTestStrings, String> {
  public:
   static constexpr const char16_t* class_name = u"clsHEDROTestStrings";
 

@@ -7,7 +7,7 @@
 
 namespace hedro34 {
 
-class clsHEDROTests final : public Collection<clsHEDROTests, Ref<clsHEDROTest>> {
+class HEDRO34_API clsHEDROTests final : public Collection<clsHEDROTests, Ref<clsHEDROTest>> {
  public:
   static constexpr const char16_t* class_name = u"clsHEDROTests";
 

@@ -43,9 +43,9 @@ struct Leaving {
 };
 
 // Whether a merge takes questions of a type; it removes the others.
-bool is_supported(HEDROTestQuestionType type) noexcept;
+HEDRO34_API bool is_supported(HEDROTestQuestionType type) noexcept;
 
 // What a person calls a type: "multiple choice", "true/false", "essay"; "unknown type" for a number that is none.
-StringView question_type_name(HEDROTestQuestionType type) noexcept;
+HEDRO34_API StringView question_type_name(HEDROTestQuestionType type) noexcept;
 
 }  // namespace hedro34

@@ -8,7 +8,7 @@
 
 namespace hedro34 {
 
-class QuestionId {
+class HEDRO34_API QuestionId {
  public:
   static constexpr std::size_t limit = 50;  // units
 
@@ -16,7 +16,7 @@ class QuestionId {
   QuestionId(const QuestionId&) = delete;
   QuestionId& operator=(const QuestionId& other) { return *this = StringView(other); }
   QuestionId& operator=(StringView text) {
-    if (counted_) ++changes_;
+    if (counted_) count_change();
     text_ = text;
     return *this;
   }
@@ -33,12 +33,13 @@ class QuestionId {
   void count_changes() noexcept { counted_ = true; }
 
   // How often a counted ID was written on this thread. A question stays on the thread that made it, so no change is missed.
-  static std::uint64_t changes() noexcept { return changes_; }
+  static std::uint64_t changes() noexcept;
 
  private:
+  static void count_change() noexcept;
+
   Text<limit> text_;
   bool counted_ = false;
-  static inline constinit thread_local std::uint64_t changes_ = 0;
 };
 
 }  // namespace hedro34

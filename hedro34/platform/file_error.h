@@ -32,13 +32,13 @@ struct FileError {
 };
 
 // The last file error of this thread; kind None, and nothing in it, when its last load or save went well.
-const FileError& last_file_error() noexcept;
+HEDRO34_API const FileError& last_file_error() noexcept;
 
 // Remembers a file error; `clear_file_error` is called at the start of each load and save. Where even the texts find no
 // memory, the reason is "out of memory" and the path empty.
-void set_file_error(FileError error) noexcept;
-void set_file_error(FileError::Kind kind, StringView path, std::string_view reason) noexcept;
-void clear_file_error() noexcept;
+HEDRO34_API void set_file_error(FileError error) noexcept;
+HEDRO34_API void set_file_error(FileError::Kind kind, StringView path, std::string_view reason) noexcept;
+HEDRO34_API void clear_file_error() noexcept;
 
 // Makes the storage of the calling thread's errors, which the first of them makes otherwise.
 void prepare_thread_for_file_errors() noexcept;
@@ -57,6 +57,6 @@ auto unless_out_of_memory(FileError::Kind kind, StringView path, Step step) -> d
 }
 
 // "path: line 3, column 14: reason" or "path: /questions/0/name: reason", in UTF-8; empty for kind None.
-std::string to_line(const FileError& error);
+HEDRO34_API std::string to_line(const FileError& error);
 
 }  // namespace hedro34

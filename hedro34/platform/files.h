@@ -16,7 +16,7 @@
 namespace hedro34 {
 
 // A file opened for reading, closed at the end of its life.
-class InputFile {
+class HEDRO34_API InputFile {
  public:
   // Nothing, and a file error of kind Unreadable, when the system does not open it or it is a folder.
   static std::optional<InputFile> open(StringView path);
@@ -37,11 +37,11 @@ class InputFile {
 };
 
 // The whole content, or nothing and a file error of kind Unreadable. There is room for 64 bytes behind it as a rule.
-std::optional<std::string> read_file(StringView path);
+HEDRO34_API std::optional<std::string> read_file(StringView path);
 
 // Standard input as a file that can be read more than once: its bytes stand on the disk, under no name that outlives this
 // object or the process.
-class SpooledInput {
+class HEDRO34_API SpooledInput {
  public:
   // Reads standard input to its end. Nothing, and a file error of kind Unreadable, at a failure.
   static std::optional<SpooledInput> read();
@@ -59,10 +59,10 @@ class SpooledInput {
 
 // What a path names, as a load would find it; Nothing as well where the system does not tell.
 enum class FileKind { Nothing, Regular, Folder, Other };
-FileKind kind_of(StringView path);
+HEDRO34_API FileKind kind_of(StringView path);
 
 // True when both paths name one file, be it there already or not: equal texts, equal after resolving ".", "..", links and
 // "\", or the same file under two names.
-bool same_file(StringView a, StringView b);
+HEDRO34_API bool same_file(StringView a, StringView b);
 
 }  // namespace hedro34

@@ -15,7 +15,7 @@ inline constexpr std::int32_t box_buttons_mask = 15;
 inline constexpr std::int32_t answer_ok = 1;
 inline constexpr std::int32_t answer_cancel = 2;
 
-class MessageBox {
+class HEDRO34_API MessageBox {
  public:
   virtual ~MessageBox() = default;
 
@@ -25,13 +25,13 @@ class MessageBox {
 
 // Writes title and text to standard error. A question with Cancel is asked where standard input is a terminal; where nobody
 // can be asked the answer is Cancel. Every other box is answered with OK at once.
-class TerminalMessageBox : public MessageBox {
+class HEDRO34_API TerminalMessageBox : public MessageBox {
  public:
   std::int32_t Show(StringView text, std::int32_t flags, StringView title) override;
 };
 
 // What `TerminalMessageBox` writes: the title, then the text, each ending with a line feed, in UTF-8. Control characters but
 // tabs and line feeds become U+FFFD.
-std::string box_as_lines(StringView text, StringView title);
+HEDRO34_API std::string box_as_lines(StringView text, StringView title);
 
 }  // namespace hedro34

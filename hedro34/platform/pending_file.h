@@ -27,7 +27,7 @@ namespace hedro34 {
 // A file written beside its target, as ".hedro34-PROCESS-NUMBER.tmp": complete and flushed to disk when `write` returns, in
 // place after `commit`. Without a commit the target keeps its content and the temporary file is removed. Of a process that
 // was killed it stays, until `remove_abandoned_files`.
-class PendingFile {
+class HEDRO34_API PendingFile {
  public:
   // Nothing, and a file error of kind Unwritable, when it cannot be written; nothing is left behind then. An existing target
   // passes on its permissions and, where the system lets it, its owner; it must be a regular file that may be written. A
@@ -63,10 +63,10 @@ class PendingFile {
 // two programs that do this with the same targets one comes wholly before the other; False, with a file error, as well when
 // somebody else keeps a folder locked for five seconds. Where no lock can be had it goes without. When the process is killed
 // in between, each target is whole, the first ones new and the others old.
-bool commit_together(std::span<PendingFile> files);
+HEDRO34_API bool commit_together(std::span<PendingFile> files);
 
 // Removes the temporary files that killed processes have left in the folder of a path: files of this user whose process is no
 // more and on which nobody holds the lock of a writer. Does nothing where that cannot be told.
-void remove_abandoned_files(StringView path) noexcept;
+HEDRO34_API void remove_abandoned_files(StringView path) noexcept;
 
 }  // namespace hedro34

@@ -17,14 +17,14 @@ class TemplateFactory;
 class XmlDocumentFactory;
 
 // The mouse pointer of the screen, which every report sets back to the default shape.
-class Screen {
+class HEDRO34_API Screen {
  public:
   virtual ~Screen() = default;
   virtual void SetMousePointer(std::int32_t shape) = 0;  // 0: the default shape
 };
 
 // The platform's standard text for an error number.
-class ErrorTexts {
+class HEDRO34_API ErrorTexts {
  public:
   virtual ~ErrorTexts() = default;
   virtual String text(std::int32_t number) = 0;
@@ -39,6 +39,6 @@ struct Platform {
   DocumentFactory* document_objects;  // default: `DataDocument` and its companions
 };
 
-Platform& platform() noexcept;
+HEDRO34_API Platform& platform() noexcept;
 
 }  // namespace hedro34

@@ -22,7 +22,7 @@
 
 namespace hedro34 {
 
-class Report final : public Object {
+class HEDRO34_API Report final : public Object {
  public:
   Ref<WENKtdDocument> Document;  // what the page is about; failure 91 as long as there is none
 

@@ -22,10 +22,10 @@ enum class KeyFault {
 };
 
 // Words for a person, such as "the field has no label for this answer"; empty for `None`.
-StringView words_of(KeyFault fault) noexcept;
+HEDRO34_API StringView words_of(KeyFault fault) noexcept;
 
 // The words for a version whose order ends before its last graded fields.
-String words_on_missing(std::int32_t graded_fields);
+HEDRO34_API String words_on_missing(std::int32_t graded_fields);
 
 struct KeyPlace {
   std::int32_t field = 0;     // from 1
@@ -65,6 +65,6 @@ struct DocumentKeys {
 // version, without a label, in which each question stands at its own field. What an order says of fields that the document
 // does not have is passed over. Time and memory are linear in the questions and the entries of the orders, with the key of
 // each. A failure that an object of the host throws leaves as it is.
-DocumentKeys document_keys(WENKtdDocument& document);
+HEDRO34_API DocumentKeys document_keys(WENKtdDocument& document);
 
 }  // namespace hedro34

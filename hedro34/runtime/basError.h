@@ -19,7 +19,7 @@
 namespace hedro34 {
 
 // Where a failure happened: the class or module and the operation. As text "HEDRO34 - clsHEDROTest.Clear".
-struct Location {
+struct HEDRO34_API Location {
   const char16_t* owner;
   const char16_t* operation;
   bool with_library = true;  // the text starts with the library's name
@@ -29,7 +29,7 @@ struct Location {
 
 // Stores the host's error object for the calling thread, in place of the one before; an empty reference takes it away. Gives
 // whether the reference is not empty. The object is held until the thread ends. Failure 7 when memory is gone.
-bool set_error_object(const Ref<Object>& oErr);
+HEDRO34_API bool set_error_object(const Ref<Object>& oErr);
 
 // Makes the storage of the thread's error object, which the first one makes otherwise.
 void prepare_thread_for_reports() noexcept;
@@ -39,21 +39,22 @@ void prepare_thread_for_reports() noexcept;
 // each by reference, and its result as a 16-bit integer returned. Without an error object, and when the call or the
 // conversion fails, a message box shows the report and the result is 0. Never throws, and allocates nothing on the way to the
 // error object unless there is a line number. Where memory is gone the box says no more than that.
-std::int16_t RaiseError(std::int32_t lLine, Variant vNumber, std::int32_t lExtra1, String sDescription,
-                        String sLocation, String sExtra1, String sExtra2, String sExtra3, String sExtra4,
-                        std::int32_t lExtra2, String sExtra5, String sExtra6, String sExtra7, bool bExtra) noexcept;
+HEDRO34_API std::int16_t RaiseError(std::int32_t lLine, Variant vNumber, std::int32_t lExtra1, String sDescription,
+                                    String sLocation, String sExtra1, String sExtra2, String sExtra3, String sExtra4,
+                                    std::int32_t lExtra2, String sExtra5, String sExtra6, String sExtra7,
+                                    bool bExtra) noexcept;
 
 // Runs `body(context)`. A failure in it is reported with the location, error line 0, and goes no further; as failure 7 when
 // the memory for its words is gone, and without what cannot be made of the words of that. A native fault is a failure where
 // the thread was started (modStartup.h).
-HEDRO34_OPAQUE void run_trapped(const Location& where, void (*body)(void*), void* context) noexcept;
+HEDRO34_API HEDRO34_OPAQUE void run_trapped(const Location& where, void (*body)(void*), void* context) noexcept;
 
 // As `run_trapped`, for the few operations that answer with a neutral value and report nothing. Gives whether the body came
 // to its end.
-HEDRO34_OPAQUE bool run_quietly(void (*body)(void*), void* context) noexcept;
+HEDRO34_API HEDRO34_OPAQUE bool run_quietly(void (*body)(void*), void* context) noexcept;
 
 // As `run_quietly`, and gives the failure that ended the body.
-HEDRO34_OPAQUE std::optional<Failure> run_caught(void (*body)(void*), void* context) noexcept;
+HEDRO34_API HEDRO34_OPAQUE std::optional<Failure> run_caught(void (*body)(void*), void* context) noexcept;
 
 template <class Body>
 void trap(const Location& where, Body body) {

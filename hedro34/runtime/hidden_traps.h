@@ -1,10 +1,12 @@
 // What a call of a host's code does to native faults in it.
 #pragma once
 
+#include "hedro34/base/export.h"
+
 namespace hedro34 {
 
 // While it lives, the traps that are active now catch no native faults: those go to the handler that was there before.
-class HiddenTraps {
+class HEDRO34_API HiddenTraps {
  public:
   HiddenTraps() noexcept;
   ~HiddenTraps();
@@ -19,6 +21,6 @@ class HiddenTraps {
 
 // Calls `called(context)`, a host's code. A native fault in there leaves this call like a failure that was thrown from it, also
 // where the host's frames say nothing to g++'s unwinder, as on Windows in 32 bits.
-void call_foreign(void (*called)(void*), void* context);
+HEDRO34_API void call_foreign(void (*called)(void*), void* context);
 
 }  // namespace hedro34

@@ -11,8 +11,10 @@
 // afterwards a thread that was not has its faults translated too, but for a stack overflow.
 #pragma once
 
+#include "hedro34/base/export.h"
+
 namespace hedro34 {
 
-void Main() noexcept;
+HEDRO34_API void Main() noexcept;
 
 }  // namespace hedro34

@@ -19,6 +19,7 @@
 #include "hedro34/xml/entity_graph.h"
 #include "hedro34/xml/utf16_input.h"
 #include "hedro34/xml/xml_nodes.h"
+#include "hedro34/xml/xml_tree.h"
 
 namespace hedro34 {
 namespace {
@@ -449,6 +450,9 @@ class Documents final : public XmlDocumentFactory {
 };
 
 }  // namespace
+
+ExpatDocument::ExpatDocument() = default;
+ExpatDocument::~ExpatDocument() = default;
 
 bool ExpatDocument::load(const Variant& path) {
   clear_file_error();

@@ -10,13 +10,17 @@
 #include <string_view>
 
 #include "hedro34/xml/xml_document.h"
-#include "hedro34/xml/xml_tree.h"
 
 namespace hedro34 {
 
-class ExpatDocument final : public IXMLDOMDocument2 {
+class XmlTree;
+
+class HEDRO34_API ExpatDocument final : public IXMLDOMDocument2 {
  public:
   static constexpr std::size_t most_nested = 1000;  // elements inside each other, the document element included
+
+  ExpatDocument();
+  ~ExpatDocument() override;
 
   void set_async(bool) override {}  // `load` has always parsed all when it returns
   bool load(const Variant& path) override;
@@ -31,6 +35,6 @@ class ExpatDocument final : public IXMLDOMDocument2 {
 };
 
 // Hands out `ExpatDocument`s.
-XmlDocumentFactory& expat_documents() noexcept;
+HEDRO34_API XmlDocumentFactory& expat_documents() noexcept;
 
 }  // namespace hedro34

@@ -12,7 +12,7 @@ namespace hedro34 {
 class IXMLDOMNamedNodeMap;
 class IXMLDOMNodeList;
 
-class IXMLDOMNode : public Object {
+class HEDRO34_API IXMLDOMNode : public Object {
  public:
   virtual Ref<IXMLDOMNodeList> childNodes() = 0;  // direct children in document order
   virtual StringView nodeName() = 0;              // full name; valid while this node is held
@@ -22,23 +22,23 @@ class IXMLDOMNode : public Object {
   virtual Ref<IXMLDOMNamedNodeMap> attributes() = 0;  // empty reference for a node that cannot have any
 };
 
-class IXMLDOMElement : public IXMLDOMNode {};
+class HEDRO34_API IXMLDOMElement : public IXMLDOMNode {};
 
-class IXMLDOMNodeList : public Object {
+class HEDRO34_API IXMLDOMNodeList : public Object {
  public:
   virtual std::int32_t length() = 0;
   virtual Ref<IXMLDOMNode> item(std::int32_t index) = 0;  // from 0, constant time; empty reference outside
   virtual Ref<IXMLDOMNode> nextNode() = 0;                // the first call gives the first node
 };
 
-class IXMLDOMNamedNodeMap : public Object {
+class HEDRO34_API IXMLDOMNamedNodeMap : public Object {
  public:
   virtual Ref<IXMLDOMNode> getNamedItem(StringView name) = 0;  // exactly that name, or an empty reference
   virtual std::int32_t length() = 0;
   virtual Ref<IXMLDOMNode> item(std::int32_t index) = 0;  // from 0, in the document's order; empty reference outside
 };
 
-class IXMLDOMDocument2 : public Object {
+class HEDRO34_API IXMLDOMDocument2 : public Object {
  public:
   virtual void set_async(bool value) = 0;  // False: `load` returns when parsing has ended
 
@@ -51,7 +51,7 @@ class IXMLDOMDocument2 : public Object {
   virtual Ref<IXMLDOMNodeList> getElementsByTagName(StringView name) = 0;  // exact case, any depth, document order
 };
 
-class XmlDocumentFactory {
+class HEDRO34_API XmlDocumentFactory {
  public:
   virtual ~XmlDocumentFactory() = default;
   // A new, empty document; throws failure 429 when there is none to be had.

@@ -66,9 +66,9 @@ TEST(Guards, AreGoneAfterALongJump) {
   static std::jmp_buf way_out;
   static constexpr auto jump = [] { std::longjmp(way_out, 1); };
   static constexpr void (*ways[])() = {jump, jump, [] {
-                                         HostCall::faults_are_failures = false;
+                                         HostCall::set_faults_are_failures(false);
                                          const HostCall call;
-                                         HostCall::faults_are_failures = true;
+                                         HostCall::set_faults_are_failures(true);
                                          call.make(jump);
                                        }};
   static std::size_t way = 0;

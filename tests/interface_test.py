@@ -1,0 +1,18 @@
+#!/usr/bin/env python3
+"""What programs are compiled against stays as tests/interface/headers.txt has it; --update enters what is new on purpose."""
+
+import pathlib
+import re
+import sys
+import tempfile
+
+SOURCES = pathlib.Path(__file__).resolve().parent.parent
+sys.path.insert(0, str(SOURCES / "tests/interface"))
+from frozen import compare  # noqa: E402
+from headers import Headers  # noqa: E402
+
+with tempfile.TemporaryDirectory() as name:
+    version = pathlib.Path(name, "hedro34/version.h")
+    version.parent.mkdir()
+    version.write_text(re.sub("@.*?@", "0", (SOURCES / "hedro34/version.h.in").read_text(encoding="utf-8")), encoding="utf-8")
+    compare(SOURCES / "tests/interface/headers.txt", Headers(SOURCES, name).lines())
