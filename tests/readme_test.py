@@ -25,10 +25,12 @@ def targets(page):
     return names
 
 
+PAGES = [page for pattern in ("*.md", "*/*.md", "clients/*/*.md", "tests/*/*.md") for page in SOURCES.glob(pattern)]
+
+
 class Readme(ProgramTest):
     def test_links(self):
-        pages = [page for pattern in ("*.md", "*/*.md", "clients/*/*.md", "tests/*/*.md") for page in SOURCES.glob(pattern)]
-        links = [(page, *link) for page in pages
+        links = [(page, *link) for page in PAGES
                  for link in re.findall(r"\]\((?!https?:)([^)#\s]*)#?([^)\s]*)\)", page.read_text(encoding="utf-8"))]
         self.assertGreater(len(links), 60)
         for page, file, heading in links:
@@ -41,6 +43,13 @@ class Readme(ProgramTest):
         index = (SOURCES / "docs/README.md").read_text(encoding="utf-8")
         for page in (SOURCES / "docs").glob("*.md"):
             self.assertTrue(page.name == "README.md" or f"({page.name})" in index, page.name)
+
+    def test_scripts_are_there(self):
+        named = {(page.name, name) for page in PAGES if page.name != "CHANGELOG.md"
+                 for name in re.findall(r"\bscripts/[a-z-]*[a-z]\b(?!-\*)", page.read_text(encoding="utf-8"))}
+        self.assertGreater(len(named), 15)
+        for page, name in sorted(named):
+            self.assertTrue((SOURCES / name).is_file(), f"{page}: {name}")
 
     def test_block_is_the_example(self):
         readme, source = ((SOURCES / name).read_text(encoding="utf-8") for name in ("README.md", "examples/merge.cpp"))
