@@ -12,11 +12,13 @@ HEDRO34_API char16_t upper_from_table(char16_t unit) noexcept;
 HEDRO34_API char16_t lower_from_table(char16_t unit) noexcept;
 }  // namespace detail
 
+// The unit as a capital.
 inline char16_t upper(char16_t unit) noexcept {
   if (unit >= 0x80) return detail::upper_from_table(unit);
   return unit >= u'a' && unit <= u'z' ? static_cast<char16_t>(unit - 0x20) : unit;
 }
 
+// The unit as a small letter.
 inline char16_t lower(char16_t unit) noexcept {
   if (unit >= 0x80) return detail::lower_from_table(unit);
   return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + 0x20) : unit;

@@ -1,6 +1,6 @@
 // A run-time failure: a number and a description, thrown where a statement cannot be carried out and caught by the trap of
-// the operation that it belongs to. The failures that the library's own parts raise are listed in `failures`; a host's
-// objects may throw others, and number and description reach the report unchanged.
+// the operation that it belongs to. The library's own parts raise those of `FailureNumber`; a host's objects may throw
+// others, and number and description reach the report unchanged.
 #pragma once
 
 #include <cstdint>

@@ -42,6 +42,7 @@ class HEDRO34_API Object {
   // Whether more than one reference holds the object.
   bool shared() const noexcept { return count_ > 1; }
 
+  // Count one holder more and one less; the last one ends the object. `Ref` does both.
   void retain() const noexcept { ++count_; }
   void release() const noexcept {
     if (--count_ == 0) end();
@@ -105,6 +106,7 @@ class Ref {
   T* object_ = nullptr;
 };
 
+// A new object, constructed with the arguments.
 template <class T, class... Arguments>
 Ref<T> make(Arguments&&... arguments) {
   return Ref<T>(std::make_unique<T>(std::forward<Arguments>(arguments)...).release());

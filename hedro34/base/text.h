@@ -12,6 +12,7 @@
 
 namespace hedro34 {
 
+// Text, and a view of text that lies elsewhere.
 using String = std::u16string;
 using StringView = std::u16string_view;
 

@@ -13,9 +13,11 @@
 
 namespace hedro34 {
 
+// The value of a variant that was given none.
 struct Empty {
   friend bool operator==(Empty, Empty) = default;
 };
+// The null of a database.
 struct Null {
   friend bool operator==(Null, Null) = default;
 };
@@ -24,6 +26,7 @@ struct Missing {
   friend bool operator==(Missing, Missing) = default;
 };
 
+// A Boolean or a number that a variant can hold.
 template <class T>
 concept PlainValue = std::same_as<T, bool> || std::same_as<T, std::int8_t> || std::same_as<T, std::uint8_t> ||
     std::same_as<T, std::int16_t> || std::same_as<T, std::int32_t> || std::same_as<T, std::int64_t> ||
@@ -49,6 +52,7 @@ class Variant {
   Variant(Array<String> value) noexcept : value_(std::move(value)) {}
   Variant(Array<std::int32_t> value) noexcept : value_(std::move(value)) {}
 
+  // Whether the value is a `T`.
   template <class T>
   bool is() const noexcept {
     return std::holds_alternative<T>(value_);
@@ -59,11 +63,13 @@ class Variant {
     return index >= Value(std::in_place_type<std::int8_t>).index() &&
            index <= Value(std::in_place_type<double>).index();
   }
+  // The text, or the value that is a `T`; null for a variant of another kind.
   const String* text() const noexcept { return std::get_if<String>(&value_); }
   template <class T>
   const T* get_if() const noexcept {
     return std::get_if<T>(&value_);
   }
+  // The value, of whatever kind.
   const Value& value() const noexcept { return value_; }
   Value& value() noexcept { return value_; }
 

@@ -16,6 +16,7 @@
 
 namespace hedro34 {
 
+// An entry of the registry.
 struct RegisteredClass {
   String name;  // such as "HEDRO34.clsHEDRO"; not empty
   binary::GUID id{};
@@ -26,6 +27,7 @@ struct RegisteredClass {
 
 // What a system's registry says of a type library, beside the classes in it. A file has no place for it.
 struct RegisteredTypeLibrary {
+  // An interface of it.
   struct Interface {
     String name;
     binary::GUID id{};
@@ -46,10 +48,10 @@ HEDRO34_API String class_registry_path();
 
 // Adds the classes, and the type library where one is given. A registry that says all this already is not written, so that
 // nothing has to be writable for it.
-//   In a file, a class with the name (in any case) or the identifier of a class that is there takes its place, and of two
+// In a file, a class with the name (in any case) or the identifier of a class that is there takes its place, and of two
 // such classes the first one's; all others stay, in their order, and what is new goes to the end. Within `classes` a later
 // one replaces an earlier one.
-//   In the system's registry, they are entered for the machine, where the user may do that, else for the user.
+// In the system's registry, they are entered for the machine, where the user may do that, else for the user.
 //   REGDB_E_READREGDB   the registry is damaged or unreadable, and was left alone
 //   REGDB_E_WRITEREGDB  it cannot be written, or a class has no name or no absolute path; the registry keeps its content
 HEDRO34_API binary::HRESULT register_classes(std::span<const RegisteredClass> classes,

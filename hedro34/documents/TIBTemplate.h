@@ -32,26 +32,31 @@ class HEDRO34_API TIBTemplate : public Object {
   virtual Ref<TIBTemplate> Copy(bool bOption) = 0;  // an independent copy
 };
 
+// The pages of a template.
 class HEDRO34_API TIBPages : public Object {
  public:
   virtual std::int32_t Count() = 0;
   virtual Ref<TIBPage> Item(const Variant& Index) = 0;
 };
 
+// A page of a template.
 class HEDRO34_API TIBPage : public Object {
  public:
   virtual Ref<TIBRegions> Regions() = 0;
 };
 
+// The regions of a page.
 class HEDRO34_API TIBRegions : public Object {
  public:
   virtual std::int32_t Count() = 0;
   // Appends the region and keeps it; the optional arguments are left out by the merge.
   virtual std::int16_t Add(const Ref<TIBRegion>& region, const Variant& option1 = missing,
                            const Variant& option2 = missing) = 0;
+
   virtual Ref<TIBRegion> Item(const Variant& Index) = 0;
 };
 
+// A region of a page, with one field or several.
 class HEDRO34_API TIBRegion : public Object {
  public:
   virtual Ref<TIBQuestions> Questions() = 0;
@@ -68,6 +73,7 @@ class HEDRO34_API TIBRegion : public Object {
   virtual void SetSubjectiveRegion(bool value) = 0;
 };
 
+// The fields of a region.
 class HEDRO34_API TIBQuestions : public Object {
  public:
   virtual std::int32_t Count() = 0;
@@ -75,6 +81,7 @@ class HEDRO34_API TIBQuestions : public Object {
   virtual void Add() = 0;  // appends one new field
 };
 
+// A field: what is marked on the sheet for one question.
 class HEDRO34_API TIBQuestion : public Object {
  public:
   virtual String QuestionText() = 0;
@@ -97,6 +104,7 @@ class HEDRO34_API TIBQuestion : public Object {
   virtual std::int32_t FieldNumber(bool bOption) = 0;  // places the field in the template
 };
 
+// The texts of a field's choices: what they bear, or what they stand for.
 class HEDRO34_API TIBChoiceList : public Object {
  public:
   virtual std::int32_t Count() = 0;
@@ -104,6 +112,7 @@ class HEDRO34_API TIBChoiceList : public Object {
   virtual Array<String> AsArray(std::int32_t lower_bound) = 0;
 };
 
+// Makes the regions that a merge adds to a template.
 class HEDRO34_API TemplateFactory {
  public:
   virtual ~TemplateFactory() = default;

@@ -33,6 +33,7 @@ class HEDRO34_API WENKtdDocument : public Object {
   virtual void PrepareDefaults() = 0;
 };
 
+// The questions of a document.
 class HEDRO34_API WENKtdQuestions : public Object {
  public:
   virtual std::int32_t Count() = 0;
@@ -40,6 +41,7 @@ class HEDRO34_API WENKtdQuestions : public Object {
   virtual Ref<WENKtdQuestion> Item(const Variant& Index) = 0;
 };
 
+// A question of a document: its field, its key and its texts.
 class HEDRO34_API WENKtdQuestion : public Object {
  public:
   virtual Ref<WENKtdStrings> ChoiceLabels() = 0;
@@ -86,6 +88,7 @@ class HEDRO34_API WENKtdQuestion : public Object {
   virtual void SetNotes(const String& value) = 0;
 };
 
+// Texts in order; one that was added with a key has that as well.
 class HEDRO34_API WENKtdStrings : public Object {
  public:
   virtual std::int32_t Count() = 0;
@@ -95,6 +98,7 @@ class HEDRO34_API WENKtdStrings : public Object {
   virtual Array<String> AsArray() = 0;
 };
 
+// The objectives of a document.
 class HEDRO34_API WENKtdObjectives : public Object {
  public:
   virtual std::int32_t Count() = 0;  // the default objective included
@@ -103,24 +107,28 @@ class HEDRO34_API WENKtdObjectives : public Object {
   virtual bool Exists(const Variant& key) = 0;
 };
 
+// An objective of a document.
 class HEDRO34_API WENKtdObjective : public Object {
  public:
   virtual String Name() = 0;
   virtual void SetName(const String& value) = 0;
 };
 
+// Which objectives of the document a question has, by their positions.
 class HEDRO34_API WENKtdObjectiveFlags : public Object {
  public:
   virtual void Add(const Variant& value) = 0;
   virtual Ref<WENKtdObjectiveFlag> Item(std::int32_t position) = 0;
 };
 
+// Whether a question has one objective.
 class HEDRO34_API WENKtdObjectiveFlag : public Object {
  public:
   virtual Variant Value() = 0;  // a Boolean; a null counts as False
   virtual void SetValue(const Variant& value) = 0;
 };
 
+// The versions of the test.
 class HEDRO34_API WENKtdVersions : public Object {
  public:
   virtual Ref<WENKtdOrders> Orders() = 0;
@@ -129,6 +137,7 @@ class HEDRO34_API WENKtdVersions : public Object {
   virtual std::int32_t VersionMode() = 0;  // 2: the orders are to be read
 };
 
+// The orders of the versions.
 class HEDRO34_API WENKtdOrders : public Object {
  public:
   virtual std::int32_t Count() = 0;
@@ -137,6 +146,7 @@ class HEDRO34_API WENKtdOrders : public Object {
   virtual Ref<WENKtdOrder> Item(const Variant& Index) = 0;
 };
 
+// The order of one version: for each of its fields the question that stands there.
 class HEDRO34_API WENKtdOrder : public Object {
  public:
   virtual std::int32_t Count() = 0;
@@ -144,6 +154,7 @@ class HEDRO34_API WENKtdOrder : public Object {
   virtual void FromArray(const Array<std::int32_t>& entries) = 0;
 };
 
+// Makes documents, and the objects that are added to them.
 class HEDRO34_API DocumentFactory {
  public:
   virtual ~DocumentFactory() = default;

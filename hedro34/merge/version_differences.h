@@ -15,6 +15,7 @@
 
 namespace hedro34 {
 
+// One difference between a version and the first test.
 struct VersionDifference {
   enum class Kind {
     Count,    // another number of questions; `first` and `here` are the numbers
@@ -41,6 +42,7 @@ HEDRO34_API StringView name_of(VersionDifference::Kind kind) noexcept;
 // Whether `ValidTestVersions` looks at differences of the kind; at the others `AddSequence` does.
 HEDRO34_API bool refuses_validation(VersionDifference::Kind kind) noexcept;
 
+// Compares the further versions of a test with the first one, one after the other.
 class HEDRO34_API VersionComparison {
  public:
   // The labels used already are those of the first test's sequences, or its `Version` when it has none.

@@ -57,8 +57,10 @@ class HEDRO34_API SpooledInput {
   String path_;
 };
 
-// What a path names, as a load would find it; Nothing as well where the system does not tell.
+// What a path can name.
 enum class FileKind { Nothing, Regular, Folder, Other };
+
+// What a path names, as a load would find it; Nothing as well where the system does not tell.
 HEDRO34_API FileKind kind_of(StringView path);
 
 // True when both paths name one file, be it there already or not: equal texts, equal after resolving ".", "..", links and

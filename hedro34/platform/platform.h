@@ -39,6 +39,7 @@ struct Platform {
   DocumentFactory* document_objects;  // default: `DataDocument` and its companions
 };
 
+// The services that the library uses, to be read and changed.
 HEDRO34_API Platform& platform() noexcept;
 
 }  // namespace hedro34

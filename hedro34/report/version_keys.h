@@ -27,6 +27,7 @@ HEDRO34_API StringView words_of(KeyFault fault) noexcept;
 // The words for a version whose order ends before its last graded fields.
 HEDRO34_API String words_on_missing(std::int32_t graded_fields);
 
+// What stands at one field in one version.
 struct KeyPlace {
   std::int32_t field = 0;     // from 1
   std::int32_t question = 0;  // the question of the document that stands there, from 1; 0 when there is none
@@ -43,6 +44,7 @@ struct KeyPlace {
   bool on_sheet() const noexcept { return fault == KeyFault::None; }  // the key can be marked as it stands here
 };
 
+// The key of one version.
 struct VersionKey {
   String label;                  // the version's identifier; empty when the document has no versions
   std::vector<KeyPlace> places;  // from the first field on, as many as the order names
@@ -55,6 +57,7 @@ struct VersionKey {
   }
 };
 
+// The keys of a document.
 struct DocumentKeys {
   std::vector<KeyPlace> own;         // each question of the document at its own field, whatever the versions say
   std::vector<VersionKey> versions;  // at least one

@@ -56,12 +56,14 @@ HEDRO34_API HEDRO34_OPAQUE bool run_quietly(void (*body)(void*), void* context) 
 // As `run_quietly`, and gives the failure that ended the body.
 HEDRO34_API HEDRO34_OPAQUE std::optional<Failure> run_caught(void (*body)(void*), void* context) noexcept;
 
+// As `run_trapped`, with a function object as body.
 template <class Body>
 void trap(const Location& where, Body body) {
   run_trapped(
       where, [](void* context) { (*static_cast<Body*>(context))(); }, &body);
 }
 
+// As `run_quietly`, with a function object as body.
 template <class Body>
 bool quietly(Body body) {
   return run_quietly([](void* context) { (*static_cast<Body*>(context))(); }, &body);
@@ -78,6 +80,7 @@ Result trap(const Location& where, Body body) {
   return result;
 }
 
+// As `quietly`, with a result like that of `trap`.
 template <class Result, class Body>
 Result quietly(Body body) {
   Result result{};
@@ -85,6 +88,7 @@ Result quietly(Body body) {
   return result;
 }
 
+// As `run_caught`, with a function object as body.
 template <class Body>
 std::optional<Failure> caught(Body body) {
   return run_caught([](void* context) { (*static_cast<Body*>(context))(); }, &body);

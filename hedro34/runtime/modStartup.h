@@ -1,5 +1,5 @@
-// The start-up of the library on a thread. The component does it before the first object on a thread exists; a program that
-// links the library calls it itself, once for each thread:
+// `Main`, the start-up of the library on a thread. The component does it before the first object on a thread exists; a program
+// that links the library calls it itself, once for each thread:
 //
 //   int main() {
 //     hedro34::Main();

@@ -12,6 +12,7 @@ namespace hedro34 {
 class IXMLDOMNamedNodeMap;
 class IXMLDOMNodeList;
 
+// A node: an element, a text or an attribute.
 class HEDRO34_API IXMLDOMNode : public Object {
  public:
   virtual Ref<IXMLDOMNodeList> childNodes() = 0;  // direct children in document order
@@ -22,8 +23,10 @@ class HEDRO34_API IXMLDOMNode : public Object {
   virtual Ref<IXMLDOMNamedNodeMap> attributes() = 0;  // empty reference for a node that cannot have any
 };
 
+// A node that is an element.
 class HEDRO34_API IXMLDOMElement : public IXMLDOMNode {};
 
+// Nodes in order, by position or one after the other.
 class HEDRO34_API IXMLDOMNodeList : public Object {
  public:
   virtual std::int32_t length() = 0;
@@ -31,6 +34,7 @@ class HEDRO34_API IXMLDOMNodeList : public Object {
   virtual Ref<IXMLDOMNode> nextNode() = 0;                // the first call gives the first node
 };
 
+// The attributes of an element.
 class HEDRO34_API IXMLDOMNamedNodeMap : public Object {
  public:
   virtual Ref<IXMLDOMNode> getNamedItem(StringView name) = 0;  // exactly that name, or an empty reference
@@ -38,6 +42,7 @@ class HEDRO34_API IXMLDOMNamedNodeMap : public Object {
   virtual Ref<IXMLDOMNode> item(std::int32_t index) = 0;  // from 0, in the document's order; empty reference outside
 };
 
+// A document: empty, or what `load` has read.
 class HEDRO34_API IXMLDOMDocument2 : public Object {
  public:
   virtual void set_async(bool value) = 0;  // False: `load` returns when parsing has ended
@@ -51,6 +56,7 @@ class HEDRO34_API IXMLDOMDocument2 : public Object {
   virtual Ref<IXMLDOMNodeList> getElementsByTagName(StringView name) = 0;  // exact case, any depth, document order
 };
 
+// Makes the documents into which the import reads files.
 class HEDRO34_API XmlDocumentFactory {
  public:
   virtual ~XmlDocumentFactory() = default;
