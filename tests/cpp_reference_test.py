@@ -27,7 +27,7 @@ class CppReference(unittest.TestCase):
             "```cpp\nbool Merge();\n```\n\nMerges the first test with `TemplateIn`: the n-th graded field takes the n-th question.",
             "\nbool RemoveAll();  // each from the last one down; gives whether nothing is left\n",
             "```cpp\nString upper(StringView text);\nString lower(StringView text);\n```\n\nSimple mappings of each unit",
-            "#### `FormTemplate`\n\nDerived from [`TIBTemplate`](#tibtemplate), with all that stands there.\n",
+            "#### FormTemplate\n\nDerived from [`TIBTemplate`](#tibtemplate), with all that stands there.\n",
             # a field, a constant, the value of an enumeration
             "| `Ref<clsHEDROTests> Tests` | the test at position 1, its further versions behind it |\n",
             "| `Text<> QuestionText` |", "| `std::int32_t box_stop = 16` | stop icon |\n",

@@ -51,6 +51,14 @@ class Readme(ProgramTest):
         for page, name in sorted(named):
             self.assertTrue((SOURCES / name).is_file(), f"{page}: {name}")
 
+    def test_version_is_that_of_the_interface(self):
+        build = (SOURCES / "CMakeLists.txt").read_text(encoding="utf-8")
+        interface = re.search(r"^project\(HEDRO34 VERSION (\d+\.\d+)\.", build, re.MULTILINE)[1]
+        named = [(page.name, number) for page in PAGES if page.name != "CHANGELOG.md" for number in re.findall(
+            r"(?:find_package\(HEDRO34 |libhedro34(?:-component)?\.so\.)(\d[\d.]*\d)", page.read_text(encoding="utf-8"))]
+        self.assertGreater(len(named), 5)
+        self.assertEqual([name for name in named if name[1] != interface], [])
+
     def test_block_is_the_example(self):
         readme, source = ((SOURCES / name).read_text(encoding="utf-8") for name in ("README.md", "examples/merge.cpp"))
         self.assertEqual(re.findall(r"^```cpp\n(.*?)^```$", readme, re.MULTILINE | re.DOTALL), [source])
