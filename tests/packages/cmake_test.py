@@ -4,17 +4,10 @@
 import pathlib
 import shutil
 
-from support import INTERFACE, OUT, SOURCES, VERSION, attempt, configure, make, run
+from support import INTERFACE, OUT, SOURCES, VERSION, attempt, configure, fresh, make, run
 
 FIRST_KEY = "1. "  # what the example of the README prints first
 COMPILERS, STANDARDS = ("g++", "clang++"), (20, 23)
-
-
-def fresh(name):
-    folder = OUT / name
-    shutil.rmtree(folder, ignore_errors=True)
-    folder.mkdir(parents=True)
-    return folder
 
 
 def works(program, examples, name):

@@ -3,6 +3,7 @@
 import os
 import pathlib
 import re
+import shutil
 import subprocess
 import sys
 
@@ -27,6 +28,14 @@ def run(*command, cwd=None, env=None, timeout=900):
     if code != 0:
         sys.exit(f"{' '.join(map(str, command))}\n{printed}exit code {code}")
     return printed
+
+
+def fresh(name):
+    """An empty folder below OUT."""
+    folder = OUT / name
+    shutil.rmtree(folder, ignore_errors=True)
+    folder.mkdir(parents=True)
+    return folder
 
 
 def configure(build, *options):

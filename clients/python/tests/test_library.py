@@ -273,8 +273,11 @@ class Registry(unittest.TestCase):
     def test_road(self) -> None:
         create = "import hedro34; print(hedro34.create('Hedro34.CLSHedroTest').Source)"
         library = str(Path(LIBRARY).resolve())
+        named = "import hedro34, sys; hedro34.create('FormTemplate', sys.argv[1]).Load('/no'); print(hedro34.last_file_error())"
         steps = [
             (("-c", create), "python3 -m hedro34 register"),
+            (("-m", "hedro34", "register"), "hedro34: this package was installed without a library: give the path of one"),
+            (("-c", named, library), "/no: No such file or directory\n"),
             (("-m", "hedro34", "register", library), f"registered in {self.path}\n"),
             (("-c", create), "0\n"),
             (("-m", "hedro34", "list"), f"HEDRO34.clsHEDRO {{1A11377D-4B0A-4D1C-958B-625FA5F427D6}} {library}\n"),
