@@ -52,9 +52,9 @@ def shown(library, headers, called):
     kinds = {name.removesuffix(f"@@{version}"): kind for name, kind in with_version.items()}
     assert called <= kinds.keys(), f"headers call what is hidden: {demangled(called - kinds.keys())}"
     tables = {f"{what} for hedro34::{name}" for name in headers.with_tables() for what in ("vtable", "typeinfo")}
-    names = demangled(kinds)
-    return sorted({text for text, (name, kind) in zip(names, kinds.items())
-                   if text in tables or kind not in "VWu" and (name in called or name not in headers.hidden())})
+    of_no_use = headers.hidden() - called
+    return sorted({text for text, (name, kind) in zip(demangled(kinds), kinds.items())
+                   if text in tables or kind == "T" and name not in of_no_use})
 
 
 build = configure("shared", "-DBUILD_SHARED_LIBS=ON", "-DHEDRO34_BUILD_PROGRAM=OFF", "-DHEDRO34_BUILD_COMPONENT=OFF",
