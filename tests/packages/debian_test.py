@@ -7,12 +7,11 @@ import pathlib
 import re
 import shutil
 import signal
-import subprocess
 import sys
 import tempfile
 import time
 
-from support import INTERFACE, OUT, SOURCES, VERSION, run
+from support import INTERFACE, OUT, SOURCES, VERSION, attempt, run
 
 KEPT = OUT / "system"  # the minimal system as an archive, and what was downloaded for it
 ARCHIVES = KEPT / "archives"
@@ -116,6 +115,7 @@ def compile_programs(root):
         for standard, name in ((20, "20"), (23, "2b")):  # as both compilers of that system know it
             said = inside(root, f"""
                 cd
+                test -s /usr/share/man/man3/hedro34-interfaces.3.gz
                 rm -rf build biology.ktd biology-merged.form.json
                 {compiler} -std=c++{name} {DOCUMENTS}/examples/merge.cpp -o example $(pkg-config --cflags --libs hedro34)
                 ./example
@@ -141,7 +141,7 @@ def main():
     step("made")
     run("lintian", "--fail-on", "error,warning", *ours)
     step("read by lintian")
-    if AS_ROOT and (not shutil.which("sudo") or subprocess.run(["sudo", "-n", "true"], check=False).returncode):
+    if AS_ROOT and (not shutil.which("sudo") or attempt(*AS_ROOT, "true")[0] != 0):
         print("debian_test: the packages were not installed: that takes root or sudo", file=sys.stderr)
         return
 
