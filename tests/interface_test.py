@@ -23,4 +23,5 @@ with tempfile.TemporaryDirectory() as name:
     version = pathlib.Path(name, "hedro34/version.h")
     version.parent.mkdir()
     version.write_text(re.sub("@.*?@", "0", (SOURCES / "hedro34/version.h.in").read_text(encoding="utf-8")), encoding="utf-8")
-    compare(SOURCES / "tests/interface/headers.txt", Headers(SOURCES, name).lines())
+    explained = re.findall(r"^### \[(.*?)\]", (SOURCES / "docs/cpp.md").read_text(encoding="utf-8"), re.MULTILINE)
+    compare(SOURCES / "tests/interface/headers.txt", Headers(SOURCES, name).lines(explained))

@@ -1,5 +1,6 @@
-"""What a program is compiled against, read from the public headers by castxml: enumerations, constants, the functions of the
-library, and of each class its size, its fields and its virtual functions. A line for each says all of it."""
+"""What a program is compiled against, read from the public headers by castxml: enumerations, constants, other names of types,
+functions, and of each class its size, its fields and its virtual functions. A line for each says all of it; what cannot be read
+this way docs/stability.md names."""
 
 import subprocess
 import tempfile
@@ -29,24 +30,33 @@ class Headers:
                 places.setdefault(place, []).append(node)
         self.own = [node for place in sorted(places) for node in places[place]]
 
-    def lines(self):
-        """The description, in the order of the headers' names and then of their lines."""
-        found, templates = [], set()
+    def lines(self, explained):
+        """The description, in the order of the headers' names and then of their lines; of inline functions those that stand in
+        `explained`, the headers that programs are to use."""
+        found, known = [], set()
         for node in self.own:
-            if node.tag in CLASSES and node.get("incomplete") is None and node.get("name"):
-                template = node.get("name").split("<")[0], node.get("file"), node.get("line")
-                if "<" not in node.get("name") or template not in templates:  # of a template one class is enough
-                    found += self.of_class(node)
-                    templates.add(template)
-            elif node.tag == "Enumeration":
-                name = self.name(node).rstrip(":")
-                found.append(f"enum {name}: {int(node.get('size')) // 8} bytes")
-                found += [f"enum {name}: {value.get('name')} = {value.get('init')}" for value in node]
-            elif node.tag == "Variable" and node.get("access") != "private" and not self.opaque(node):
-                found.append(f"{self.type(node.get('type'))} {self.name(node)} = {node.get('init')}")
-            elif node.tag in FUNCTIONS and self.in_library(node) and node.get("access") != "private":
-                found.append(self.signature(node))
+            lines = list(self.of(node, explained))
+            place = node.tag, node.get("file"), node.get("line"), node.get("name", "").split("<")[0]
+            if lines and place not in known:  # of a template one class is enough
+                found += lines
+                known.add(place)
         return list(dict.fromkeys(found))
+
+    def of(self, node, explained):
+        if node.tag in CLASSES and node.get("incomplete") is None and node.get("name"):
+            yield from self.of_class(node)
+        elif node.tag == "Typedef":
+            yield f"using {self.name(node)} = {self.type(node.get('type'))}"
+        elif node.tag == "Enumeration":
+            name = self.name(node).rstrip(":")
+            yield f"enum {name}: {int(node.get('size')) // 8} bytes"
+            yield from (f"enum {name}: {value.get('name')} = {value.get('init')}" for value in node)
+        elif node.get("access") == "private":
+            return
+        elif node.tag == "Variable" and not self.opaque(node):
+            yield f"{self.type(node.get('type'))} {self.name(node)} = {node.get('init')}"
+        elif node.tag in FUNCTIONS and (self.in_library(node) or self.inline(node, explained)):
+            yield self.signature(node)
 
     def hidden(self):
         """The mangled names of what the library has and no header lets a program name."""
@@ -76,9 +86,21 @@ class Headers:
                 yield f"{name}: virtual {place} {self.signature(member)}"
 
     @staticmethod
-    def in_library(node):
-        of_template = f"{node.get('name')}I" in (node.get("mangled") or "")
-        return not of_template and not any(node.get(word) for word in ("inline", "artificial", "pure_virtual", "deleted"))
+    def is_written(node):
+        """Whether it is a function that stands in the headers as it is: made by no template, nor by the compiler."""
+        mangled = node.get("mangled") or ""
+        of_template = f"{node.get('name')}I" in mangled or not mangled and node.tag not in ("Constructor", "Destructor")
+        return not of_template and not any(node.get(word) for word in ("artificial", "pure_virtual", "deleted"))
+
+    def in_library(self, node):
+        return self.is_written(node) and not node.get("inline")
+
+    def inline(self, node, explained):
+        """Whether it is a function that each program compiles itself. A virtual one stands with the class that began it."""
+        header = self.nodes[node.get("file")].get("name").removeprefix(self.include)
+        context = self.nodes[node.get("context")]
+        return (header in explained and self.is_written(node) and not node.get("virtual")
+                and context.get("name") not in ("", "detail") and context.get("access") != "private")
 
     def opaque(self, node):
         """Whether it is a variable of a type that the headers only name."""
@@ -88,10 +110,11 @@ class Headers:
     def signature(self, node):
         returns = f"{self.type(node.get('returns'))} " if node.get("returns") else ""
         arguments = ", ".join(self.type(argument.get("type")) for argument in node.findall("Argument"))
-        tilde = "~" if node.tag == "Destructor" else ""
-        word = "operator" if node.tag in ("OperatorFunction", "OperatorMethod") else ""
-        name = self.name(node, tilde + word)
-        return f"{returns}{name}({arguments})" + (" const" if node.get("const") else "")
+        front = {"Destructor": "~", "OperatorFunction": "operator", "OperatorMethod": "operator"}.get(node.tag, "")
+        if node.tag == "Converter":
+            front, returns = f"operator {returns.rstrip()}", ""
+        static = "static " if node.get("static") else ""
+        return f"{static}{returns}{self.name(node, front)}({arguments})" + (" const" if node.get("const") else "")
 
     def name(self, node, front=""):
         """With namespace and class, but for our own namespace; `front` stands before the last word."""
@@ -105,8 +128,8 @@ class Headers:
         node = self.nodes.get(identifier)
         if node is None:  # with "c" for const behind the one that is there
             return "const " + self.type(identifier[:-1])
-        if node.tag in ("PointerType", "ReferenceType", "RValueReferenceType"):
-            return self.type(node.get("type")) + {"P": "*", "R": "&"}[node.tag[0]] + ("&" if node.tag[1] == "V" else "")
+        if node.tag in ("PointerType", "ReferenceType"):
+            return self.type(node.get("type")) + {"P": "*", "R": "&"}[node.tag[0]]
         if node.tag in ("CvQualifiedType", "ElaboratedType"):
             return ("const " if node.get("const") else "") + self.type(node.get("type"))
         if node.tag == "ArrayType":
