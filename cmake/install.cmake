@@ -18,7 +18,11 @@ if(HEDRO34_BUILD_PROGRAM)
   install(FILES ${manual_folder}/_hedro34 DESTINATION ${shared_data}/zsh/vendor-completions COMPONENT program)
   install(FILES ${manual_folder}/hedro34.fish DESTINATION ${shared_data}/fish/vendor_completions.d COMPONENT program)
 endif()
-install(DIRECTORY examples/ DESTINATION ${documents}/examples COMPONENT program PATTERN windows EXCLUDE)
+include(cmake/samples.cmake)
+foreach(sample IN LISTS samples)
+  cmake_path(GET sample PARENT_PATH folder)
+  install(FILES examples/${sample} DESTINATION ${documents}/examples/${folder} COMPONENT program)
+endforeach()
 if(HEDRO34_BUILD_COMPONENT)
   install(TARGETS hedro34_component EXPORT HEDRO34ComponentTargets
     LIBRARY DESTINATION ${component_folder} COMPONENT program)
@@ -60,6 +64,15 @@ install(FILES ${package_files}/HEDRO34Config.cmake ${package_files}/HEDRO34Confi
 cmake_path(ABSOLUTE_PATH CMAKE_INSTALL_LIBDIR BASE_DIRECTORY ${CMAKE_INSTALL_PREFIX} NORMALIZE OUTPUT_VARIABLE pc_folder)
 file(RELATIVE_PATH PC_TO_PREFIX ${pc_folder}/pkgconfig ${CMAKE_INSTALL_PREFIX})
 string(REGEX REPLACE "/$" "" PC_TO_PREFIX ${PC_TO_PREFIX})
+function(below_prefix variable folder)
+  if(NOT IS_ABSOLUTE ${folder})
+    string(PREPEND folder "\${prefix}/")
+  endif()
+  set(${variable} ${folder} PARENT_SCOPE)
+endfunction()
+below_prefix(PC_LIBDIR ${CMAKE_INSTALL_LIBDIR})
+below_prefix(PC_INCLUDEDIR ${CMAKE_INSTALL_INCLUDEDIR})
+below_prefix(PC_COMPONENT ${PATH_TO_COMPONENT})
 list(TRANSFORM link_packages TOLOWER OUTPUT_VARIABLE PC_REQUIRES)
 list(JOIN PC_REQUIRES " " PC_REQUIRES)
 set(pc_names hedro34)
@@ -73,8 +86,12 @@ endforeach()
 
 # --- and back --------------------------------------------------------------------------------------------------------
 
-add_custom_target(hedro34_uninstall
-  COMMAND ${CMAKE_COMMAND} -D BUILD=${PROJECT_BINARY_DIR} -P ${PROJECT_SOURCE_DIR}/cmake/uninstall.cmake VERBATIM)
+# Each installation adds its files to a record, which the target follows.
+if(PROJECT_IS_TOP_LEVEL)
+  set(record ${PROJECT_BINARY_DIR}/installed.txt)
+  install(CODE "set(record [==[${record}]==])\ninclude([==[${PROJECT_SOURCE_DIR}/cmake/record.cmake]==])" ALL_COMPONENTS)
+  add_custom_target(hedro34_uninstall COMMAND sh ${PROJECT_SOURCE_DIR}/cmake/uninstall.sh ${record} VERBATIM)
+endif()
 
 if(PROJECT_IS_TOP_LEVEL)
   include(cmake/debian.cmake)

@@ -48,7 +48,7 @@ if(test_sources)
   if(TARGET hedro34)
     add_executable(hedro34_failing
       ${host_main} $<TARGET_OBJECTS:hedro34_host> tests/program/failing_program.cpp tests/failing_allocation.cpp)
-    target_link_libraries(hedro34_failing PRIVATE hedro34_inside utf8proc GTest::gtest)
+    target_link_libraries(hedro34_failing PRIVATE hedro34_inside hedro34_utf8proc GTest::gtest)
     hedro34_warnings(hedro34_failing)
   endif()
 endif()

@@ -38,10 +38,10 @@ add_library(EXPAT::EXPAT ALIAS expat)
 
 # utf8proc: one source, which includes its tables.
 hedro34_debian_source(utf8proc)
-add_library(utf8proc STATIC ${HEDRO34_UTF8PROC_SOURCE}/utf8proc.c)
-target_compile_definitions(utf8proc PUBLIC UTF8PROC_STATIC)
-target_compile_options(utf8proc PRIVATE -w)
-target_include_directories(utf8proc SYSTEM PUBLIC ${HEDRO34_UTF8PROC_SOURCE})
+add_library(hedro34_utf8proc STATIC ${HEDRO34_UTF8PROC_SOURCE}/utf8proc.c)
+target_compile_definitions(hedro34_utf8proc PUBLIC UTF8PROC_STATIC)
+target_compile_options(hedro34_utf8proc PRIVATE -w)
+target_include_directories(hedro34_utf8proc SYSTEM PUBLIC ${HEDRO34_UTF8PROC_SOURCE})
 
 # Headers that are the same on every system. Debian's folder as a whole would bring those of its C library as well.
 set(shared_headers ${PROJECT_BINARY_DIR}/shared-headers)

@@ -20,7 +20,10 @@ def run(*command, cwd):
 with tempfile.TemporaryDirectory() as name:
     folder = pathlib.Path(name)
     prefix, build = folder / "in stalled", folder / "build"
+    record = pathlib.Path(BUILD, "installed.txt")
+    others = record.read_bytes() if record.exists() else b""
     run(CMAKE, "--install", BUILD, "--prefix", prefix, cwd=folder)
+    record.write_bytes(others)  # what was installed for good can still be taken back
     run(CMAKE, "-S", SOURCES / "tests/installed", "-B", build, "-G", "Ninja", f"-DCMAKE_PREFIX_PATH={prefix}",
         f"-DSOURCES={SOURCES}", f"-DCMAKE_CXX_COMPILER={COMPILER}", f"-DCMAKE_CXX_FLAGS={FLAGS}",
         cwd=folder)

@@ -31,10 +31,11 @@ def by_find_package(prefix, *options, source=None):
 
 
 def by_pkg_config(prefix, compiler, standard, program):
-    """Builds the program by one line of a shell, as the manual of pkg-config has it."""
-    flags = run("pkg-config", "--cflags", "--libs", "hedro34", env={"PKG_CONFIG_PATH": str(prefix / "lib/pkgconfig")})
-    source, name = SOURCES / "examples/merge.cpp", "2b" if standard == 23 else standard  # as older compilers know it
-    run("sh", "-c", f"{compiler} -std=c++{name} '{source}' -o '{program}' {flags}")
+    """Builds the program by the line of docs/install.md for a prefix with blanks."""
+    shutil.copy(SOURCES / "examples/merge.cpp", program.parent)
+    name = "2b" if standard == 23 else standard  # as older compilers know it
+    line = f"{compiler} -std=c++{name} merge.cpp -o {program.name} $(pkg-config --cflags --libs hedro34)"
+    run("sh", "-c", f'eval "{line}"', cwd=program.parent, env={"PKG_CONFIG_PATH": str(prefix / "lib/pkgconfig")})
 
 
 def two_versions(first, scratch):
@@ -53,9 +54,12 @@ def two_versions(first, scratch):
             printed = by_find_package(prefixes, f"-DWANTED={wanted}", source=source)
             assert f"version: {expected}" in printed, printed
             assert run(OUT / "found/example").strip() == expected
-    code, printed = attempt("cmake", "-S", SOURCES / "tests/packages/found", "-B", fresh("found"), "-DWANTED=9.9",
-                            f"-DCMAKE_PREFIX_PATH={first};{second}", f"-DEXAMPLE={source}")
-    assert code != 0 and 'compatible with requested version "9.9"' in " ".join(printed.split()), printed
+    (second / f"lib/hedro34/libhedro34-component.so.{INTERFACE}").unlink()
+    for wanted, said in (("9.9", 'compatible with requested version "9.9"'),
+                         ("7.8", "the component is not installed beside the library")):
+        code, printed = attempt("cmake", "-S", SOURCES / "tests/packages/found", "-B", fresh("found"), f"-DWANTED={wanted}",
+                                f"-DCMAKE_PREFIX_PATH={first};{second}", f"-DEXAMPLE={source}")
+        assert code != 0 and said in " ".join(printed.split()), printed
 
 
 def component(prefix, printed):
@@ -103,6 +107,8 @@ def main():
             assert build_only not in file.read_text(encoding="utf-8"), f"{file} speaks of {build_only}"
 
     samples = prefix / "share/doc/hedro34/examples"
+    ours = run("git", "ls-files", "--", ".", ":!windows", cwd=SOURCES / "examples").splitlines()
+    assert sorted(str(path.relative_to(samples)) for path in samples.rglob("*") if path.is_file()) == sorted(ours)
     for compiler in COMPILERS:
         for standard in STANDARDS:
             printed = by_find_package(prefix, f"-DCMAKE_CXX_COMPILER={compiler}", f"-DCMAKE_CXX_STANDARD={standard}")
@@ -114,9 +120,16 @@ def main():
     inside()
     missing()
 
+    other = scratch / "hedro34 [2]" / "p"  # CMake's own patterns, and our name in somebody else's folder
+    run("cmake", "--install", build, "--prefix", other, "--component", "program")
+    mine = other / "share/doc/hedro34/examples/mine.ktd"
+    mine.touch()
     make(build, "hedro34_uninstall")
-    left = [path for path in prefix.rglob("*") if not path.is_dir() or "hedro34" in path.name.lower()]
-    assert prefix.is_dir() and not left, left
+    left = [path for folder in (prefix, other) for path in folder.rglob("*")
+            if not path.is_dir() or "hedro34" in path.name.lower()]
+    assert prefix.is_dir() and sorted(left) == [mine.parent.parent, mine], left
+    code, printed = attempt("cmake", "--build", build, "--target", "hedro34_uninstall")
+    assert code != 0 and "nothing was installed from this build folder" in printed, printed
 
 
 if __name__ == "__main__":
