@@ -15,7 +15,11 @@ if(HEDRO34_BUILD_PROGRAM)
   set(shared_data ${CMAKE_INSTALL_DATAROOTDIR})
   install(FILES ${manual_folder}/hedro34.bash
     DESTINATION ${shared_data}/bash-completion/completions RENAME hedro34 COMPONENT program)
-  install(FILES ${manual_folder}/_hedro34 DESTINATION ${shared_data}/zsh/vendor-completions COMPONENT program)
+  set(zsh_folder site-functions)  # where zsh looks in /usr/local too; in /usr that of packages
+  if(CMAKE_INSTALL_PREFIX STREQUAL /usr)
+    set(zsh_folder vendor-completions)
+  endif()
+  install(FILES ${manual_folder}/_hedro34 DESTINATION ${shared_data}/zsh/${zsh_folder} COMPONENT program)
   install(FILES ${manual_folder}/hedro34.fish DESTINATION ${shared_data}/fish/vendor_completions.d COMPONENT program)
 endif()
 include(cmake/samples.cmake)

@@ -5,6 +5,7 @@ set -eu
 record=$1
 [ -s "$record" ] || { echo "hedro34: nothing was installed from this build folder" >&2; exit 1; }
 removed=0
+missing=0
 prefix=
 while IFS= read -r line; do
   case $line in
@@ -16,6 +17,7 @@ while IFS= read -r line; do
     *) continue ;;
   esac
   folder=$(dirname "$line")
+  [ -e "$line" ] || [ -L "$line" ] || missing=$((missing + 1))
   if ! rm -f "$line"; then
     echo "hedro34: $line cannot be removed: run this as who installed it" >&2
     exit 1
@@ -30,4 +32,5 @@ while IFS= read -r line; do
   done
 done <"$record"
 rm -f "$record"
-echo "hedro34: $removed files removed"
+echo "hedro34: $((removed - missing)) files removed"
+if [ "$missing" -gt 0 ]; then echo "hedro34: $missing more were not where they had been put; a moved folder is yours to remove"; fi

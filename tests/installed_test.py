@@ -32,6 +32,6 @@ with tempfile.TemporaryDirectory() as name:
     lines = run(build / "example", cwd=folder).splitlines()
     assert lines and lines[0].startswith("1. "), lines
     assert (folder / "biology.ktd").is_file()
-    for name in ("man/man1/hedro34.1", "bash-completion/completions/hedro34", "zsh/vendor-completions/_hedro34",
+    for name in ("man/man1/hedro34.1", "bash-completion/completions/hedro34", "zsh/site-functions/_hedro34",
                  "fish/vendor_completions.d/hedro34.fish"):
         assert "hedro34" in (prefix / "share" / name).read_text(encoding="utf-8").lower(), name
