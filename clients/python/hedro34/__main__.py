@@ -4,10 +4,14 @@ library in this package; `python3 -m hedro34 library` prints where that is."""
 from __future__ import annotations
 
 import argparse
+import os
+import shlex
 import sys
+from collections import Counter
 from pathlib import Path
+from uuid import UUID
 
-from . import Error, load, registered, registry_path
+from . import Error, Library, load, registered, registry_path, types
 from ._library import packaged
 
 
@@ -25,7 +29,7 @@ def main() -> int:
             load(arguments.library or _packaged()).register()
             print(f"registered in {registry_path()}")
         elif arguments.command == "unregister":
-            load(arguments.library or _packaged()).unregister()
+            _unregister((arguments.library or _packaged()).absolute())
         elif arguments.command == "library":
             print(_packaged())
         else:
@@ -35,6 +39,22 @@ def main() -> int:
         print(f"hedro34: {error}", file=sys.stderr)
         return 1
     return 0
+
+
+def _unregister(path: Path) -> None:
+    """The library takes classes out by their identifiers, so one that is not registered would take out those of another."""
+    library = Library(path, any_version=True)
+    before = registered()
+    ours = {UUID(class_id) for class_id in types.CLASSES.values()}
+    if os.path.realpath(path) not in {os.path.realpath(file) for _, file in before.values()}:
+        others = (str(file) for class_id, file in before.values() if UUID(class_id) in ours and os.path.exists(file))
+        if other := next(others, None):
+            command = f"python3 -m hedro34 unregister {shlex.quote(other)}"
+            raise Error(f"{path} is not registered; {other} is and stays so: `{command}` takes it out")
+    library.unregister()
+    after = registered()
+    for file, count in Counter(row[1] for name, row in before.items() if name not in after).items():
+        print(f"{count} classes of {file} taken out of {registry_path()}")
 
 
 def _packaged() -> Path:

@@ -27,7 +27,8 @@ class Library:
 
     is_own = True  # rather than of another make
 
-    def __init__(self, path: Path) -> None:
+    def __init__(self, path: Path, *, any_version: bool = False) -> None:
+        """Opens the file; one of any version is good for `register` and `unregister` alone."""
         self.path = path
         try:
             file = ctypes.CDLL(str(path))
@@ -37,6 +38,8 @@ class Library:
         for function in self._functions.values():
             function.restype = ctypes.c_uint32
         self._functions["DllGetClassObject"].argtypes = [ctypes.c_char_p, ctypes.c_char_p, ctypes.c_void_p]
+        if any_version:
+            return
         with self._platform() as platform:
             self._check_version(getattr(platform, "Version", ""))
             platform.HostFaults = False  # a failure must not unwind the frames of Python
@@ -94,29 +97,33 @@ class Library:
         self._registry("DllRegisterServer")
 
     def unregister(self) -> None:
-        """Takes the library's classes out of the user's class registry."""
+        """Takes the library's classes out of the user's class registry, whatever file is entered for them."""
         self._registry("DllUnregisterServer")
 
     def _registry(self, export: str) -> None:
         code = self._functions[export]()
         if code & 0x80000000:
             with self._platform() as platform:
-                file_error = platform.LastFileError
+                file_error = getattr(platform, "LastFileError", "")
             raise Error(f"{export} of {self.path}: {result_text(code)}" + (f": {file_error}" if file_error else ""), code)
 
 
 def _interface(version: str) -> str:
     """What a version may stand for: its first two numbers."""
-    return version.rpartition(".")[0]
+    numbers = re.match(r"\d+\.\d+", version)
+    return numbers[0] if numbers else ""
 
 
 def _in_words(error: Exception) -> str:
     """Why a file is not loaded. The system names the first symbol version that it lacks; the file tells the newest."""
     said = str(error)
-    lacking = re.search(r"version `GLIBC_[\d.]+' not found \(required by (.+)\)$", said)
+    lacking = re.search(r"version `GLIBC_2\.(\d+)[\d.]*' not found \(required by (.+)\)$", said)
     if not lacking:
         return said
-    newest = max(int(minor) for minor in re.findall(rb"\bGLIBC_2\.(\d+)", Path(lacking[1]).read_bytes()))
+    asked = [lacking[1].encode()]
+    with contextlib.suppress(OSError):  # the name may be one that only the system's loader finds
+        asked += re.findall(rb"\bGLIBC_2\.(\d+)", Path(lacking[2]).read_bytes())
+    newest = max(map(int, asked))
     here = (os.confstr("CS_GNU_LIBC_VERSION") or "another").removeprefix("glibc ")
     return f"it needs glibc 2.{newest} or later, and this system has {here}; build the library here from its source"
 
@@ -124,6 +131,8 @@ def _in_words(error: Exception) -> str:
 _EXPORTS = ("DllGetClassObject", "DllCanUnloadNow", "DllRegisterServer", "DllUnregisterServer")
 _libraries: dict[Path, Library] = {}
 _current: Library | None = None
+_usual: Library | None = None  # from which `create` took a class of our own last, without being told
+_host_classes: dict[str, tuple[str, object]] = {}
 
 
 _class_ids = {name.lower(): class_id for name, class_id in _classes.CLASSES.items()}
@@ -143,7 +152,11 @@ def _opened(path: str | os.PathLike[str]) -> Library:
     absolute = Path(path).absolute()
     key = absolute.resolve()
     if key not in _libraries:
-        _libraries[key] = Library(absolute)
+        library = Library(absolute)
+        if library.is_own:
+            for name, factory in _host_classes.values():
+                _register_class(library, name, factory)
+        _libraries[key] = library
     return _libraries[key]
 
 
@@ -155,10 +168,10 @@ def load(path: str | os.PathLike[str]) -> Library:
 
 
 def loaded() -> Library:
-    """The library that was loaded last by `load`, else the first one of our own make that was opened, else the one from
-    which `create` takes our own classes."""
+    """The library that was loaded last by `load`, else the one from which `create` took our own classes last without being
+    told, else the first one of our own make that was opened, else the one from which `create` takes our own classes."""
     own = (library for library in _libraries.values() if library.is_own)
-    return _current or next(own, None) or _source("HEDRO34.Platform")[0]
+    return _current or _usual or next(own, None) or _source("HEDRO34.Platform")[0]
 
 
 @functools.cache
@@ -257,11 +270,13 @@ create = cast(_classes.Create, _create)
 
 def _source(name: str) -> tuple[Library, str, str]:
     """Where a class comes from when no library is named: that, and the class's name and identifier there."""
+    global _usual
     if _current is not None:
         return _current, name, ""
     own = packaged()
     if own and _class_id(name):
-        return _opened(own), name, ""
+        _usual = _opened(own)
+        return _usual, name, ""
     rows = {_folded(known): (known, row) for known, row in registered().items()}
     found = rows.get(_folded(name)) or rows.get(_folded(f"hedro34.{name}"))
     if found is None:
@@ -271,7 +286,10 @@ def _source(name: str) -> tuple[Library, str, str]:
             "`python3 -m hedro34 register /path/to/libhedro34-component.so` once, or call hedro34.load with the path"
         )
     known, (class_id, path) = found
-    return _opened(path), known, class_id
+    library = _opened(path)
+    if _class_id(known) and library.is_own:
+        _usual = library
+    return library, known, class_id
 
 
 def can_unload() -> bool:
@@ -280,25 +298,46 @@ def can_unload() -> bool:
 
 
 def last_file_error() -> str:
-    """What was wrong with the last file on this thread: "path: line 3, column 14: reason"."""
+    """What was wrong with the last file on this thread: "path: line 3, column 14: reason".
+
+    Of several libraries that one tells it from which `create` takes the classes of HEDRO34 when none is named, or the first
+    that was opened where only named ones were; any other by `create("HEDRO34.Platform", library).LastFileError`.
+    """
     with create("HEDRO34.Platform", loaded()) as platform:
         return platform.LastFileError
 
 
 def register_class(name: str, make: Callable[[], object]) -> None:
-    """Registers a class of the host in this process: `make()` gives a new object.
+    """Registers a class of the host in this process, with all libraries of HEDRO34, also those that are opened later:
+    `make()` gives a new object.
 
     What a merge creates for a template or document of the host comes from the names "TIBTemplate81.TIBRegion",
     "WENKtd81.WENKtdDocument", "WENKtd81.WENKtdQuestion", "WENKtd81.WENKtdObjective" and "WENKtd81.WENKtdOrder".
     """
-    with create("HEDRO34.Platform", loaded()) as platform:
-        platform.RegisterClass(name, SimpleNamespace(CreateInstance=make))
+    factory = SimpleNamespace(CreateInstance=make)
+    for library in _for_the_host():
+        _register_class(library, name, factory)
+    _host_classes[_folded(name)] = name, factory
 
 
 def revoke_class(name: str) -> bool:
-    """Takes a class of the host out again; whether there was one."""
-    with create("HEDRO34.Platform", loaded()) as platform:
-        return platform.RevokeClass(name)
+    """Takes a class of the host out again, from all libraries; whether there was one."""
+    found = False
+    for library in _for_the_host():
+        with create("HEDRO34.Platform", library) as platform:
+            found |= platform.RevokeClass(name)
+    _host_classes.pop(_folded(name), None)
+    return found
+
+
+def _register_class(library: Library, name: str, factory: object) -> None:
+    with create("HEDRO34.Platform", library) as platform:
+        platform.RegisterClass(name, factory)
+
+
+def _for_the_host() -> list[Library]:
+    """The opened libraries of our own make, at least one."""
+    return list(dict.fromkeys([loaded(), *(library for library in _libraries.values() if library.is_own)]))
 
 
 atexit.register(_object.end)

@@ -213,7 +213,38 @@ print(*_libraries, loaded().path, hedro34.last_file_error(), sep="|")
             self.assertEqual(run("-m", "hedro34", "library"), f"{packaged}\n")
             self.assertIn("registered in ", run("-m", "hedro34", "register"))
             self.assertIn(f"HEDRO34.clsHEDRO {{1A11377D-4B0A-4D1C-958B-625FA5F427D6}} {packaged}\n", run("-m", "hedro34", "list"))
-            self.assertEqual(run("-m", "hedro34", "unregister") + run("-m", "hedro34", "list"), "")
+            stays = f"hedro34: {other} is not registered; {packaged} is and stays so: `python3 -m hedro34 unregister {packaged}`"
+            self.assertIn(stays, run("-m", "hedro34", "unregister", other))
+            entries.write_text(entries.read_text().replace(f"{packaged}", f"{folder}/gone.so", 1))
+            said = [f" classes of {file} taken out of {entries}\n" for file in (f"{folder}/gone.so", packaged)]
+            self.assertRegex(run("-m", "hedro34", "unregister"), f"^1{said[0]}[0-9]+{said[1]}$")
+            self.assertEqual(run("-m", "hedro34", "list"), "")
+
+    @needs_library
+    def test_beside_another_library(self) -> None:
+        program = """
+import sys, hedro34
+from hedro34._library import packaged
+def failing(path, *library):
+    hedro34.create("FormTemplate", *library).Load(path)
+    return hedro34.last_file_error().partition(":")[0]
+def documents():
+    return [hedro34.create("clsHEDRO", *library).WENKTD is document for library in ((), sys.argv[1:2], sys.argv[2:])]
+class Document: pass
+document = Document()
+print(failing("/no a", sys.argv[1]))
+hedro34.register_class("WENKtd81.WENKtdDocument", lambda: document)
+print(failing("/no b"), failing("/no c", sys.argv[1]), documents())
+print(hedro34.revoke_class("wenktd81.WENKtdDocument"), hedro34.revoke_class("WENKtd81.WENKtdDocument"), documents())
+"""
+        with tempfile.TemporaryDirectory() as name:
+            folder = Path(name)
+            shutil.copytree(CLIENT / "hedro34", folder / "hedro34")
+            for file in ("a.so", "b.so", f"hedro34/{Path(LIBRARY).resolve().name}"):
+                shutil.copy(LIBRARY, folder / file)
+            done = run_python("-c", program, folder / "a.so", folder / "b.so", PYTHONPATH=name, XDG_DATA_HOME=name)
+            said = "/no a\n/no b /no b [True, True, True]\nTrue False [False, False, False]\n"
+            self.assertEqual((done.stdout, done.stderr), (said, ""))
 
 
 class Versions(unittest.TestCase):
@@ -233,17 +264,20 @@ class Versions(unittest.TestCase):
     @needs_library
     def test_of_another_version(self) -> None:
         number, patch = hedro34.__version__.rsplit(".", 1)
-        for version in (f"{number}7.{patch}", f"7{number}.{patch}", f"{number}.{patch}.1"):
+        for version in (f"{number}7.{patch}", f"7{number}.{patch}"):
             with self.subTest(version), mock.patch.object(hedro34.types, "VERSION", version):
                 wanted = version.rpartition(".")[0]
                 said = f"{LIBRARY} is HEDRO34 {hedro34.__version__}, and this client is for {wanted}: register a library of "
                 with self.assertRaisesRegex(hedro34.Error, f"^{said}.*, or install the client of version {number}$"):
                     hedro34.Library(Path(LIBRARY))
-        with mock.patch.object(hedro34.types, "VERSION", f"{number}.99"):
-            hedro34.Library(Path(LIBRARY))
+        for version in (f"{number}.99", f"{number}.0-rc.1"):
+            with mock.patch.object(hedro34.types, "VERSION", version):
+                hedro34.Library(Path(LIBRARY))
         named = "Version\0".encode("utf-16-le")
         said = self.said_of(self.data.replace(named, named.replace(b"V", b"W")))
         self.assertIn(f"{self.copy} is an older HEDRO34, which tells no version, and this client is for {number}: ", said)
+        done = run_python("-m", "hedro34", "unregister", self.copy, XDG_DATA_HOME=str(self.copy.parent))
+        self.assertEqual((done.returncode, done.stdout, done.stderr), (0, "", ""))
 
     @needs_library
     def test_that_the_system_is_too_old_for(self) -> None:
@@ -251,6 +285,11 @@ class Versions(unittest.TestCase):
         said = self.said_of(self.data.replace(newest + b"\0", b"\0GLIBC_2.99\0"))
         words = ": it needs glibc 2.99 or later, and this system has 2.[0-9]+; build the library here from its source\n$"
         self.assertRegex(said, f"^hedro34: {self.copy} cannot be loaded as a component library{words}")
+
+    def test_that_the_system_is_too_old_for_and_names_as_no_file(self) -> None:
+        lacking = OSError("/libc.so.6: version `GLIBC_2.98' not found (required by none.so)")
+        with mock.patch("ctypes.CDLL", side_effect=lacking), self.assertRaisesRegex(hedro34.Error, ": it needs glibc 2.98 or later"):
+            hedro34.Library(self.copy)
 
 
 def registry(*entries: str, head: str = '"format": "hedro34-classes", "version": 1') -> str:
@@ -281,7 +320,7 @@ class Registry(unittest.TestCase):
             (("-m", "hedro34", "register", library), f"registered in {self.path}\n"),
             (("-c", create), "0\n"),
             (("-m", "hedro34", "list"), f"HEDRO34.clsHEDRO {{1A11377D-4B0A-4D1C-958B-625FA5F427D6}} {library}\n"),
-            (("-m", "hedro34", "unregister", library), ""),
+            (("-m", "hedro34", "unregister", library), f" classes of {library} taken out of {self.path}\n"),
         ]
         for arguments, expected in steps:
             done = run_python(*arguments, XDG_DATA_HOME=self.data)
