@@ -41,7 +41,7 @@ def look_inside(wheel):
         texts = {name: file.read(name) for name in file.namelist()}
         component = file.extract(f"hedro34/{COMPONENT}", SCRATCH)
     information = f"hedro34-{VERSION}.dist-info"
-    expected = {f"hedro34/{path.name}" for path in CLIENT.glob("hedro34/*.*")} | {f"hedro34/{COMPONENT}"}
+    expected = {*run("git", "ls-files", "hedro34", cwd=CLIENT).splitlines(), f"hedro34/{COMPONENT}"}
     expected |= {f"{information}/licenses/{name}.txt" for name in LICENCES}
     expected |= {f"{information}/{name}" for name in ("METADATA", "RECORD", "WHEEL", "top_level.txt")}
     assert texts.keys() == expected, texts.keys() ^ expected
@@ -134,7 +134,12 @@ def meet(wheel):
 
 def main():
     SCRATCH.mkdir()
-    run(SOURCES / "scripts/wheel")
+    stray = CLIENT / "hedro34/not_of_git.py"
+    stray.touch()
+    try:
+        run(SOURCES / "scripts/wheel")
+    finally:
+        stray.unlink()
     wheel, = (SOURCES / "build/package").glob("hedro34-*.whl")
     look_inside(wheel)
     live(wheel)
