@@ -11,13 +11,23 @@ import sys
 import tempfile
 import time
 
-from support import INTERFACE, OUT, SOURCES, VERSION, attempt, run
+from support import INTERFACE, NOT_HERE, OUT, SOURCES, VERSION, attempt, run
 
 KEPT = OUT / "system"  # the minimal system as an archive, and what was downloaded for it
 ARCHIVES = KEPT / "archives"
 AS_ROOT = [] if os.geteuid() == 0 else ["sudo", "-n"]
 KEYS = "B B C C C B B B B (A,C,E) (C,A) (A,C,E) T F F T Y N B T".split()  # of biology.xml
 DOCUMENTS = "/usr/share/doc/hedro34"
+FROM_A_TERMINAL = [  # the exit code of each command that the README shows there, and a line that it prints; "" for nothing
+    (0, "      Key: (A,C,E)"),
+    (0, "Questions merged          20"),
+    (0, "  Key       (A,C,E)  T   F   F   T   Y   N   B   T   -   -   -   -"),
+    (0, ""),
+    (0, ""),
+    (0, ""),
+    (1, "examples/versions/refused-answer.xml: question 6 (ID 5G5): key is A, in examples/versions/unit-a.xml B"),
+    (0, "Versions                  4"),
+]
 
 # The mounts are those of one command: they end with it, whatever happens.
 OWN_MOUNTS = ["unshare", "--mount", "--pid", "--fork", "--kill-child", "sh", "-euc", """
@@ -84,12 +94,19 @@ def use(root):
     """What the README shows of a terminal, with the samples as they are installed."""
     part = re.search(r"^## From a terminal$(.*?)^## ", (SOURCES / "README.md").read_text(encoding="utf-8"),
                      re.MULTILINE | re.DOTALL)[1]
-    commands = "".join(re.findall(r"^```\n(.*?)^```$", part, re.MULTILINE | re.DOTALL))
-    assert commands.count("hedro34 ") > 5
-    inside(root, f"cd; cp -r {DOCUMENTS}/examples .; set +e\n{commands}", user="teacher")  # what differs is no success
+    shown = "".join(re.findall(r"^```\n(.*?)^```$", part, re.MULTILINE | re.DOTALL))
+    commands = re.findall(r"(?:.*\\\n)*.+\n", shown)
+    script = "".join(f"{command}echo = $?\n" for command in commands)
+    said = inside(root, f"cd; cp -r {DOCUMENTS}/examples .; set +e\n{script}", user="teacher")
+    answers = re.findall(r"(.*?)^= (\d+)\n", said, re.MULTILINE | re.DOTALL)
+    for command, (printed, code), (expected, line) in zip(commands, answers, FROM_A_TERMINAL, strict=True):
+        right = line in printed.splitlines() if line else not printed
+        assert int(code) == expected and right, f"{command}{printed}exit code {code}"
     home = root / "home/teacher"
-    for name in set(re.findall(r"(?:--\w+-out|--out|>) ?(\S+)", commands)):
+    for name in set(re.findall(r"(?:--\w+-out|--out|>) ?(\S+)", shown)):
         assert (home / name).stat().st_size > 0, name
+    for name, words in (("biology.html", "(A,C,E)"), ("blank.form.json", '"Q50"')):
+        assert words in (home / name).read_text(encoding="utf-8"), name
     with open(home / "keys.csv", encoding="utf-8", newline="") as rows:
         assert [row["key"] for row in csv.DictReader(rows)] == KEYS
 
@@ -143,7 +160,7 @@ def main():
     step("read by lintian")
     if AS_ROOT and (not shutil.which("sudo") or attempt(*AS_ROOT, "true")[0] != 0):
         print("debian_test: the packages were not installed: that takes root or sudo", file=sys.stderr)
-        return
+        sys.exit(NOT_HERE)
 
     ARCHIVES.mkdir(parents=True, exist_ok=True)
     signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))
