@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <ctime>
 #include <limits>
 
@@ -98,7 +99,7 @@ TEST(Form, NumbersFollowEveryChange) {
 }
 
 TEST(Form, NumbersWithoutAWalkForEach) {
-  const auto cost = [](std::int16_t count) {
+  const auto once = [](std::int16_t count) {
     const std::clock_t start = std::clock();
     const auto form = make<FormTemplate>();
     auto& page = form->pages().add()->regions();
@@ -109,6 +110,8 @@ TEST(Form, NumbersWithoutAWalkForEach) {
     }
     return std::clock() - start;
   };
+  // The least of three: where clock() counts what other programs take, a busy machine would decide.
+  const auto cost = [&](std::int16_t count) { return std::min({once(count), once(count), once(count)}); };
   EXPECT_LT(cost(32'000), 24 * cost(4'000));
 }
 
