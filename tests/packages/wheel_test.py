@@ -119,8 +119,8 @@ def meet(wheel):
         assert printed == f"{expected} {expected}\n", printed
     code, said = pure.attempt("-c", VERSIONS)
     file = later.run("-m", "hedro34", "library").strip()
-    words = (f"hedro34._errors.Error: {file} is HEDRO34 {number}, and this client is for {INTERFACE}: register a library of version "
-             f"{INTERFACE} (`python3 -m hedro34 register PATH`), or install the client of version 7.8\n")
+    words = (f"hedro34._errors.Error: {file} is HEDRO34 {number}, and this client is for {INTERFACE}: give or register "
+             f"(`python3 -m hedro34 register PATH`) a library of version {INTERFACE}, or install the client of version 7.8\n")
     assert code != 0 and said.endswith(words), said
     environment.run("-m", "hedro34", "register")
     assert pure.run("-c", VERSIONS) == f"{VERSION} {VERSION}\n"

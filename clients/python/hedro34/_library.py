@@ -83,8 +83,8 @@ class Library:
             what = f"HEDRO34 {version}" if version else "an older HEDRO34, which tells no version"
             client = f"of version {other}" if other else "that came with it"
             raise Error(
-                f"{self.path} is {what}, and this client is for {own}: register a library of version {own} "
-                f"(`python3 -m hedro34 register PATH`), or install the client {client}"
+                f"{self.path} is {what}, and this client is for {own}: give or register (`python3 -m hedro34 register PATH`) "
+                f"a library of version {own}, or install the client {client}"
             )
 
     def can_unload(self) -> bool:
@@ -105,7 +105,8 @@ class Library:
         if code & 0x80000000:
             with self._platform() as platform:
                 file_error = getattr(platform, "LastFileError", "")
-            raise Error(f"{export} of {self.path}: {result_text(code)}" + (f": {file_error}" if file_error else ""), code)
+            advice = _REGISTRY_ADVICE.get(code, "") if file_error else ""
+            raise Error(f"{export} of {self.path}: {result_text(code)}" + (f": {file_error}" if file_error else "") + advice, code)
 
 
 def _interface(version: str) -> str:
@@ -128,6 +129,10 @@ def _in_words(error: Exception) -> str:
     return f"it needs glibc 2.{newest} or later, and this system has {here}; build the library here from its source"
 
 
+_REGISTRY_ADVICE = {
+    abi.REGDB_E_READREGDB: "; repair it, or remove it and register the library again",
+    abi.REGDB_E_WRITEREGDB: "; the variable XDG_DATA_HOME can name another folder",
+}
 _EXPORTS = ("DllGetClassObject", "DllCanUnloadNow", "DllRegisterServer", "DllUnregisterServer")
 _libraries: dict[Path, Library] = {}
 _current: Library | None = None
@@ -280,12 +285,20 @@ def _source(name: str) -> tuple[Library, str, str]:
     rows = {_folded(known): (known, row) for known, row in registered().items()}
     found = rows.get(_folded(name)) or rows.get(_folded(f"hedro34.{name}"))
     if found is None:
-        near = suggestion(name, [known for known, _ in rows.values()])
+        names = [known for known, _ in rows.values()]
+        near = suggestion(name, [*names, *_classes.CLASSES])
+        if _class_id(name) is None and (own or any(_class_id(known) for known in names)):
+            raise ArgumentValueError(f'there is no class "{name}"{near}; none of that name is registered in {registry_path()}')
         raise ArgumentValueError(
             f'"{name}" is not registered in {registry_path()}{near}: run '
             "`python3 -m hedro34 register /path/to/libhedro34-component.so` once, or call hedro34.load with the path"
         )
     known, (class_id, path) = found
+    if not path.exists():
+        raise Error(
+            f"{path} is gone, and {registry_path()} has it as the library of {known}: run "
+            "`python3 -m hedro34 register PATH` with another one"
+        )
     library = _opened(path)
     if _class_id(known) and library.is_own:
         _usual = library

@@ -209,6 +209,12 @@ print(*_libraries, loaded().path, hedro34.last_file_error(), sep="|")
             failed = "/no form: No such file or directory"
             self.assertEqual(run("-c", program), f"{packaged}|{other}|{packaged}|{failed}\n")
             self.assertIn(f'{LIBRARY} makes no class "Other.Test"', run("-c", program, LIBRARY))
+            misspelt = run("-c", "import hedro34; hedro34.create('clsHEDROTets')")
+            self.assertRegex(misspelt, r'there is no class "clsHEDROTets" \(did you mean "[^"]*clsHEDROTest"\?\); none of that name')
+            other.unlink()
+            gone = f"{other} is gone, and {entries} has it as the library of Other.Test: run `python3 -m hedro34 register PATH`"
+            self.assertIn(gone, run("-c", program))
+            shutil.copy(LIBRARY, other)
 
             self.assertEqual(run("-m", "hedro34", "library"), f"{packaged}\n")
             self.assertIn("registered in ", run("-m", "hedro34", "register"))
@@ -267,7 +273,7 @@ class Versions(unittest.TestCase):
         for version in (f"{number}7.{patch}", f"7{number}.{patch}"):
             with self.subTest(version), mock.patch.object(hedro34.types, "VERSION", version):
                 wanted = version.rpartition(".")[0]
-                said = f"{LIBRARY} is HEDRO34 {hedro34.__version__}, and this client is for {wanted}: register a library of "
+                said = f"{LIBRARY} is HEDRO34 {hedro34.__version__}, and this client is for {wanted}: give or register "
                 with self.assertRaisesRegex(hedro34.Error, f"^{said}.*, or install the client of version {number}$"):
                     hedro34.Library(Path(LIBRARY))
         for version in (f"{number}.99", f"{number}.0-rc.1"):
