@@ -15,6 +15,6 @@ def compare(file, lines):
         print(*gone, *new, *moved, sep="\n")
         print(f"{file.name}: {len(gone)} lines gone, {len(new)} lines new")
         if gone:
-            print("What is gone or changed breaks programs that are compiled already: it takes another version of the interface, "
-                  "the first two numbers of VERSION in CMakeLists.txt (docs/stability.md).")
+            print("What is gone or changed breaks programs: it takes another version of the interface.")
+        print("The version of the interface is the first two numbers of VERSION in CMakeLists.txt; docs/stability.md says what asks for another one.")
         sys.exit(f"When that is as it should be: {sys.argv[0]} --update")
