@@ -23,11 +23,11 @@ else()
   set_property(TARGET hedro34_component PROPERTY LINK_DEPENDS ${component_map})
   target_link_options(hedro34_component PRIVATE -Wl,--version-script=${component_map} -Wl,-z,nodelete)
   if(HEDRO34_STATIC_RUNTIME)
-    # The archive comes before the shared expat, of which nothing is needed then.
+    # CMake puts the archive in front of the library that needs it, so it is taken whole; of the shared expat nothing is needed then.
     target_link_options(hedro34_component PRIVATE -static-libstdc++ -static-libgcc -Wl,--as-needed)
     find_library(HEDRO34_EXPAT_ARCHIVE libexpat.a REQUIRED)
     mark_as_advanced(HEDRO34_EXPAT_ARCHIVE)
-    target_link_libraries(hedro34_component PRIVATE ${HEDRO34_EXPAT_ARCHIVE})
+    target_link_libraries(hedro34_component PRIVATE -Wl,--whole-archive,${HEDRO34_EXPAT_ARCHIVE},--no-whole-archive)
   endif()
 endif()
 hedro34_warnings(hedro34_component)
