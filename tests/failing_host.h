@@ -1,7 +1,9 @@
-// A host whose objects fail on cue: it writes down every call to a template or a document, and one chosen call throws.
+// A host whose objects fail on cue: it writes down every call to a template or a document, and one chosen call throws, or does
+// what it is told before it goes on.
 // What it wraps, and what the library creates meanwhile, is its own.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -19,6 +21,9 @@ class FailingHost : private CallListener {
   // The same for the `nth` call of whatever name.
   void fail_at_call(int nth) { fail_at({}, nth); }
 
+  // What the chosen call does instead of throwing.
+  std::function<void()> action;
+
   // Whether the chosen call came.
   bool has_failed() const noexcept { return left_ == 0; }
 
@@ -33,7 +38,9 @@ class FailingHost : private CallListener {
  private:
   void called(std::string_view interface, std::string_view member) override {
     calls.push_back(std::string(interface) + '.' + std::string(member));
-    if (left_ > 0 && (name_.empty() || name_ == calls.back()) && --left_ == 0) throw Failure(1234, u"The host refuses");
+    if (left_ == 0 || (!name_.empty() && name_ != calls.back()) || --left_ > 0) return;
+    if (!action) throw Failure(1234, u"The host refuses");
+    action();
   }
 
   std::string name_;

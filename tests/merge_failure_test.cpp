@@ -150,6 +150,24 @@ TEST(MergeFailure, OfAnyCallLeavesAMergeThatWorks) {
   EXPECT_EQ(outcomes, (Lines{at_merge, at_sequences, invalid_version, at_sequences, invalid_version, at_sequences}));
 }
 
+// At every single call of the host in turn: the inner merge is refused, the outer one ends as ever, and so does the next.
+TEST(MergeFailure, OfAMergeInsideOfItLeavesTheOuterOneAsItIs) {
+  const std::string expected = SmallMerge().merged();
+  const std::string refused = "5 This object is in the middle of a merge: HEDRO34 - clsHEDRO.Merge";
+  for (int nth = 1;; ++nth) {
+    SmallMerge small;
+    bool inner = true;
+    small.host.fail_at_call(nth);
+    small.host.action = [&] { inner = small.m.merge->Merge(); };
+    EXPECT_TRUE(small.m.merge->Merge());
+    EXPECT_EQ(small.whole(), expected);
+    if (!small.host.has_failed()) break;
+    SCOPED_TRACE(nth);
+    EXPECT_FALSE(inner);
+    EXPECT_EQ(small.m.recorder.take(), Lines{refused});
+  }
+}
+
 TEST(MergeFailure, OfTheConstructionLeavesAnObjectWithoutDocument) {
   Recorder recorder;
   FailingHost host;

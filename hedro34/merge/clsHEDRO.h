@@ -33,10 +33,16 @@ class HEDRO34_API clsHEDRO final : public Object {
   // A False of the checks before the copy leaves `TemplateOut` and the document as they were. When clearing or copying fails,
   // `TemplateOut` is still the former object, cleared or not. From then on it is the copy, as far as it was changed, and the
   // document, which is emptied once the names of the fields are read, holds what was written so far.
+  // From inside of it, as when one of the host's objects that it calls does so, it is failure 5 and False, and the merge that
+  // is under way goes on.
   bool Merge();
 
   bool Verbose = true;  // whether warnings and refusals are shown, but for those of `ValidTestVersions`
 
+ private:
+  bool merging_ = false;  // here, where it takes no room
+
+ public:
   // Whether all tests hold the questions of the first one, by ID, each with as many answers and the same correct ones. The
   // first difference is shown whatever `Verbose` says.
   bool ValidTestVersions();

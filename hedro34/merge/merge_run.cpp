@@ -10,6 +10,13 @@ bool clsHEDRO::Merge() {
   return trap<bool>(here(u"Merge"), [&](auto& result) { result = MergeRun(*this).run(); });
 }
 
+MergeRun::MergeRun(clsHEDRO& host) : host_(host) {
+  if (host.merging_) {
+    throw Failure(static_cast<std::int32_t>(FailureNumber::InvalidCall), u"This object is in the middle of a merge");
+  }
+  host.merging_ = true;
+}
+
 bool MergeRun::run() {
   if (!check_preconditions()) return false;
   copy_template();

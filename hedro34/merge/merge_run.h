@@ -10,7 +10,10 @@ namespace hedro34 {
 
 class MergeRun {
  public:
-  explicit MergeRun(clsHEDRO& host) noexcept : host_(host) {}
+  explicit MergeRun(clsHEDRO& host);  // failure 5 while another one of that object lives
+  ~MergeRun() { host_.merging_ = false; }
+  MergeRun(const MergeRun&) = delete;
+  MergeRun& operator=(const MergeRun&) = delete;
 
   bool run();
 
