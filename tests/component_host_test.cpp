@@ -286,23 +286,6 @@ TEST_F(Component, AHostGivesThePointerAndTheErrorTexts) {
   EXPECT_EQ(host->count, 1u);
 }
 
-// The factories that make objects of the host's classes, while it lives; no class is registered for the user.
-class HostFactories {
- public:
-  HostFactories() {
-    data_home_.set(to_utf8(folder_.path("")).c_str());
-    static const Platform installed = (install_host_factories(), platform());
-    platform().template_objects = installed.template_objects;
-    platform().document_objects = installed.document_objects;
-  }
-  ~HostFactories() { platform() = former_; }
-
- private:
-  const Folder folder_;
-  const Variable data_home_{"XDG_DATA_HOME"};
-  const Platform former_ = platform();
-};
-
 TEST_F(Component, MakesObjectsOfTheHostsClasses) {
   const HostFactories factories;
   const Held<IDispatch> services = identity_of(make<PlatformObject>());

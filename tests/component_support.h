@@ -145,13 +145,15 @@ inline std::string run(IDispatch* object, const Call& call, VARIANT* result = nu
 inline Held<IDispatch> created(const String& library, StringView name) {
   using ClassObject = HRESULT HEDRO34_CALL(const GUID&, const GUID&, void**);
   const auto class_object = function_in<ClassObject>(library, "DllGetClassObject");
-  for (const ClassTable& table : library_classes()) {
-    if (table.name != name) continue;
-    void* found = nullptr;
-    EXPECT_EQ(class_object(table.class_id, IID_IClassFactory, &found), S_OK);
-    const auto factory = Held<IClassFactory>::taken(static_cast<IClassFactory*>(found));
-    EXPECT_EQ(factory->CreateInstance(nullptr, IID_IDispatch, &found), S_OK);
-    return Held<IDispatch>::taken(static_cast<IDispatch*>(found));
+  for (const auto tables : {library_classes(), service_classes()}) {
+    for (const ClassTable& table : tables) {
+      if (table.name != name) continue;
+      void* found = nullptr;
+      EXPECT_EQ(class_object(table.class_id, IID_IClassFactory, &found), S_OK);
+      const auto factory = Held<IClassFactory>::taken(static_cast<IClassFactory*>(found));
+      EXPECT_EQ(factory->CreateInstance(nullptr, IID_IDispatch, &found), S_OK);
+      return Held<IDispatch>::taken(static_cast<IDispatch*>(found));
+    }
   }
   return {};
 }
@@ -261,6 +263,23 @@ inline Ref<clsHEDROTestStrings> abc() {
   list->Add(u"c");
   return list;
 }
+
+// The factories that make objects of the host's classes, while it lives; no class is registered for the user.
+class HostFactories {
+ public:
+  HostFactories() {
+    data_home_.set(to_utf8(folder_.path("")).c_str());
+    static const Platform installed = (install_host_factories(), platform());
+    platform().template_objects = installed.template_objects;
+    platform().document_objects = installed.document_objects;
+  }
+  ~HostFactories() { platform() = former_; }
+
+ private:
+  const Folder folder_;
+  const Variable data_home_{"XDG_DATA_HOME"};
+  const Platform former_ = platform();
+};
 
 // A test that leaves no identity behind.
 class Component : public ::testing::Test {

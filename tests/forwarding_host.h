@@ -26,11 +26,19 @@ class CallListener {
   virtual ~CallListener() = default;
   virtual void called(std::string_view interface, std::string_view member) = 0;
 
-  // What a list of strings, a flag and the versions answer in place of what stands behind them.
-  virtual std::int32_t strings_count(std::int32_t count) { return count; }
-  virtual Variant flag_value(const Variant& value) { return value; }
-  virtual std::int32_t version_mode(std::int32_t mode) { return mode; }
+  // May change what the call that was told last answers with. A C++ host has no objects and lists of a wrong type: they become
+  // an empty reference and an empty list.
+  virtual void answers(Variant&) {}
 };
+
+// The object behind a forwarding one of its own; an empty reference stays empty.
+template <class Wrapper, class Held>
+Ref<Held> forwarding(CallListener& listener, Ref<Held> object) {
+  Variant answer = object;
+  listener.answers(answer);
+  if (!object || answer != Variant(object)) return {};
+  return make<Wrapper>(listener, std::move(object));
+}
 
 template <class Interface>
 class Forwarding : public Interface {
@@ -41,11 +49,21 @@ class Forwarding : public Interface {
 
  protected:
   CallListener& listener() const noexcept { return listener_; }
-  // The object behind a forwarding one of its own; an empty reference stays empty.
   template <class Wrapper, class Held>
   Ref<Held> as(Ref<Held> object) {
-    if (!object) return {};
-    return make<Wrapper>(listener_, std::move(object));
+    return forwarding<Wrapper>(listener_, std::move(object));
+  }
+  template <class Value>
+  Value say(Value value) {
+    Variant answer = std::move(value);
+    listener_.answers(answer);
+    if constexpr (std::is_same_v<Value, bool>) return to_boolean(answer);
+    if constexpr (std::is_same_v<Value, std::int16_t>) return to_int16(answer);
+    if constexpr (std::is_same_v<Value, std::int32_t>) return to_int32(answer);
+    if constexpr (std::is_same_v<Value, double>) return to_double(answer);
+    if constexpr (std::is_same_v<Value, String>) return to_text(answer);
+    if constexpr (std::is_same_v<Value, Array<String>>) return answer.is<Value>() ? to_strings(answer) : Value();
+    if constexpr (std::is_same_v<Value, Variant>) return answer;
   }
 
  private:
@@ -80,22 +98,22 @@ Ref<Interface> unwrapped(const Ref<Interface>& object) {
 
 struct ForwardingChoiceList final : Named<"TIBChoiceList", TIBChoiceList> {
   using Named::Named;
-  std::int32_t Count() override { return to("Count").Count(); }
+  std::int32_t Count() override { return say(to("Count").Count()); }
   void SetItem(const Variant& Index, const String& text) override { to("SetItem").SetItem(Index, text); }
-  Array<String> AsArray(std::int32_t lower) override { return to("AsArray").AsArray(lower); }
+  Array<String> AsArray(std::int32_t lower) override { return say(to("AsArray").AsArray(lower)); }
 };
 
 struct ForwardingField final : Named<"TIBQuestion", TIBQuestion> {
   using Named::Named;
-  String QuestionText() override { return to("QuestionText").QuestionText(); }
+  String QuestionText() override { return say(to("QuestionText").QuestionText()); }
   void SetQuestionText(const String& value) override { to("SetQuestionText").SetQuestionText(value); }
-  std::int16_t ItemOption() override { return to("ItemOption").ItemOption(); }
-  bool Graded() override { return to("Graded").Graded(); }
+  std::int16_t ItemOption() override { return say(to("ItemOption").ItemOption()); }
+  bool Graded() override { return say(to("Graded").Graded()); }
   void SetGraded(bool value) override { to("SetGraded").SetGraded(value); }
-  double CorrectPoints() override { return to("CorrectPoints").CorrectPoints(); }
+  double CorrectPoints() override { return say(to("CorrectPoints").CorrectPoints()); }
   void SetCorrectPoints(double value) override { to("SetCorrectPoints").SetCorrectPoints(value); }
-  double IncorrectPoints() override { return to("IncorrectPoints").IncorrectPoints(); }
-  double NoResponsePoints() override { return to("NoResponsePoints").NoResponsePoints(); }
+  double IncorrectPoints() override { return say(to("IncorrectPoints").IncorrectPoints()); }
+  double NoResponsePoints() override { return say(to("NoResponsePoints").NoResponsePoints()); }
   Ref<TIBChoiceList> ChoiceLabels() override { return as<ForwardingChoiceList>(to("ChoiceLabels").ChoiceLabels()); }
   void SetChoiceLabels(const Ref<TIBChoiceList>& value) override {
     to("SetChoiceLabels").SetChoiceLabels(unwrapped(value));
@@ -104,16 +122,16 @@ struct ForwardingField final : Named<"TIBQuestion", TIBQuestion> {
   void SetChoiceValues(const Ref<TIBChoiceList>& value) override {
     to("SetChoiceValues").SetChoiceValues(unwrapped(value));
   }
-  std::int16_t ScaleOption() override { return to("ScaleOption").ScaleOption(); }
+  std::int16_t ScaleOption() override { return say(to("ScaleOption").ScaleOption()); }
   void SetSubjectiveQuestion(bool value) override { to("SetSubjectiveQuestion").SetSubjectiveQuestion(value); }
-  std::int16_t MultiplesAllowed() override { return to("MultiplesAllowed").MultiplesAllowed(); }
+  std::int16_t MultiplesAllowed() override { return say(to("MultiplesAllowed").MultiplesAllowed()); }
   void SetMultiplesAllowed(std::int16_t value) override { to("SetMultiplesAllowed").SetMultiplesAllowed(value); }
-  std::int32_t FieldNumber(bool option) override { return to("FieldNumber").FieldNumber(option); }
+  std::int32_t FieldNumber(bool option) override { return say(to("FieldNumber").FieldNumber(option)); }
 };
 
 struct ForwardingFields final : Named<"TIBQuestions", TIBQuestions> {
   using Named::Named;
-  std::int32_t Count() override { return to("Count").Count(); }
+  std::int32_t Count() override { return say(to("Count").Count()); }
   Ref<TIBQuestion> Item(const Variant& Index) override { return as<ForwardingField>(to("Item").Item(Index)); }
   void Add() override { to("Add").Add(); }
 };
@@ -121,24 +139,24 @@ struct ForwardingFields final : Named<"TIBQuestions", TIBQuestions> {
 struct ForwardingRegion final : Named<"TIBRegion", TIBRegion> {
   using Named::Named;
   Ref<TIBQuestions> Questions() override { return as<ForwardingFields>(to("Questions").Questions()); }
-  std::int32_t RegionKind() override { return to("RegionKind").RegionKind(); }
+  std::int32_t RegionKind() override { return say(to("RegionKind").RegionKind()); }
   void SetRegionKind(std::int32_t value) override { to("SetRegionKind").SetRegionKind(value); }
-  std::int32_t ResponseKind() override { return to("ResponseKind").ResponseKind(); }
+  std::int32_t ResponseKind() override { return say(to("ResponseKind").ResponseKind()); }
   void SetResponseKind(std::int32_t value) override { to("SetResponseKind").SetResponseKind(value); }
-  std::int32_t ValueKind() override { return to("ValueKind").ValueKind(); }
+  std::int32_t ValueKind() override { return say(to("ValueKind").ValueKind()); }
   void SetValueKind(std::int32_t value) override { to("SetValueKind").SetValueKind(value); }
-  std::int16_t QuestionCount() override { return to("QuestionCount").QuestionCount(); }
-  String Name() override { return to("Name").Name(); }
+  std::int16_t QuestionCount() override { return say(to("QuestionCount").QuestionCount()); }
+  String Name() override { return say(to("Name").Name()); }
   void SetName(const String& value) override { to("SetName").SetName(value); }
-  std::int16_t GroupNumber() override { return to("GroupNumber").GroupNumber(); }
+  std::int16_t GroupNumber() override { return say(to("GroupNumber").GroupNumber()); }
   void SetSubjectiveRegion(bool value) override { to("SetSubjectiveRegion").SetSubjectiveRegion(value); }
 };
 
 struct ForwardingRegions final : Named<"TIBRegions", TIBRegions> {
   using Named::Named;
-  std::int32_t Count() override { return to("Count").Count(); }
+  std::int32_t Count() override { return say(to("Count").Count()); }
   std::int16_t Add(const Ref<TIBRegion>& region, const Variant& option1, const Variant& option2) override {
-    return to("Add").Add(unwrapped(region), option1, option2);
+    return say(to("Add").Add(unwrapped(region), option1, option2));
   }
   Ref<TIBRegion> Item(const Variant& Index) override { return as<ForwardingRegion>(to("Item").Item(Index)); }
 };
@@ -150,20 +168,20 @@ struct ForwardingPage final : Named<"TIBPage", TIBPage> {
 
 struct ForwardingPages final : Named<"TIBPages", TIBPages> {
   using Named::Named;
-  std::int32_t Count() override { return to("Count").Count(); }
+  std::int32_t Count() override { return say(to("Count").Count()); }
   Ref<TIBPage> Item(const Variant& Index) override { return as<ForwardingPage>(to("Item").Item(Index)); }
 };
 
 struct ForwardingTemplate : Named<"TIBTemplate", TIBTemplate> {
   using Named::Named;
   Ref<TIBPages> Pages() override { return as<ForwardingPages>(to("Pages").Pages()); }
-  std::int16_t PageCount() override { return to("PageCount").PageCount(); }
-  std::int16_t QuestionCount() override { return to("QuestionCount").QuestionCount(); }
-  std::int16_t GradedQuestionCount() override { return to("GradedQuestionCount").GradedQuestionCount(); }
+  std::int16_t PageCount() override { return say(to("PageCount").PageCount()); }
+  std::int16_t QuestionCount() override { return say(to("QuestionCount").QuestionCount()); }
+  std::int16_t GradedQuestionCount() override { return say(to("GradedQuestionCount").GradedQuestionCount()); }
   void Clear() override { to("Clear").Clear(); }
   Variant QuestionNames(std::int16_t first, std::int16_t last, bool option1, const String& delimiter,
                         bool option2) override {
-    return to("QuestionNames").QuestionNames(first, last, option1, delimiter, option2);
+    return say(to("QuestionNames").QuestionNames(first, last, option1, delimiter, option2));
   }
   Ref<TIBTemplate> Copy(bool option) override { return as<ForwardingTemplate>(to("Copy").Copy(option)); }
 };
@@ -172,16 +190,16 @@ struct ForwardingTemplate : Named<"TIBTemplate", TIBTemplate> {
 
 struct ForwardingStrings final : Named<"WENKtdStrings", WENKtdStrings> {
   using Named::Named;
-  std::int32_t Count() override { return listener().strings_count(to("Count").Count()); }
+  std::int32_t Count() override { return say(to("Count").Count()); }
   void Add(const String& text, const Variant& key) override { to("Add").Add(text, key); }
   void AddArray(const Array<String>& texts) override { to("AddArray").AddArray(texts); }
-  String Item(const Variant& Index) override { return to("Item").Item(Index); }
-  Array<String> AsArray() override { return to("AsArray").AsArray(); }
+  String Item(const Variant& Index) override { return say(to("Item").Item(Index)); }
+  Array<String> AsArray() override { return say(to("AsArray").AsArray()); }
 };
 
 struct ForwardingFlag final : Named<"WENKtdObjectiveFlag", WENKtdObjectiveFlag> {
   using Named::Named;
-  Variant Value() override { return listener().flag_value(to("Value").Value()); }
+  Variant Value() override { return say(to("Value").Value()); }
   void SetValue(const Variant& value) override { to("SetValue").SetValue(value); }
 };
 
@@ -203,41 +221,41 @@ struct ForwardingQuestion final : Named<"WENKtdQuestion", WENKtdQuestion> {
   Ref<WENKtdStrings> AnswerKey() override { return strings(to("AnswerKey").AnswerKey()); }
   Ref<WENKtdStrings> NumericAnswerKey() override { return strings(to("NumericAnswerKey").NumericAnswerKey()); }
   void SetName(const String& value) override { to("SetName").SetName(value); }
-  String QuestionText() override { return to("QuestionText").QuestionText(); }
+  String QuestionText() override { return say(to("QuestionText").QuestionText()); }
   void SetQuestionText(const String& value) override { to("SetQuestionText").SetQuestionText(value); }
-  bool Graded() override { return to("Graded").Graded(); }
+  bool Graded() override { return say(to("Graded").Graded()); }
   void SetGraded(bool value) override { to("SetGraded").SetGraded(value); }
   void SetItemOption(std::int16_t value) override { to("SetItemOption").SetItemOption(value); }
   void SetValueKind(std::int32_t value) override { to("SetValueKind").SetValueKind(value); }
-  String TextValue() override { return to("TextValue").TextValue(); }
+  String TextValue() override { return say(to("TextValue").TextValue()); }
   void SetTextValue(const String& value) override { to("SetTextValue").SetTextValue(value); }
-  double FloatValue() override { return to("FloatValue").FloatValue(); }
+  double FloatValue() override { return say(to("FloatValue").FloatValue()); }
   void SetFloatValue(double value) override { to("SetFloatValue").SetFloatValue(value); }
   void SetMultiplesAllowed(std::int16_t value) override { to("SetMultiplesAllowed").SetMultiplesAllowed(value); }
   void SetScaleOption(std::int16_t value) override { to("SetScaleOption").SetScaleOption(value); }
-  bool Subjective() override { return to("Subjective").Subjective(); }
+  bool Subjective() override { return say(to("Subjective").Subjective()); }
   void SetSubjective(bool value) override { to("SetSubjective").SetSubjective(value); }
   void SetCorrectAnswerCount(std::int32_t value) override { to("SetCorrectAnswerCount").SetCorrectAnswerCount(value); }
-  bool CorrectAnd() override { return to("CorrectAnd").CorrectAnd(); }
+  bool CorrectAnd() override { return say(to("CorrectAnd").CorrectAnd()); }
   void SetCorrectAnd(bool value) override { to("SetCorrectAnd").SetCorrectAnd(value); }
-  double CorrectPoints() override { return to("CorrectPoints").CorrectPoints(); }
+  double CorrectPoints() override { return say(to("CorrectPoints").CorrectPoints()); }
   void SetCorrectPoints(double value) override { to("SetCorrectPoints").SetCorrectPoints(value); }
-  double IncorrectPoints() override { return to("IncorrectPoints").IncorrectPoints(); }
+  double IncorrectPoints() override { return say(to("IncorrectPoints").IncorrectPoints()); }
   void SetIncorrectPoints(double value) override { to("SetIncorrectPoints").SetIncorrectPoints(value); }
-  double NoResponsePoints() override { return to("NoResponsePoints").NoResponsePoints(); }
+  double NoResponsePoints() override { return say(to("NoResponsePoints").NoResponsePoints()); }
   void SetNoResponsePoints(double value) override { to("SetNoResponsePoints").SetNoResponsePoints(value); }
-  double SubjectivePoints() override { return to("SubjectivePoints").SubjectivePoints(); }
-  String Difficulty() override { return to("Difficulty").Difficulty(); }
+  double SubjectivePoints() override { return say(to("SubjectivePoints").SubjectivePoints()); }
+  String Difficulty() override { return say(to("Difficulty").Difficulty()); }
   void SetDifficulty(const String& value) override { to("SetDifficulty").SetDifficulty(value); }
-  String Reference() override { return to("Reference").Reference(); }
+  String Reference() override { return say(to("Reference").Reference()); }
   void SetReference(const String& value) override { to("SetReference").SetReference(value); }
-  String Topic() override { return to("Topic").Topic(); }
+  String Topic() override { return say(to("Topic").Topic()); }
   void SetTopic(const String& value) override { to("SetTopic").SetTopic(value); }
-  String Keywords() override { return to("Keywords").Keywords(); }
+  String Keywords() override { return say(to("Keywords").Keywords()); }
   void SetKeywords(const String& value) override { to("SetKeywords").SetKeywords(value); }
-  String Miscellaneous() override { return to("Miscellaneous").Miscellaneous(); }
+  String Miscellaneous() override { return say(to("Miscellaneous").Miscellaneous()); }
   void SetMiscellaneous(const String& value) override { to("SetMiscellaneous").SetMiscellaneous(value); }
-  String Notes() override { return to("Notes").Notes(); }
+  String Notes() override { return say(to("Notes").Notes()); }
   void SetNotes(const String& value) override { to("SetNotes").SetNotes(value); }
 
  private:
@@ -246,37 +264,37 @@ struct ForwardingQuestion final : Named<"WENKtdQuestion", WENKtdQuestion> {
 
 struct ForwardingQuestions final : Named<"WENKtdQuestions", WENKtdQuestions> {
   using Named::Named;
-  std::int32_t Count() override { return to("Count").Count(); }
+  std::int32_t Count() override { return say(to("Count").Count()); }
   void Add(const Ref<WENKtdQuestion>& question) override { to("Add").Add(unwrapped(question)); }
   Ref<WENKtdQuestion> Item(const Variant& Index) override { return as<ForwardingQuestion>(to("Item").Item(Index)); }
 };
 
 struct ForwardingObjective final : Named<"WENKtdObjective", WENKtdObjective> {
   using Named::Named;
-  String Name() override { return to("Name").Name(); }
+  String Name() override { return say(to("Name").Name()); }
   void SetName(const String& value) override { to("SetName").SetName(value); }
 };
 
 struct ForwardingObjectives final : Named<"WENKtdObjectives", WENKtdObjectives> {
   using Named::Named;
-  std::int32_t Count() override { return to("Count").Count(); }
+  std::int32_t Count() override { return say(to("Count").Count()); }
   void Add(const Ref<WENKtdObjective>& objective, const Variant& key) override {
     to("Add").Add(unwrapped(objective), key);
   }
   Ref<WENKtdObjective> Item(const Variant& Index) override { return as<ForwardingObjective>(to("Item").Item(Index)); }
-  bool Exists(const Variant& key) override { return to("Exists").Exists(key); }
+  bool Exists(const Variant& key) override { return say(to("Exists").Exists(key)); }
 };
 
 struct ForwardingOrder final : Named<"WENKtdOrder", WENKtdOrder> {
   using Named::Named;
-  std::int32_t Count() override { return to("Count").Count(); }
-  std::int32_t Item(std::int32_t position) override { return to("Item").Item(position); }
+  std::int32_t Count() override { return say(to("Count").Count()); }
+  std::int32_t Item(std::int32_t position) override { return say(to("Item").Item(position)); }
   void FromArray(const Array<std::int32_t>& entries) override { to("FromArray").FromArray(entries); }
 };
 
 struct ForwardingOrders final : Named<"WENKtdOrders", WENKtdOrders> {
   using Named::Named;
-  std::int32_t Count() override { return to("Count").Count(); }
+  std::int32_t Count() override { return say(to("Count").Count()); }
   void Add(const Ref<WENKtdOrder>& order) override { to("Add").Add(unwrapped(order)); }
   void AddDefault(std::int32_t questions) override { to("AddDefault").AddDefault(questions); }
   Ref<WENKtdOrder> Item(const Variant& Index) override { return as<ForwardingOrder>(to("Item").Item(Index)); }
@@ -287,7 +305,7 @@ struct ForwardingVersions final : Named<"WENKtdVersions", WENKtdVersions> {
   Ref<WENKtdOrders> Orders() override { return as<ForwardingOrders>(to("Orders").Orders()); }
   Ref<WENKtdStrings> VersionAnswers() override { return as<ForwardingStrings>(to("VersionAnswers").VersionAnswers()); }
   void SetSequenceQuestion(std::int32_t value) override { to("SetSequenceQuestion").SetSequenceQuestion(value); }
-  std::int32_t VersionMode() override { return listener().version_mode(to("VersionMode").VersionMode()); }
+  std::int32_t VersionMode() override { return say(to("VersionMode").VersionMode()); }
 };
 
 struct ForwardingDocument final : Named<"WENKtdDocument", WENKtdDocument> {
@@ -296,9 +314,9 @@ struct ForwardingDocument final : Named<"WENKtdDocument", WENKtdDocument> {
   Ref<WENKtdVersions> Versions() override { return as<ForwardingVersions>(to("Versions").Versions()); }
   Ref<WENKtdObjectives> Objectives() override { return as<ForwardingObjectives>(to("Objectives").Objectives()); }
   void Clear() override { to("Clear").Clear(); }
-  bool Load(const String& path) override { return to("Load").Load(path); }
-  String Description() override { return to("Description").Description(); }
-  String Notes() override { return to("Notes").Notes(); }
+  bool Load(const String& path) override { return say(to("Load").Load(path)); }
+  String Description() override { return say(to("Description").Description()); }
+  String Notes() override { return say(to("Notes").Notes()); }
   void SetDocumentKind(std::int32_t value) override { to("SetDocumentKind").SetDocumentKind(value); }
   void SetPageCount(std::int32_t value) override { to("SetPageCount").SetPageCount(value); }
   void PrepareDefaults() override { to("PrepareDefaults").PrepareDefaults(); }
@@ -328,7 +346,7 @@ class ForwardingHost : private TemplateFactory, private DocumentFactory {
   template <class Wrapper, class Create>
   auto created(std::string_view interface, Create create) {
     listener_.called(interface, "create");
-    return make<Wrapper>(listener_, create());
+    return forwarding<Wrapper>(listener_, create());
   }
 
   Ref<TIBRegion> region(const Ref<TIBTemplate>& of) override {

@@ -211,19 +211,21 @@ TEST(BuildTestFromKTD, ReadsTheOrdersOfTheVersions) {
 // A host whose document answers what the default one never does.
 struct OtherAnswers : CallListener {
   void called(std::string_view, std::string_view member) override {
+    called_last = member;
     of_the_key |= member == "AnswerKey";
     asks_for_flags |= member == "ObjectiveFlags";
   }
-  std::int32_t strings_count(std::int32_t count) override {
-    return std::exchange(of_the_key, false) ? keys.value_or(count) : count;
+  void answers(Variant& answer) override {
+    if (called_last == "Count" && std::exchange(of_the_key, false) && keys) answer = *keys;
+    if (called_last == "Value") answer = flags.at(asked++);
+    if (called_last == "VersionMode") answer = mode;
   }
-  Variant flag_value(const Variant&) override { return flags.at(asked++); }
-  std::int32_t version_mode(std::int32_t) override { return mode; }
 
   std::vector<Variant> flags;
   std::size_t asked = 0;
   std::int32_t mode = 0;
   std::optional<std::int32_t> keys;  // their count
+  std::string_view called_last;
   bool of_the_key = false;
   bool asks_for_flags = false;
 };

@@ -1,31 +1,39 @@
 // The versions of a test in the document: their identifiers and where each of their questions lies in the merged test.
+#include <optional>
+#include <vector>
+
 #include "hedro34/merge/clsHEDRO.h"
 #include "hedro34/merge/here.h"
 
 namespace hedro34 {
 namespace {
 
-// The order of a further version, one entry for each question of the document; nothing when the version has fewer questions
-// than the document has graded ones.
-bool order_of(WENKtdQuestions& questions, const clsHEDROTestQuestions& version,
-              const KeyedList<std::int32_t>& field_numbers, Array<std::int32_t>& order) {
+// The order of a further version, one entry for each of so many questions of the document; nothing when the version has fewer
+// questions than the document has graded ones. It grows as the questions come: the host's count may be any number.
+std::optional<Array<std::int32_t>> order_of(WENKtdQuestions& questions, std::int32_t count,
+                                            const clsHEDROTestQuestions& version,
+                                            const KeyedList<std::int32_t>& field_numbers) {
+  std::vector<std::int32_t> order;
   std::int32_t rank = 0;
-  for (std::int32_t p = 1; p <= questions.Count(); ++p) {
+  std::int32_t p = 1;
+  for (; p <= questions.Count(); ++p) {
+    if (p > count) fail(FailureNumber::SubscriptOutOfRange);
     if (!questions.Item(p)->Graded()) {
-      order[p] = p;
+      order.push_back(p);
       continue;
     }
-    if (++rank > version.Count()) return false;
-    order[p] = field_numbers.at(version.Item(rank)->ID.str());
+    if (++rank > version.Count()) return {};
+    order.push_back(field_numbers.at(version.Item(rank)->ID.str()));
   }
-  return true;
+  if (p <= count) fail(FailureNumber::SubscriptOutOfRange);
+  return Array<std::int32_t>::of(std::move(order));
 }
 
 }  // namespace
 
 bool clsHEDRO::ValidVersionIdentifier(StringView sVersion) {
   return quietly<bool>([&](auto& result) {
-    const Ref<WENKtdQuestions> questions = WENKTD->Questions();
+    const Ref<WENKtdQuestions> questions = held(WENKTD)->Questions();
     if (SequenceQuestion > questions->Count() || SequenceQuestion < 1) return;
     const Ref<WENKtdQuestion> question = questions->Item(SequenceQuestion);
     if (question->Graded()) return;
@@ -47,8 +55,8 @@ bool clsHEDRO::BuildSequences(const KeyedList<std::int32_t>& oFieldNumbers) {
       }
       return false;
     };
-    const Ref<WENKtdQuestions> questions = WENKTD->Questions();
-    const Ref<WENKtdVersions> versions = WENKTD->Versions();
+    const Ref<WENKtdQuestions> questions = held(WENKTD)->Questions();
+    const Ref<WENKtdVersions> versions = held(WENKTD)->Versions();
     versions->Orders()->AddDefault(questions->Count());
     if (Tests->Count() > 1) {
       versions->SetSequenceQuestion(SequenceQuestion);
@@ -57,12 +65,13 @@ bool clsHEDRO::BuildSequences(const KeyedList<std::int32_t>& oFieldNumbers) {
       versions->VersionAnswers()->Add(first);
       for (std::int32_t n = 2; n <= Tests->Count(); ++n) {
         const Ref<clsHEDROTest> test = Tests->Item(n);
-        Array<std::int32_t> entries(1, questions->Count());
-        if (!order_of(*questions, *test->Questions, oFieldNumbers, entries)) return;
-        if (!accept(test->Version)) return;
+        const std::int32_t count = questions->Count();
+        const auto entries = order_of(*questions, count, *held(test->Questions), oFieldNumbers);
+        if (!entries) return;
+        if (!accept(String(test->Version))) return;
         versions->VersionAnswers()->Add(test->Version);
-        const Ref<WENKtdOrder> order = platform().document_objects->order(WENKTD);
-        order->FromArray(entries);
+        const Ref<WENKtdOrder> order = platform().document_objects->order(held(WENKTD));
+        order->FromArray(*entries);
         versions->Orders()->Add(order);
       }
     }

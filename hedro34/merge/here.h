@@ -9,6 +9,12 @@ namespace hedro34 {
 
 constexpr Location here(const char16_t* operation) { return {u"clsHEDRO", operation}; }
 
+// The object of a field, held while it is called: what is called may change the field, and be all that held the object.
+template <class T>
+Ref<T> held(const Ref<T>& field) noexcept {
+  return field;
+}
+
 inline constexpr StringView line_break = u"\r\n";
 
 inline void show_warning(StringView title, StringView text) {

@@ -45,7 +45,7 @@ bool MergeRun::check_preconditions() {
         u"Invalid Template",
         u"An error occurred merging the specified template and test. The template is invalid. Operation aborted.");
   }
-  if (host_.TemplateIn->QuestionCount() == 0) {
+  if (held(host_.TemplateIn)->QuestionCount() == 0) {
     return refuse(u"Invalid Template",
                   u"An error occurred merging the specified template and test. The template does not contain any "
                   u"questions. Operation aborted.");
@@ -58,7 +58,7 @@ bool MergeRun::check_preconditions() {
   }
   subjective_count_ = test_->Questions->TypeCount(HEDROTestQuestionTypeSubjective);
   graded_count_ = test_->Questions->Count() - subjective_count_;
-  if (graded_count_ > host_.TemplateIn->GradedQuestionCount()) {
+  if (graded_count_ > held(host_.TemplateIn)->GradedQuestionCount()) {
     return refuse(u"Invalid Merge",
                   u"An error occurred merging the test with the specified template. The test contains more graded "
                   u"questions than the specified template. Operation aborted.");
@@ -67,22 +67,23 @@ bool MergeRun::check_preconditions() {
 }
 
 void MergeRun::copy_template() {
-  host_.TemplateOut->Clear();
-  host_.TemplateOut = host_.TemplateIn->Copy(true);
+  held(host_.TemplateOut)->Clear();
+  host_.TemplateOut = held(host_.TemplateIn)->Copy(true);
 }
 
 void MergeRun::read_field_names() {
-  field_names_ = host_.TemplateOut->QuestionNames(1, host_.TemplateOut->QuestionCount(), false, u"\t", false);
+  field_names_ =
+      held(host_.TemplateOut)->QuestionNames(1, held(host_.TemplateOut)->QuestionCount(), false, u"\t", false);
   to_strings(field_names_);  // anything else fails here, not at the first field
 }
 
 void MergeRun::start_document() {
-  host_.WENKTD->Clear();
-  host_.WENKTD->SetPageCount(host_.TemplateIn->PageCount());
-  host_.WENKTD->SetDocumentKind(1);
-  host_.WENKTD->PrepareDefaults();
-  objectives_ = host_.WENKTD->Objectives();
-  questions_ = host_.WENKTD->Questions();
+  held(host_.WENKTD)->Clear();
+  held(host_.WENKTD)->SetPageCount(held(host_.TemplateIn)->PageCount());
+  held(host_.WENKTD)->SetDocumentKind(1);
+  held(host_.WENKTD)->PrepareDefaults();
+  objectives_ = held(host_.WENKTD)->Objectives();
+  questions_ = held(host_.WENKTD)->Questions();
   const std::int32_t questions = test_->Questions->Count();
   for (std::int32_t i = 1; i <= questions; ++i) {
     const Ref<clsHEDROTestStrings> texts = test_->Questions->Item(i)->LearningObjectives;
@@ -90,7 +91,7 @@ void MergeRun::start_document() {
     for (std::int32_t j = 1; j <= count; ++j) {
       const Variant text = texts->Item(j);
       if (objectives_->Exists(text)) continue;
-      const Ref<WENKtdObjective> objective = platform().document_objects->objective(host_.WENKTD);
+      const Ref<WENKtdObjective> objective = platform().document_objects->objective(held(host_.WENKTD));
       objective->SetName(*text.text());
       objectives_->Add(objective, objective->Name());
     }
@@ -98,9 +99,9 @@ void MergeRun::start_document() {
 }
 
 bool MergeRun::fit_graded_fields() {
-  const std::int32_t surplus = host_.TemplateOut->GradedQuestionCount() - graded_count_;
+  const std::int32_t surplus = held(host_.TemplateOut)->GradedQuestionCount() - graded_count_;
   if (surplus > 0) ungrade_last_fields(surplus);
-  if (graded_count_ == host_.TemplateOut->GradedQuestionCount()) return true;
+  if (graded_count_ == held(host_.TemplateOut)->GradedQuestionCount()) return true;
   return refuse(
       u"Invalid Merge",
       u"An error occurred merging the test with the specified template. The test contains a different number of "
@@ -108,7 +109,7 @@ bool MergeRun::fit_graded_fields() {
 }
 
 void MergeRun::ungrade_last_fields(std::int32_t surplus) {
-  const Ref<TIBPages> pages = host_.TemplateOut->Pages();
+  const Ref<TIBPages> pages = held(host_.TemplateOut)->Pages();
   for (std::int32_t p = pages->Count(); p >= 1; --p) {
     const Ref<TIBRegions> regions = pages->Item(p)->Regions();
     for (std::int32_t r = regions->Count(); r >= 1; --r) {

@@ -19,7 +19,7 @@ bool has_choices(TIBRegion& region) {
 bool MergeRun::walk_fields() {
   question_number_ = 0;
   std::int32_t previous_group = 0;
-  const Ref<TIBPages> pages = host_.TemplateOut->Pages();
+  const Ref<TIBPages> pages = held(host_.TemplateOut)->Pages();
   const std::int32_t page_count = pages->Count();
   for (std::int32_t p = 1; p <= page_count; ++p) {
     const Ref<TIBRegions> regions = pages->Item(p)->Regions();
@@ -42,7 +42,7 @@ bool MergeRun::walk_fields() {
 
 bool MergeRun::visit_field(TIBRegion& region, const Ref<TIBQuestion>& field) {
   ++field_number_;
-  const Ref<WENKtdQuestion> question = platform().document_objects->question(host_.WENKTD);
+  const Ref<WENKtdQuestion> question = platform().document_objects->question(held(host_.WENKTD));
   question->SetCorrectPoints(field->CorrectPoints());
   question->SetValueKind(region.ValueKind() == 1 ? 1 : 2);
   question->SetScaleOption(field->ScaleOption());
@@ -158,7 +158,7 @@ void MergeRun::add_subjective_questions() {
     ++question_number_;
     const Ref<clsHEDROTestQuestion> asked = test_->Questions->Item(question_number_);
     const String name = u"Subjective" + decimal(n);
-    Ref<TIBRegion> region = platform().template_objects->region(host_.TemplateOut);
+    Ref<TIBRegion> region = platform().template_objects->region(held(host_.TemplateOut));
     region->SetValueKind(1);
     region->SetResponseKind(3);
     region->SetName(name);
@@ -167,9 +167,9 @@ void MergeRun::add_subjective_questions() {
     region->Questions()->Add();
     region->Questions()->Item(1)->SetSubjectiveQuestion(true);
     region->Questions()->Item(1)->SetCorrectPoints(static_cast<double>(asked->SubjectivePoints));
-    host_.TemplateOut->Pages()->Item(host_.TemplateOut->PageCount())->Regions()->Add(region);
+    held(host_.TemplateOut)->Pages()->Item(held(host_.TemplateOut)->PageCount())->Regions()->Add(region);
     region = nullptr;
-    const Ref<WENKtdQuestion> question = platform().document_objects->question(host_.WENKTD);
+    const Ref<WENKtdQuestion> question = platform().document_objects->question(held(host_.WENKTD));
     question->SetName(name);
     question->SetQuestionText(name);
     question->SetSubjective(true);
