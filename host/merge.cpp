@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iostream>
+#include <memory>
 
 #include "hedro34/base/immortal.h"
 #include "hedro34/documents/data_document.h"
@@ -208,9 +209,10 @@ class MergeRoad {
 }  // namespace
 
 void merge(const MergeCommand& command, Messages& messages) {
-  // It lives until the process ends: releasing a large test object by object takes as long as merging it.
-  static MergeRoad& road = hedro34::immortal<MergeRoad>(command, messages);
-  road.run();
+  // The last one lives until the process ends: releasing a large test object by object takes as long as merging it.
+  static auto& road = hedro34::immortal<std::unique_ptr<MergeRoad>>();
+  road = std::make_unique<MergeRoad>(command, messages);
+  road->run();
 }
 
 }  // namespace host

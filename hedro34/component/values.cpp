@@ -229,6 +229,7 @@ void put(VARIANT& target, StringView value) {
 void put(VARIANT& target, const Array<String>& value) {
   OwnedVariant array;
   array->vt = VT_ARRAY | VT_BSTR;
+  array->parray = nullptr;  // `{}` clears the first member of a union only
   if (value.has_bounds()) {
     const auto& texts = value.elements();
     array->parray =
@@ -242,6 +243,7 @@ void put(VARIANT& target, const Array<String>& value) {
 void put(VARIANT& target, const Array<std::int32_t>& value) {
   VARIANT array{};
   array.vt = VT_ARRAY | VT_I4;
+  array.parray = nullptr;
   if (value.has_bounds()) {
     const auto& numbers = value.elements();
     array.parray =
