@@ -67,15 +67,16 @@ String ktd_path(String path) {
   return mere_name && path.find(u'.') != String::npos ? u".\\" + path : path;
 }
 
-bool begins_as_json(const String& path) {
+bool begins_as_json(const Input& input) {
   constexpr std::string_view byte_order_mark = "\xef\xbb\xbf";
   constexpr std::string_view white_space = " \t\r\n";
-  auto file = InputFile::open(path);
-  if (!file) return false;
+  auto file = InputFile::open(input.path());
+  if (!file) input.cannot_read();
   std::array<char, 4096> buffer;
   for (bool at_start = true;; at_start = false) {
     const auto size = file->read(buffer.data(), buffer.size());
-    if (!size || *size == 0) return false;
+    if (!size) input.cannot_read();
+    if (*size == 0) return false;
     std::string_view bytes(buffer.data(), *size);
     if (at_start && bytes.starts_with(byte_order_mark)) bytes.remove_prefix(byte_order_mark.size());
     const std::size_t first = bytes.find_first_not_of(white_space);
@@ -87,7 +88,7 @@ Ref<clsHEDROTest> load_test(const Input& input, const ImportOptions& options, co
   auto test = make<clsHEDROTest>();
   test->ImportObjectives = options.objectives;
   test->StateAbbreviation = options.state;
-  if (begins_as_json(input.path())) {
+  if (begins_as_json(input)) {
     load_ktd(*test, input, input.given(), messages);
   } else {
     load_xml(*test, input, input.given(), options, messages);

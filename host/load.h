@@ -12,9 +12,9 @@ namespace host {
 // with a period in it, so that the test gets its title from the file's name.
 hedro34::String ktd_path(hedro34::String path);
 
-// Whether the first character of a file behind a byte-order mark and white space is "{". False for one that cannot be read, as a
-// load then says.
-bool begins_as_json(const hedro34::String& path);
+// Whether the first character of a file behind a byte-order mark and white space is "{". Throws a `Stop` for one that cannot be
+// read.
+bool begins_as_json(const Input& input);
 
 // A new test from an ExamView file or a KTD document, whichever the file is. Throws a `Stop` when the library answers False:
 // `BadInput` when the file cannot be used, `AnsweredFalse` when it is in order but gives no test.

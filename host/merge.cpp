@@ -186,6 +186,7 @@ class MergeRoad {
     outputs.add("form", dynamic_cast<FormTemplate&>(*merge_->TemplateOut), command_.form_out);
     outputs.add("document", dynamic_cast<DataDocument&>(*merge_->WENKTD), command_.document_out);
     if (command_.report) outputs.add("report", page(), *command_.report);
+    stop_after_failures();  // of what was to be written
     outputs.commit();
   }
 

@@ -52,7 +52,7 @@ std::string shown(FormTemplate& form, As as, Input& input) {
 
 std::string shown(const String& file, const ShowCommand& command, Messages& messages) {
   Input input("test", file);
-  const bool is_json = begins_as_json(input.path());
+  const bool is_json = begins_as_json(input);
   if (is_json) {
     if (const auto form = form_in(input)) return shown(*form, command.as, input);
   }

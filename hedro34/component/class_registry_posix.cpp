@@ -101,9 +101,12 @@ Ref<Registry> load(const String& path) {
   auto bytes = read_file(path);
   if (!bytes && !path.empty()) {
     struct stat status {};
-    if (::stat(to_utf8(path).c_str(), &status) != 0 && errno == ENOENT) {
+    if (::stat(to_utf8(path).c_str(), &status) != 0) {
+      const int error = errno;
       clear_file_error();
-      return registry;
+      if (error == ENOENT) return registry;
+      set_file_error(FileError::Kind::Unreadable, path, std::system_category().message(error));
+      return nullptr;
     }
     clear_file_error();
     bytes = read_file(path);  // it may have come between the two looks

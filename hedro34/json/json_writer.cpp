@@ -127,6 +127,7 @@ std::optional<PendingFile> prepare_json(const JsonTable& table, Object& root, St
 }
 
 bool save_json(const JsonTable& table, Object& root, StringView path) {
+  remove_abandoned_files(path);
   auto file = prepare_json(table, root, path);
   return file && file->commit();
 }

@@ -18,7 +18,8 @@ std::optional<std::string> write_json(const JsonTable& table, Object& root, Stri
 // Writes that text to a file beside its target, in parts. Nothing: `last_file_error()` says why.
 std::optional<PendingFile> prepare_json(const JsonTable& table, Object& root, StringView path);
 
-// Writes that text to a file, whole or not at all. False: `last_file_error()` says why, and the file keeps its content.
+// Writes that text to a file, whole or not at all. False: `last_file_error()` says why, and the file keeps its content. What
+// killed processes have left in its folder is removed.
 bool save_json(const JsonTable& table, Object& root, StringView path);
 
 }  // namespace hedro34

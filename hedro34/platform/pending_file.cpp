@@ -42,10 +42,13 @@ Path made_beside(const Path& target, const Make& make) {
   return {};
 }
 
-// Takes the lock that says that the writer lives. False when somebody who cleans up has the new file already.
+// Takes the lock that says that the writer lives. False with EEXIST when somebody who cleans up has the new file already.
 bool claim(const File& file, const Path& name) {
-  if (!system::try_lock(file)) return errno != EWOULDBLOCK;  // a file system without locks goes without
-  return system::is_still_at(file, name);
+  const bool locked = system::try_lock(file);
+  if (!locked && errno != EWOULDBLOCK) return true;  // a file system without locks goes without
+  if (locked && system::is_still_at(file, name)) return true;
+  if (!locked || errno == ENOENT) errno = EEXIST;
+  return false;
 }
 
 // Creates a file of a new name in the folder of `target`, readable as a new file is or, as a stand-in for an existing one,
@@ -55,8 +58,10 @@ File create_beside(const Path& target, bool stand_in, Path& name) {
   name = made_beside(target, [&](const Path& made) {
     created = system::create(made, stand_in);
     if (!created || claim(created, made)) return static_cast<bool>(created);
+    const int error = errno;
     created.close();
-    errno = EEXIST;
+    if (error != EEXIST) system::remove(made);
+    errno = error;
     return false;
   });
   return created;
@@ -86,8 +91,9 @@ bool is_abandoned(const Folder& folder, const std::string& name) {
   return writer != 0 && !system::is_running(writer) && folder.is_unlocked_and_own(name);
 }
 
-// The path as it stands or, when nothing is there, with "\" read as "/"; links are followed.
-Path target_of(StringView path) {
+// The path as it stands or, when nothing is there, with "\" read as "/"; links are followed. Nothing, with the reason in
+// `errno`, when they cannot be.
+std::optional<Path> target_of(StringView path) {
   Path form = system::to_path(path);
   if (!system::is_there(form) && system::names_nothing(errno)) form = with_slashes(path);
   return system::behind_links(std::move(form));
@@ -127,7 +133,9 @@ std::optional<PendingFile> PendingFile::write(StringView path, const std::functi
   };
   if (const auto why = impossible(path); !why.empty()) return failed(why);
 
-  auto parts = std::make_unique<Parts>(target_of(path), path);
+  auto behind = target_of(path);
+  if (!behind) return failed(reason(errno));
+  auto parts = std::make_unique<Parts>(std::move(*behind), path);
   const Path& target = parts->target;
   const auto existing = system::status(target);
   if (existing) {
@@ -168,8 +176,13 @@ bool PendingFile::commit() {
 
 // Another link to it where the file system has links, else a copy of it, ready to take its place again.
 std::optional<PendingFile> PendingFile::former(const Parts& file, bool& is_there) {
-  is_there = system::is_there(file.target) || errno != ENOENT;
-  if (!is_there) return std::nullopt;
+  is_there = system::is_there(file.target);
+  if (!is_there) {
+    if (errno == ENOENT) return std::nullopt;
+    set_file_error(FileError::Kind::Unwritable, file.path, reason(errno));
+    is_there = true;  // for all that can be told
+    return std::nullopt;
+  }
   auto parts = std::make_unique<Parts>(file.target, file.path);
   parts->temporary = made_beside(file.target, [&](const Path& name) { return system::link(file.target, name); });
   if (!parts->temporary.empty()) return PendingFile(std::move(parts));
@@ -224,7 +237,9 @@ bool commit_together(std::span<PendingFile> files) {
 void remove_abandoned_files(StringView path) noexcept {
   try {
     if (!impossible(path).empty()) return;
-    Folder folder(target_of(path).parent_path());
+    const auto target = target_of(path);
+    if (!target) return;
+    Folder folder(target->parent_path());
     if (!folder || !lock(folder, {})) return;  // somebody renames in there
     folder.each_name([&](const std::string& name) {
       if (is_abandoned(folder, name)) folder.remove(name);

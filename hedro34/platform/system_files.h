@@ -30,8 +30,8 @@ std::string_view never_a_file(StringView path);
 // True when `errno` says of a path that there is nothing under it.
 bool names_nothing(int error) noexcept;
 
-// The path behind the links that its last name stands for, whether a file is there or not.
-Path behind_links(Path path);
+// The path behind the links that its last name stands for, whether a file is there or not. Nothing when that cannot be told.
+std::optional<Path> behind_links(Path path);
 
 // The absolute form without ".", ".." and links, whether a file is there or not. Two paths with equal forms name one file.
 Path resolved(const Path& path);
@@ -87,7 +87,7 @@ bool take_over_permissions(const File& file, const Path& path, const Path& from)
 
 // An exclusive lock on an open file, held until it is closed. False, and EWOULDBLOCK, when somebody else has it.
 bool try_lock(const File& file);
-bool is_still_at(const File& file, const Path& path);
+bool is_still_at(const File& file, const Path& path);  // False, and ENOENT, when it is not
 
 // Flushes a file that was written and closes it for writing; it goes on holding its lock.
 bool finish(File& file);

@@ -63,11 +63,16 @@ std::string_view never_a_file(StringView) { return {}; }
 // A long text of folders with "\" is one name too long for the system.
 bool names_nothing(int error) noexcept { return error == ENOENT || error == ENOTDIR || error == ENAMETOOLONG; }
 
-Path behind_links(Path path) {
-  std::error_code error;
-  for (int i = 0; i < most_links && fs::is_symlink(fs::symlink_status(path, error)); ++i) {
-    const Path next = fs::read_symlink(path, error);
-    if (error) break;
+std::optional<Path> behind_links(Path path) {
+  for (int i = 0; i < most_links; ++i) {
+    std::error_code error;
+    const fs::file_type type = fs::symlink_status(path, error).type();
+    if (type != fs::file_type::symlink && type != fs::file_type::none) return path;
+    const Path next = type == fs::file_type::symlink ? fs::read_symlink(path, error) : Path();
+    if (error) {
+      errno = error.value();
+      return std::nullopt;
+    }
     path = path.parent_path() / next;  // an absolute `next` stands alone
   }
   return path;
@@ -75,7 +80,7 @@ Path behind_links(Path path) {
 
 Path resolved(const Path& path) {
   std::error_code error;
-  const Path whole = fs::absolute(behind_links(path), error);
+  const Path whole = fs::absolute(behind_links(path).value_or(path), error);
   const Path canonical = fs::weakly_canonical(whole, error);
   return error ? whole.lexically_normal() : canonical;
 }
@@ -134,11 +139,15 @@ bool write_all(FileNumber file, std::string_view bytes) {
 
 std::pair<File, String> create_spool() {
   std::error_code error;
-  const Path folder = fs::temp_directory_path(error);
-  std::string name = (error ? Path("/tmp") : folder) / "hedro34-XXXXXX";
-  File file = opened([&] { return ::mkostemp(name.data(), O_CLOEXEC); });
-  if (!file) return {File(), String()};
-  ::unlink(name.c_str());
+  Path folder = fs::temp_directory_path(error);
+  if (error) folder = "/tmp";
+  File file = opened([&] { return ::open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600); });
+  if (!file) {  // a file system that has none without a name
+    std::string name;
+    file = opened([&] { return ::mkostemp((name = folder / "hedro34-XXXXXX").data(), O_CLOEXEC); });
+    if (!file) return {File(), String()};
+    ::unlink(name.c_str());
+  }
   return {std::move(file), from_utf8("/dev/fd/" + std::to_string(file.number()))};
 }
 
@@ -163,8 +172,9 @@ bool try_lock(const File& file) {
 bool is_still_at(const File& file, const Path& path) {
   struct stat opened_one {};
   struct stat there {};
-  return ::fstat(descriptor(file), &opened_one) == 0 && ::lstat(path.c_str(), &there) == 0 &&
-         opened_one.st_ino == there.st_ino;
+  if (::fstat(descriptor(file), &opened_one) != 0 || ::lstat(path.c_str(), &there) != 0) return false;
+  errno = ENOENT;
+  return opened_one.st_ino == there.st_ino;
 }
 
 // The lock stays with a second descriptor; closing the first is what a file of another machine fails at.
@@ -187,7 +197,8 @@ bool is_running(std::uint32_t process) noexcept {
 Folder::Folder(const Path& path) : path_(path.empty() ? Path(".") : path) {
   file_ = opened([&] { return ::open(path_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
   struct stat found {};
-  if (file_ && ::fstat(descriptor(file_), &found) == 0) identity_ = {found.st_dev, found.st_ino};
+  if (file_ && ::fstat(descriptor(file_), &found) != 0) file_.close();  // else it counts as another folder than itself
+  if (file_) identity_ = {found.st_dev, found.st_ino};
 }
 
 Folder::~Folder() {

@@ -225,7 +225,7 @@ std::string_view never_a_file(StringView path) {
 
 bool names_nothing(int error) noexcept { return error == ENOENT; }
 
-Path behind_links(Path path) {
+std::optional<Path> behind_links(Path path) {
   if (!is_link(path)) return path;
   const File file = looked_at(path);
   return file ? Path(final_name(file)) : path;

@@ -26,6 +26,7 @@ std::optional<PendingFile> Report::prepare(const String& path) const {
 }
 
 bool Report::Save(const String& path) const {
+  remove_abandoned_files(path);
   auto file = prepare(path);
   return file && file->commit();
 }
