@@ -1,7 +1,7 @@
 # tests/*.cpp make one GoogleTest program, which scripts/test-windows runs where it is one for Windows. Elsewhere each
 # tests/*.sh and tests/*_test.py is one test more, skipped where it exits with 77. Scripts find the sources in
-# HEDRO34_SOURCE_DIR and the program in HEDRO34_PROGRAM, the component library in HEDRO34_COMPONENT, and in HEDRO34_FAILING the
-# program whose memory runs out on cue, and in HEDRO34_MANUAL what writes its manual page and completions.
+# HEDRO34_SOURCE_DIR and the program in HEDRO34_PROGRAM, the component library in HEDRO34_COMPONENT, and in HEDRO34_MANUAL what
+# writes the program's manual page and completions.
 
 hedro34_sources(test_sources tests/*.cpp)
 if(test_sources)
@@ -44,13 +44,6 @@ if(test_sources)
     gtest_discover_tests(hedro34_tests DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60)
   endif()
 
-  # The program, with memory that runs out on cue.
-  if(TARGET hedro34)
-    add_executable(hedro34_failing
-      ${host_main} $<TARGET_OBJECTS:hedro34_host> tests/program/failing_program.cpp tests/failing_allocation.cpp)
-    target_link_libraries(hedro34_failing PRIVATE hedro34_inside hedro34_utf8proc GTest::gtest)
-    hedro34_warnings(hedro34_failing)
-  endif()
 endif()
 
 # What follows asks for programs of this system.
@@ -58,11 +51,16 @@ if(WIN32)
   return()
 endif()
 
+# What lets memory run out in a program, on cue.
+add_library(hedro34_preloaded MODULE tests/torture/preloaded.cpp)
+target_compile_options(hedro34_preloaded PRIVATE -O2 -fno-sanitize=all)
+target_link_options(hedro34_preloaded PRIVATE -fno-sanitize=all)
+hedro34_warnings(hedro34_preloaded)
+
 set(script_environment HEDRO34_SOURCE_DIR=${PROJECT_SOURCE_DIR} PYTHONDONTWRITEBYTECODE=1
     HEDRO34_COMPONENT=$<TARGET_FILE:hedro34_component> HEDRO34_TABLES=$<TARGET_FILE:hedro34_tables>)
 if(TARGET hedro34)
-  list(APPEND script_environment HEDRO34_PROGRAM=$<TARGET_FILE:hedro34> HEDRO34_FAILING=$<TARGET_FILE:hedro34_failing>
-       HEDRO34_MANUAL=$<TARGET_FILE:hedro34_manual>)
+  list(APPEND script_environment HEDRO34_PROGRAM=$<TARGET_FILE:hedro34> HEDRO34_MANUAL=$<TARGET_FILE:hedro34_manual>)
 endif()
 
 # What it takes to build a program elsewhere as this one is built.
