@@ -57,6 +57,18 @@ target_compile_options(hedro34_preloaded PRIVATE -O2 -fno-sanitize=all)
 target_link_options(hedro34_preloaded PRIVATE -fno-sanitize=all)
 hedro34_warnings(hedro34_preloaded)
 
+# The programs of the deep tests, each built when its test asks for it.
+hedro34_sources(deep_sources tests/deep/*.cpp)
+foreach(source IN LISTS deep_sources)
+  cmake_path(GET source STEM name)
+  set(target hedro34_deep_${name})
+  add_executable(${target} EXCLUDE_FROM_ALL ${source} tests/support.cpp tests/process_posix.cpp)
+  set_source_files_properties(${source} PROPERTIES COMPILE_DEFINITIONS HEDRO34_COMPONENT="$<TARGET_FILE:hedro34_component>")
+  add_dependencies(${target} hedro34_component)
+  target_link_libraries(${target} PRIVATE hedro34_inside EXPAT::EXPAT GTest::gtest_main)
+  hedro34_warnings(${target})
+endforeach()
+
 set(script_environment HEDRO34_SOURCE_DIR=${PROJECT_SOURCE_DIR} PYTHONDONTWRITEBYTECODE=1
     HEDRO34_COMPONENT=$<TARGET_FILE:hedro34_component> HEDRO34_TABLES=$<TARGET_FILE:hedro34_tables>)
 if(TARGET hedro34)
