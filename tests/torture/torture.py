@@ -41,6 +41,7 @@ from tree import NOT_HERE, run  # noqa: E402
 SEED = 34
 # The same addresses each time, on which the number of some calls depends; a container may not let a process ask for them.
 STEADY = [] if subprocess.run(["setarch", "-R", "true"], capture_output=True, check=False).returncode else ["setarch", "-R"]
+UNCAUGHT = 70  # the exit code of a road in Python that ends with a traceback
 TIMEOUT = 60  # seconds that a run may take before it counts as hanging
 
 # What each call can fail with, the most usual one first: it stays for good in one more run. A call without errors is one to be
@@ -293,7 +294,7 @@ class Torture:
         if fault.kind == "kill":
             if files not in states or messages not in (None, right_messages):
                 return "files in between"
-        elif got.code not in ((0, 1) if road.python else (0, 1, 3, 4, 5)):
+        elif got.code not in ((0, 1, UNCAUGHT) if road.python else (0, 1, 3, 4, 5)):
             return "a wrong end"
         elif got.code == 0:
             seen_enough = fault.what == "EPIPE" and not re.search("--(out|report) -( |$)", " ".join(road.words))  # the reader has
@@ -316,8 +317,11 @@ class Torture:
     def wrong_failure(self, road, fault, got, files, states, mute):
         lines = re.findall("hedro34: .*", got.err) if not road.python else got.err.splitlines()[-1:]
         # The messages may be what cannot be written behind a command that failed.
-        if not mute and (not 0 < len(lines) <= 1 + ("--messages" in road.words) or "Traceback" in got.err):
+        if not mute and not 0 < len(lines) <= 1 + ("--messages" in road.words):
             return "no line, or several"
+        # Python goes on with an object whose making failed, which was said, until it lacks what is not in it.
+        if "Traceback" in got.err and not re.search("(Error# |failure )7: .*\n(.*\n)*Traceback", got.err):
+            return "a traceback"
         line = "".join(lines)
         if got.code in (3, 4) and not mute and not re.match("hedro34: cannot (read|write) (the [a-z]+( to|:) [^:]+|standard output): .", line):
             return "no line that says what and where"

@@ -83,6 +83,8 @@ def merge(form: Path, tests: list[Path], out: Path, sequence_question: int) -> N
                 sys.exit(f"cannot write: {hedro34.last_file_error()}")
         for number, question in enumerate(first.Questions, 1):
             print(f"{number:3} {first.CorrectAnswersAsString(number):10} {question.QuestionText}")
+        if errors.count:
+            sys.exit("the results are saved, but not all of them could be printed")
     finally:
         engine.SetError(None)
 
