@@ -6,6 +6,7 @@
 #include <array>
 #include <ctime>
 #include <limits>
+#include <optional>
 
 #include "tests/import_support.h"
 
@@ -74,11 +75,10 @@ TEST(AddXMLQuestion, ReadsTheAnswerByTheType) {
     std::string type;
     std::string answer;
     Json correct;
-  } rows[] = {{"tf", "true", {1}},           {"tf", "F", {2}},
-              {"tf", "", nothing},           {"tf", " T", nothing},
-              {"tf", "Y", nothing},          {"yn", "yes", {1}},
-              {"mc", " b , d ", {2, 4}},     {"mc", "AB;D", {1}},
-              {"mc", ",B,, ,A,", {2, 1}},    {"mc", "<b>B</b>,<i>D</i>", {2, 4}},
+  } rows[] = {{"tf", "true", {1}},           {"tf", "F", {2}},           {"tf", "", nothing},
+              {"tf", " T", nothing},         {"tf", "Y", nothing},       {"yn", "yes", {1}},
+              {"mc", " b , d ", {2, 4}},     {"mc", "AB;D", {1}},        {"yn", "no", {2}},
+              {"yn", "O", nothing},          {"mc", ",B,, ,A,", {2, 1}}, {"mc", "<b>B</b>,<i>D</i>", {2, 4}},
               {"nr", "@,_,-3", {0, 31, -19}}};
   for (const auto& row : rows) {
     const std::string xml = question("<answer>" + row.answer + "</answer>", "type='" + row.type + "'");
@@ -105,8 +105,9 @@ TEST(AddXMLQuestion, AFailureDropsTheQuestionAndNoOther) {
 TEST(Info, ReadsPoints) {
   const std::string zeros = repeat("0", 400);
   const std::pair<float, std::vector<std::string>> rows[] = {
+      {0.0F, {"1e-00000000000000400", zeros + "1e-500"}},
       {0.0F, {"", "word 5", ".", "--1", "e5", "\uFF15", "1e-99999999999999999999", "0e99999999999999999999"}},
-      {1.0F, {"1,5", "1e-", "1\u0132", zeros + "1", "0." + zeros + "1e401", "1" + zeros + "e-400"}},
+      {1.0F, {"1,5", "1:5", "1e-", "1\u0132", zeros + "1", "0." + zeros + "1e401", "1" + zeros + "e-400"}},
       {1.0F, {"1.000000059604644775390626"}},  // halfway to the next 32-bit float, once it has 64 bits
       {1.5F, {" 1 . 5", "15e-1", "1.5.3", "1.5each", "+.15 E + 1"}},
       {-2.0F, {"-2.", "- 2", "-.2e1"}},
@@ -148,6 +149,7 @@ TEST(Info, ReadsObjectivesByFlagAndState) {
       {4, u"CA", of_state("state='CA '"), nothing},
       {4, u"CA", of_state("x='CA'"), nothing},
       {4, u"CA", of_state("e:state='CA'"), nothing},
+      {4, u"CA", of_state("x='1'") + of_state("state='TX'") + of_state("x='2'") + "<x state='CA'/>", nothing},
       {4, u"CA", of_state("x='1' state='TX' State='CA'"), {"a"}},
       {4, u"", of_state("state=''"), {"a"}},
       {4, u"", of_state(""), {"a"}},
@@ -159,9 +161,13 @@ TEST(Info, ReadsObjectivesByFlagAndState) {
       {9, u"", learning("a,b,A") + "<national-standard>B|c</national-standard>" + learning("d"), {"a", "b", "c", "d"}},
       {1, u"", learning("  " + x50 + "1," + x50 + "2," + x50 + "1," + x50), {x50, x50, x50}},
   };
-  for (const auto& row : rows) {
-    EXPECT_EQ(json_of(*read(with_info(row.content), row.flags, row.state)->LearningObjectives), row.objectives)
-        << row.flags << row.content;
+  for (const bool host : {false, true}) {
+    std::optional<BrittleDocuments> documents;
+    if (host) documents.emplace();
+    for (const auto& row : rows) {
+      EXPECT_EQ(json_of(*read(with_info(row.content), row.flags, row.state)->LearningObjectives), row.objectives)
+          << host << row.flags << row.content;
+    }
   }
 }
 
@@ -298,6 +304,7 @@ TEST(NodeText, QuartersRunsOfBlanksAtEachLevel) {
     EXPECT_EQ(flat_choice("<choice-a>" + run(blanks) + "</choice-a>"), run(two_levels)) << blanks;
     EXPECT_EQ(flat_choice("<choice-a><font>" + run(blanks) + "</font></choice-a>"), run(three_levels)) << blanks;
   }
+  EXPECT_EQ(flat_choice("<choice-a>a  b \n c</choice-a>"), "a b c");
 }
 
 TEST(NodeText, ReadsDeepAndLongTextInOneWalk) {

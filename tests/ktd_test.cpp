@@ -88,6 +88,8 @@ TEST(BuildTestFromKTD, TakesEveryMember) {
 TEST(BuildTestFromKTD, ReadsAnswerKeysAndDerivesTypes) {
   const Json letters = {"A", "B", "C", "D"};
   const std::string b50(50, 'b');
+  Json many = {"C1", "C1"};  // C1, C1, C3 to C20
+  for (int i = 3; i <= 20; ++i) many.push_back("C" + std::to_string(i));
   struct Row {
     Json labels;
     Json key;
@@ -105,6 +107,8 @@ TEST(BuildTestFromKTD, ReadsAnswerKeysAndDerivesTypes) {
       {letters, Json::array(), {}},
       {letters, {"", "A"}, {}},            // entry 1 alone counts
       {{"A", "A", "B"}, {"A,B"}, {1, 3}},  // the first of equal labels
+      {many, {"C20,C1,C2,C3"}, {20, 1, 3}},
+      {{"()", "B", "C"}, {"()"}, {}},
       {{"A", "", ""}, {"(A,)"}, {1, 2}},
       {{"A", "", ""}, {""}, {}},
       {{b50 + "x", b50 + "y"}, {b50 + "," + b50 + "y"}, {1}},  // answers are cut to 50 characters, the key is not

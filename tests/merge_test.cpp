@@ -1,6 +1,8 @@
 // Merges of small tests and forms: what is written, what is refused, and what a refusal or a failure leaves.
 #include <gtest/gtest.h>
 
+#include <utility>
+
 #include "hedro34/platform/files.h"
 #include "tests/merge_support.h"
 
@@ -40,7 +42,7 @@ TEST(MergeRefusal, OfPreconditionsTouchesNothing) {
     for (const Row& row : rows) {
       SCOPED_TRACE(row.box);
       Merging m(row.form, {test_of(row.questions)});
-      m.merge->SequenceQuestion = 5;
+      EXPECT_EQ(std::exchange(m.merge->SequenceQuestion, 5), 0);
       m.merge->Verbose = verbose;
       if (!row.test) m.merge->Tests->RemoveAll();
       if (!row.form_in) m.merge->TemplateIn = nullptr;

@@ -154,25 +154,27 @@ TEST(Test, AFreshOneAndAClearedOne) {
 }
 
 TEST(Test, CodesOfQuestionTypes) {
-  const std::pair<std::int32_t, std::vector<Variant>> rows[] = {
-      {1, {u"tf", 0, false, Variant()}},
-      {2, {u"yn", 5}},
-      {3, {u"mc", 2, u"mr", 3}},
-      {4, {u"mtf", 1, u"mTf"}},
-      {5, {u"nr", 6}},
-      {6, {u"co", 7}},
-      {7, {u"ma", 8}},
-      {8, {u"sa", 9}},
-      {9, {u"pr", 10}},
-      {10, {u"es", 11}},
-      {11, {u"ca", 12}},
-      {13, {u"ot", 13}},
-      {14, {u"bi", 4, 4.0}},
-      {-1, {14, -1, 2.5, true, u"", u"mc ", u"2", u"mcx", std::int64_t{4294967298}}},
+  const std::tuple<std::int32_t, const char16_t*, std::vector<Variant>> rows[] = {
+      {1, u"true/false", {u"tf", 0, false, Variant()}},
+      {2, u"yes/no", {u"yn", 5}},
+      {3, u"multiple choice", {u"mc", 2, u"mr", 3}},
+      {4, u"modified true/false", {u"mtf", 1, u"mTf"}},
+      {5, u"numeric response", {u"nr", 6}},
+      {6, u"completion", {u"co", 7}},
+      {7, u"matching", {u"ma", 8}},
+      {8, u"short answer", {u"sa", 9}},
+      {9, u"problem", {u"pr", 10}},
+      {10, u"essay", {u"es", 11}},
+      {11, u"case", {u"ca", 12}},
+      {12, u"subjective", {}},
+      {13, u"other", {u"ot", 13}},
+      {14, u"bimodal", {u"bi", 4, 4.0}},
+      {-1, u"unknown type", {14, -1, 2.5, true, u"", u"mc ", u"2", u"mcx", std::int64_t{4294967298}}},
   };
   Recorder recorder;
   const clsHEDROTest test;
-  for (const auto& [type, codes] : rows) {
+  for (const auto& [type, name, codes] : rows) {
+    EXPECT_EQ(question_type_name(static_cast<HEDROTestQuestionType>(type)), name);
     for (const Variant& code : codes) EXPECT_EQ(test.QuestionType(code), type) << to_utf8(to_text(code));
   }
   EXPECT_EQ(recorder.take(), Lines());

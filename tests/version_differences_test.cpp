@@ -27,14 +27,16 @@ struct Pair {
   Ref<clsHEDROTest> first;
   Ref<clsHEDROTest> version;
 
-  // Whether a merge takes the version, and that it shows one box when not.
-  bool taken() const {
+  // Whether a merge takes the version, and that it shows one box when not, in the validation or behind it.
+  bool taken(bool passes_validation) const {
     Recorder recorder;
     const auto merge = make<clsHEDRO>();
     merge->Tests->Add(first);
     merge->Tests->Add(version);
     first->Sequences->AddDefault(first->Questions, first->Version);
-    const bool result = merge->ValidTestVersions() && first->AddSequence(version);
+    const bool is_valid = merge->ValidTestVersions();
+    EXPECT_EQ(is_valid, passes_validation);
+    const bool result = is_valid && first->AddSequence(version);
     EXPECT_EQ(recorder.take().size(), result ? 0U : 1U);
     return result;
   }
@@ -131,9 +133,11 @@ TEST(VersionComparison, NamesTheOneThingThatWasChanged) {
     changes[number](change);
     const Pair pair = {test_of(original, u"A"), test_of(version, change.label)};
     SCOPED_TRACE("change " + std::to_string(number) + " in round " + std::to_string(round));
-    const Lines found = shown(VersionComparison(pair.first).next(*pair.version));
-    EXPECT_EQ(found, change.expected);
-    EXPECT_EQ(found.empty(), pair.taken());
+    const std::vector<VersionDifference> found = VersionComparison(pair.first).next(*pair.version);
+    EXPECT_EQ(shown(found), change.expected);
+    EXPECT_EQ(found.empty(), pair.taken(std::none_of(found.begin(), found.end(), [](const VersionDifference& each) {
+      return refuses_validation(each.kind);
+    })));
   }
 }
 
@@ -158,9 +162,12 @@ TEST(VersionComparison, TellsKeysAndLabels) {
 
   const auto none = test_of({}, u"A");
   none->Sequences->AddDefault(none->Questions, u"Old");  // in place of its own label
+  const auto further = make<clsHEDROTestSequence>();
+  further->Answer = u"Other";
+  none->Sequences->Add(further);
   VersionComparison labels(none);
-  for (const auto& [label, test, used] :
-       {std::tuple(u"A", 0, u""), std::tuple(u"B", 0, u""), std::tuple(u"b", 3, u"B"), std::tuple(u"OLD", 1, u"Old")}) {
+  for (const auto& [label, test, used] : {std::tuple(u"A", 0, u""), std::tuple(u"B", 0, u""), std::tuple(u"b", 3, u"B"),
+                                          std::tuple(u"OLD", 1, u"Old"), std::tuple(u"other", 1, u"Other")}) {
     const auto found = labels.next(*test_of({}, label));
     EXPECT_EQ(found.empty(), test == 0);
     for (const VersionDifference& each : found) {
