@@ -1,12 +1,12 @@
 # Native faults become failures where an instruction may throw: g++ for x86-64 Linux and for Windows, without a sanitizer,
-# which watches the same faults. HEDRO34_FAULTS says whether this build does it; the sources ask for the definition of the
-# same name.
+# which watches the same faults, and without gcov, for which each such instruction would be a branch. HEDRO34_FAULTS says whether
+# this build does it; the sources ask for the definition of the same name.
 
 string(TOUPPER "${CMAKE_BUILD_TYPE}" build_type)
 set(HEDRO34_FAULTS OFF)
 if(CMAKE_CXX_COMPILER_ID STREQUAL GNU
    AND (WIN32 OR (CMAKE_SYSTEM_NAME STREQUAL Linux AND CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|amd64|AMD64)$"))
-   AND NOT "${CMAKE_CXX_FLAGS} ${CMAKE_CXX_FLAGS_${build_type}}" MATCHES "-fsanitize=")
+   AND NOT "${CMAKE_CXX_FLAGS} ${CMAKE_CXX_FLAGS_${build_type}}" MATCHES "-fsanitize=|--coverage")
   set(HEDRO34_FAULTS ON)
 endif()
 

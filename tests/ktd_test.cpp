@@ -107,7 +107,7 @@ TEST(BuildTestFromKTD, ReadsAnswerKeysAndDerivesTypes) {
       {letters, Json::array(), {}},
       {letters, {"", "A"}, {}},            // entry 1 alone counts
       {{"A", "A", "B"}, {"A,B"}, {1, 3}},  // the first of equal labels
-      {many, {"C20,C1,C2,C3"}, {20, 1, 3}},
+      {many, {"C2,C20,C1,C3"}, {20, 1, 3}},
       {{"()", "B", "C"}, {"()"}, {}},
       {{"A", "", ""}, {"(A,)"}, {1, 2}},
       {{"A", "", ""}, {""}, {}},

@@ -174,6 +174,9 @@ TEST(VersionComparison, TellsKeysAndLabels) {
       EXPECT_EQ((std::pair(each.first, each.test)), (std::pair(String(used), test)));
     }
   }
+  none->Questions = nullptr;
+  labels.next(*none);
+  EXPECT_EQ(recorder.lines, Lines{reported(91, "VersionComparison.next")});
 }
 
 }  // namespace
