@@ -1,5 +1,6 @@
 #include "tests/support.h"
 
+#include <atomic>
 #include <fstream>
 #include <ostream>
 #include <random>
@@ -60,7 +61,7 @@ std::int32_t failure_of(const std::function<void()>& statement) {
 }
 
 Folder::Folder() {
-  static unsigned number = std::random_device()();
+  static std::atomic<unsigned> number = std::random_device()();
   do {
     path_ = std::filesystem::temp_directory_path() / ("hedro34-" + std::to_string(number++));
   } while (!std::filesystem::create_directory(path_));
