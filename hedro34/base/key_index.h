@@ -1,6 +1,5 @@
 // Finds an element of a keyed list by the hash of its key, in constant time: an open hash table of places in the list, which
-// the list explains. It needs one block of memory whatever it holds, and none to change or to forget a place. Where a hash
-// belongs in the table nobody outside can know, so that no choice of keys makes it slow.
+// the list explains. It needs one block of memory whatever it holds, and none to change or to forget a place.
 #pragma once
 
 #include <bit>
@@ -10,11 +9,9 @@
 #include <utility>
 #include <vector>
 
-#include "hedro34/base/export.h"
-
 namespace hedro34 {
 
-class HEDRO34_API KeyIndex {
+class KeyIndex {
  public:
   static constexpr std::int32_t nowhere = std::numeric_limits<std::int32_t>::min();  // no place has this number
 
@@ -67,11 +64,7 @@ class HEDRO34_API KeyIndex {
     std::int32_t place = nowhere;
   };
 
-  static std::uint64_t seed() noexcept;  // an odd number that each process draws anew
-
-  std::size_t home(std::uint32_t hash) const noexcept {
-    return static_cast<std::size_t>((hash * seed()) >> 32) & (cells_.size() - 1);
-  }
+  std::size_t home(std::uint32_t hash) const noexcept { return hash & (cells_.size() - 1); }
   std::size_t next(std::size_t i) const noexcept { return (i + 1) & (cells_.size() - 1); }
   std::size_t distance(std::size_t from, std::size_t to) const noexcept { return (to - from) & (cells_.size() - 1); }
 

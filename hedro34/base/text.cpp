@@ -161,15 +161,6 @@ bool lower_equals(StringView text, StringView expected) noexcept {
   return true;
 }
 
-std::size_t IgnoringCase::operator()(StringView text) const {
-  std::uint64_t hash = 0xCBF29CE484222325u;
-  for (const char16_t unit : text) {
-    const unsigned capital = unit < 0x80 ? unit : upper(unit);  // or a small letter of ASCII, one bit away from it
-    hash = (hash ^ (capital - u'A' < 26 ? capital | 0x20u : capital)) * 0x100000001B3u;
-  }
-  return static_cast<std::size_t>(hash ^ (hash >> 29));
-}
-
 StringView trim(StringView text) noexcept {
   while (!text.empty() && text.front() == u' ') text.remove_prefix(1);
   while (!text.empty() && text.back() == u' ') text.remove_suffix(1);

@@ -34,8 +34,9 @@ HEDRO34_API bool equal_ignoring_case(StringView a, StringView b) noexcept;
 // True when the lower-case mapping of `text` is `expected`, which is given in small letters.
 HEDRO34_API bool lower_equals(StringView text, StringView expected) noexcept;
 
-// Hash and equality of texts without regard to case, for unordered containers. (The hash is not noexcept, though it cannot
-// fail: so the containers keep what they have computed.)
+// Hash and equality of texts without regard to case, for unordered containers. A process hashes in a way of its own, so that no
+// choice of texts makes them slow. (The hash is not noexcept, though it cannot fail: so the containers keep what they have
+// computed.)
 struct HEDRO34_API IgnoringCase {
   using is_transparent = void;
   std::size_t operator()(StringView text) const;

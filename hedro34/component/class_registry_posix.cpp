@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "hedro34/base/ref.h"
+#include "hedro34/base/text_hash.h"
 #include "hedro34/component/identifier.h"
 #include "hedro34/component/result_of.h"
 #include "hedro34/json/json_reader.h"
@@ -69,7 +70,7 @@ struct Registry final : Object {
 
   static std::optional<JsonError> check(Object& object) {
     std::unordered_set<StringView, IgnoringCase, IgnoringCase> names;
-    std::unordered_set<StringView> ids;
+    std::unordered_set<StringView, TextHash> ids;
     for (std::size_t i = 0; i < of(object).size(); ++i) {
       const Entry& entry = *of(object)[i];
       const auto error = [&](const char* member, const char* reason) {
@@ -177,7 +178,7 @@ bool put(Registry& registry, std::span<const RegisteredClass> classes) {
   auto& entries = registry.entries;
   const auto before = entries;
   std::unordered_map<StringView, std::size_t, IgnoringCase, IgnoringCase> names;
-  std::unordered_map<StringView, std::size_t> ids;
+  std::unordered_map<StringView, std::size_t, TextHash> ids;
   const auto index = [&](std::size_t i) {
     names.emplace(entries[i]->name, i);
     ids.emplace(entries[i]->id, i);

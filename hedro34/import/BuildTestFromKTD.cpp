@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <unordered_map>
 
+#include "hedro34/base/text_hash.h"
 #include "hedro34/documents/data_document.h"
 
 namespace hedro34 {
@@ -29,7 +30,7 @@ class AnswerFinder {
  private:
   static constexpr std::size_t few = 16;
   Array<String> answers_;
-  std::unordered_map<StringView, std::int32_t> positions_;  // into `answers_`
+  std::unordered_map<StringView, std::int32_t, TextHash> positions_;  // into `answers_`
 };
 
 void read_answer_key(clsHEDROTestQuestion& question, WENKtdQuestion& source) {

@@ -17,13 +17,13 @@ std::optional<Array<std::int32_t>> order_of(WENKtdQuestions& questions, std::int
   std::int32_t rank = 0;
   std::int32_t p = 1;
   for (; p <= questions.Count(); ++p) {
-    if (p > count) fail(FailureNumber::SubscriptOutOfRange);
-    if (!questions.Item(p)->Graded()) {
-      order.push_back(p);
-      continue;
+    std::int32_t entry = p;
+    if (questions.Item(p)->Graded()) {
+      if (++rank > version.Count()) return {};
+      entry = field_numbers.at(version.Item(rank)->ID.str());
     }
-    if (++rank > version.Count()) return {};
-    order.push_back(field_numbers.at(version.Item(rank)->ID.str()));
+    if (p > count) fail(FailureNumber::SubscriptOutOfRange);
+    order.push_back(entry);
   }
   if (p <= count) fail(FailureNumber::SubscriptOutOfRange);
   return Array<std::int32_t>::of(std::move(order));

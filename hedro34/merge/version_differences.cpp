@@ -1,5 +1,6 @@
 #include "hedro34/merge/version_differences.h"
 
+#include "hedro34/base/text_hash.h"
 #include "hedro34/runtime/basError.h"
 
 namespace hedro34 {
@@ -85,7 +86,7 @@ std::vector<VersionDifference> VersionComparison::next(const clsHEDROTest& versi
     bool same_questions = result.empty();
     std::vector<VersionDifference> added;
     std::vector<VersionDifference> displaced;
-    std::unordered_map<String, std::int32_t> numbers;  // in the version's file
+    std::unordered_map<String, std::int32_t, TextHash> numbers;  // in the version's file
     for (std::int32_t i = 1; i <= questions.Count(); ++i) {
       const Ref<clsHEDROTestQuestion> question = questions.Item(i);
       const String& id = question->ID;

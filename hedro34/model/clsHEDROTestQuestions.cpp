@@ -1,4 +1,5 @@
 #include "hedro34/model/clsHEDROTestQuestions.h"
+#include "hedro34/base/text_hash.h"
 
 #include <unordered_map>
 
@@ -71,7 +72,7 @@ std::int32_t clsHEDROTestQuestions::first_position(const Variant& Index) const {
   if (ids_are_keys_ && keys_as_of_ == QuestionId::changes()) return position;
   if (first_positions_.empty() || as_of_ != QuestionId::changes()) {
     const bool known = quietly([&] {
-      std::unordered_map<StringView, std::int32_t> by_id;
+      std::unordered_map<StringView, std::int32_t, TextHash> by_id;
       std::vector<std::int32_t> positions;
       for (std::int32_t i = 1; i <= items_.count(); ++i) {
         positions.push_back(by_id.try_emplace(items_.at(i)->ID, i).first->second);

@@ -1,4 +1,5 @@
 #include "hedro34/report/version_keys.h"
+#include "hedro34/base/text_hash.h"
 
 #include <algorithm>
 #include <limits>
@@ -65,7 +66,7 @@ std::optional<std::vector<std::int32_t>> numbers_of(StringView numeric_key) {
 
 // The numbers of the labels, the first one where several are alike; nothing when a label is not there.
 std::optional<std::vector<std::int32_t>> numbers_of(StringView label_key, const std::vector<String>& labels) {
-  std::unordered_map<StringView, std::int32_t> positions;
+  std::unordered_map<StringView, std::int32_t, TextHash> positions;
   for (std::size_t i = 0; i < labels.size(); ++i) positions.emplace(labels[i], static_cast<std::int32_t>(i + 1));
   std::vector<std::int32_t> numbers;
   for (const StringView part : parts_of(label_key)) {
@@ -106,7 +107,7 @@ bool same_choices(StringView one, StringView other) {
 
 void find_doubtful(Source& source) {
   source.doubtful.resize(source.labels.size());
-  std::unordered_map<StringView, std::size_t> first;
+  std::unordered_map<StringView, std::size_t, TextHash> first;
   for (std::size_t i = 0; i < source.labels.size(); ++i) {
     const StringView label = trim(source.labels[i]);
     if (label.empty()) continue;
