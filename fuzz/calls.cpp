@@ -11,8 +11,14 @@
 
 #include "hedro34/component/classes.h"
 #include "hedro34/component/create_object.h"
+#include "hedro34/component/host_document.h"
+#include "hedro34/component/host_template.h"
 #include "hedro34/component/identity.h"
 #include "hedro34/component/services.h"
+#include "hedro34/documents/data_document.h"
+#include "hedro34/documents/form_template.h"
+#include "hedro34/merge/clsHEDRO.h"
+#include "hedro34/report/Report.h"
 #include "fuzz/support/support.h"
 
 using hedro34::binary::GUID, hedro34::binary::HRESULT;
@@ -79,6 +85,11 @@ class Host final : public IDispatch {
   HRESULT HEDRO34_CALL Invoke(DISPID id, const GUID&, LCID, std::uint16_t flags, DISPPARAMS* parameters,
                               VARIANT* result, EXCEPINFO* exception, std::uint32_t* bad) override;
   const Held<IDispatch>& target() const { return target_; }
+  static Held<IDispatch> factory(const ClassTable& table) {
+    auto made = std::make_unique<Host>(Held<IDispatch>());
+    made->makes_ = &table;
+    return Held<IDispatch>(made.release());
+  }
 
   // An object that holds a host of itself would live for ever.
   static void let_go() {
@@ -94,7 +105,8 @@ class Host final : public IDispatch {
                   EXCEPINFO* exception, std::uint32_t* bad);
 
   Held<IDispatch> target_;
-  std::vector<String> names_;  // as they were asked for
+  const ClassTable* makes_ = nullptr;  // its objects, where it stands for a class
+  std::vector<String> names_;          // as they were asked for
   std::uint32_t count_ = 0;
 };
 
@@ -104,6 +116,7 @@ class Program {
   ~Program() { running = nullptr; }
 
   void run() {
+    if (input.byte() % 2 == 1) merge_of_a_host();
     for (std::size_t steps = 0; !input.done() && steps < most_steps; ++steps) step();
     objects.erase(
         std::remove_if(objects.begin(), objects.end(), [](const auto& held) { return !own_object(held.get()); }),
@@ -237,10 +250,47 @@ class Program {
     keep(Held<IDispatch>::taken(static_cast<IDispatch*>(made)));
   }
 
+  void merge_of_a_host();
   void ask_for_more();
   void call(const Held<IDispatch>& object);
   void check_list(const Held<IDispatch>& object);
 };
+
+// A merge whose template and document are the host's, as are the objects that it adds to them.
+void Program::merge_of_a_host() {
+  PlatformObject services;
+  for (const ClassTable& table : service_classes()) {
+    const bool of_form = table.name == u"FormRegion";
+    if (!of_form && !table.name.starts_with(u"Data")) continue;
+    const String name =
+        of_form ? String(u"TIBTemplate81.TIBRegion") : u"WENKtd81.WENKtd" + String(table.name.substr(4));
+    services.RegisterClass(name, adapted<Object>(Host::factory(table)));
+    registered.push_back(name);
+  }
+  const auto merge = make<clsHEDRO>();
+  const auto template_in = make<FormTemplate>();
+  template_in->Load(u"form");
+  merge->TemplateIn = adapted<TIBTemplate>(Host::create(identity_of(template_in)));
+  merge->TemplateOut = adapted<TIBTemplate>(Host::create(identity_of(make<FormTemplate>())));
+  merge->WENKTD = adapted<WENKtdDocument>(Host::create(identity_of(make<DataDocument>())));
+  merge->SequenceQuestion = 1;
+  for (const bool from_document : {input.below(2) == 0, true}) {
+    const auto test = make<clsHEDROTest>();
+    test->ImportObjectives = HEDROTestImportObjectivesLearning;
+    if (from_document)
+      test->LoadKTD(u"document");
+    else
+      test->LoadXML(u"test.x");
+    test->Version = from_document ? u"A" : u"B";
+    merge->Tests->Add(test);
+  }
+  merge->Merge();
+  const auto report = make<Report>();
+  report->Document = merge->WENKTD;
+  report->Form = merge->TemplateOut;
+  quietly([&] { report->to_html(); });
+  for (const Ref<Object>& each : {Ref<Object>(merge), Ref<Object>(report)}) keep(identity_of(each));
+}
 
 // What else there is at an object, and the four functions of the component.
 void Program::ask_for_more() {
@@ -401,7 +451,7 @@ HRESULT HEDRO34_CALL Host::Invoke(DISPID id, const GUID&, LCID, std::uint16_t fl
   const std::uint8_t how = input.byte();
   if (name == u"CreateInstance" && how < 200) {
     const auto tables = service_classes();
-    const ClassTable& table = tables[input.below(tables.size())];
+    const ClassTable& table = makes_ != nullptr ? *makes_ : tables[input.below(tables.size())];
     if (table.create != nullptr) put_object(*result, table.create());
     if (result->vt == VT_DISPATCH) result->pdispVal = create(Held<IDispatch>::taken(result->pdispVal)).detach();
     return S_OK;
