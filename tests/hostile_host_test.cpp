@@ -290,6 +290,7 @@ void merge_at_every_call(Road road) {
   EXPECT_EQ(
       lines_of(*document).back(),
       R"({"sequenceQuestion":1,"versionAnswers":["the first version","the second version"],"orders":[[1,2,3,4,5],[1,3,2,4,5]]})");
+  ASSERT_GT(answered.size(), 300U);
   for (std::size_t at = 1; at <= answered.size(); ++at) {
     for (const Deed& deed : deeds) {
       if ((deed.answer && !answered[at - 1]) || (deed.road != Road::Both && deed.road != road)) continue;

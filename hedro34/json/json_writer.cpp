@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "hedro34/json/json_text.h"
+#include "hedro34/platform/abandoned_files.h"
 #include "hedro34/platform/file_error.h"
 
 namespace hedro34 {
@@ -127,7 +128,7 @@ std::optional<PendingFile> prepare_json(const JsonTable& table, Object& root, St
 }
 
 bool save_json(const JsonTable& table, Object& root, StringView path) {
-  remove_abandoned_files(path);
+  remove_abandoned_files_once(path);
   auto file = prepare_json(table, root, path);
   return file && file->commit();
 }

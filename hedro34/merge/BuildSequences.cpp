@@ -68,8 +68,9 @@ bool clsHEDRO::BuildSequences(const KeyedList<std::int32_t>& oFieldNumbers) {
         const std::int32_t count = questions->Count();
         const auto entries = order_of(*questions, count, *held(test->Questions), oFieldNumbers);
         if (!entries) return;
-        if (!accept(String(test->Version))) return;
-        versions->VersionAnswers()->Add(test->Version);
+        const String version = test->Version;  // the host may change it meanwhile
+        if (!accept(version)) return;
+        versions->VersionAnswers()->Add(version);
         const Ref<WENKtdOrder> order = platform().document_objects->order(held(WENKTD));
         order->FromArray(*entries);
         versions->Orders()->Add(order);

@@ -5,9 +5,12 @@
 #include <cerrno>
 #include <charconv>
 #include <chrono>
+#include <mutex>
 #include <thread>
 #include <vector>
 
+#include "hedro34/base/immortal.h"
+#include "hedro34/platform/abandoned_files.h"
 #include "hedro34/platform/paths.h"
 
 namespace hedro34 {
@@ -98,6 +101,23 @@ std::optional<Path> target_of(StringView path) {
   if (!system::is_there(form) && system::names_nothing(errno)) form = with_slashes(path);
   return system::behind_links(std::move(form));
 }
+
+// The last folders, as they were named.
+class LookedThrough {
+ public:
+  bool is_new(StringView folder) {
+    const std::lock_guard lock(mutex_);
+    if (std::find(folders_.begin(), folders_.end(), folder) != folders_.end()) return false;
+    if (folders_.size() == most) folders_.erase(folders_.begin());
+    folders_.emplace_back(folder);
+    return true;
+  }
+
+ private:
+  static constexpr std::size_t most = 16;
+  std::mutex mutex_;
+  std::vector<String> folders_;
+};
 
 }  // namespace
 
@@ -246,6 +266,15 @@ void remove_abandoned_files(StringView path) noexcept {
     });
   } catch (const std::exception&) {
     // It is left to a later run.
+  }
+}
+
+void remove_abandoned_files_once(StringView path) noexcept {
+  try {
+    static LookedThrough& folders = immortal<LookedThrough>();
+    if (folders.is_new(path.substr(0, path.find_last_of(u"/\\") + 1))) remove_abandoned_files(path);
+  } catch (const std::exception&) {
+    // As above.
   }
 }
 

@@ -30,7 +30,8 @@ std::string_view never_a_file(StringView path);
 // True when `errno` says of a path that there is nothing under it.
 bool names_nothing(int error) noexcept;
 
-// The path behind the links that its last name stands for, whether a file is there or not. Nothing when that cannot be told.
+// The path behind the links that its last name stands for, whether a file is there or not. Nothing when that cannot be told; on
+// Windows the path itself then.
 std::optional<Path> behind_links(Path path);
 
 // The absolute form without ".", ".." and links, whether a file is there or not. Two paths with equal forms name one file.

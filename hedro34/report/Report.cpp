@@ -1,5 +1,6 @@
 #include "hedro34/report/Report.h"
 
+#include "hedro34/platform/abandoned_files.h"
 #include "hedro34/report/page.h"
 
 namespace hedro34 {
@@ -26,7 +27,7 @@ std::optional<PendingFile> Report::prepare(const String& path) const {
 }
 
 bool Report::Save(const String& path) const {
-  remove_abandoned_files(path);
+  remove_abandoned_files_once(path);
   auto file = prepare(path);
   return file && file->commit();
 }

@@ -43,7 +43,7 @@ def main(folder, fault):
 
 def serve():
     for line in sys.stdin:
-        folder, fault = line.split()
+        folder, fault = line.rsplit(maxsplit=1)
         child = os.fork()
         if child == 0:
             for number, name in [(1, "out"), (2, "err"), (int(os.environ["HEDRO34_FAULT_TOLD"]), "told")]:
