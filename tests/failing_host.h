@@ -34,6 +34,7 @@ class FailingHost : private CallListener {
 
   // All calls in order, the failed one too, until they are forgotten.
   std::vector<std::string> calls;
+  bool hears_releases = false;  // of these calls are those, too, that end a region, a template or a document
 
  private:
   void called(std::string_view interface, std::string_view member) override {
@@ -41,6 +42,10 @@ class FailingHost : private CallListener {
     if (left_ == 0 || (!name_.empty() && name_ != calls.back()) || --left_ > 0) return;
     if (!action) throw Failure(1234, u"The host refuses");
     action();
+  }
+  void released(std::string_view interface) noexcept override {
+    const bool is_whole = interface == "TIBRegion" || interface == "TIBTemplate" || interface == "WENKtdDocument";
+    if (hears_releases && is_whole) calls.push_back(std::string(interface) + ".Release");
   }
 
   std::string name_;

@@ -26,6 +26,9 @@ class CallListener {
   virtual ~CallListener() = default;
   virtual void called(std::string_view interface, std::string_view member) = 0;
 
+  // An object of the interface has no holder any more.
+  virtual void released(std::string_view) noexcept {}
+
   // May change what the call that was told last answers with. A C++ host has no objects and lists of a wrong type: they become
   // an empty reference and an empty list.
   virtual void answers(Variant&) {}
@@ -81,6 +84,7 @@ struct Name {
 template <Name name, class Interface>
 struct Named : Forwarding<Interface> {
   using Forwarding<Interface>::Forwarding;
+  ~Named() override { this->listener().released(name.letters); }
   Interface& to(std::string_view member) {
     this->listener().called(name.letters, member);
     return *this->target();
@@ -126,7 +130,9 @@ struct ForwardingField final : Named<"TIBQuestion", TIBQuestion> {
   void SetSubjectiveQuestion(bool value) override { to("SetSubjectiveQuestion").SetSubjectiveQuestion(value); }
   std::int16_t MultiplesAllowed() override { return say(to("MultiplesAllowed").MultiplesAllowed()); }
   void SetMultiplesAllowed(std::int16_t value) override { to("SetMultiplesAllowed").SetMultiplesAllowed(value); }
-  std::int32_t FieldNumber(bool option) override { return say(to("FieldNumber").FieldNumber(option)); }
+  std::int32_t FieldNumber(bool option) override {
+    return say(to(option ? "FieldNumber" : "FieldNumber of the other kind").FieldNumber(option));
+  }
 };
 
 struct ForwardingFields final : Named<"TIBQuestions", TIBQuestions> {

@@ -118,8 +118,8 @@ TEST(Info, ReadsPoints) {
       EXPECT_EQ(read(with_info("<points>" + text + "</points>"))->CorrectPoints, points) << text;
     }
   }
-  for (const std::string& text :
-       {std::string("-1e39"), std::string("1e99999999999999999999"), "1" + zeros + "e-9", "0." + zeros + "1e999"}) {
+  for (const std::string& text : {std::string("-1e39"), std::string("1e99999999999999999999"), "1" + zeros + "e-9",
+                                  "0." + zeros + "1e999", "1" + zeros + "e0:"}) {
     EXPECT_EQ(Import().questions(with_info("<points>" + text + "</points>")),
               Lines{reported(6, "clsHEDROTest.AddXMLQuestion")});
   }
@@ -169,6 +169,9 @@ TEST(Info, ReadsObjectivesByFlagAndState) {
           << host << row.flags << row.content;
     }
   }
+  const BrittleDocuments documents;
+  const auto any_state = read(with_info(of_state("state='TX' fails='no attributes'")), 4);
+  EXPECT_EQ(to_utf8(any_state->LearningObjectives->AsString()), "a");
 }
 
 // What a question with this content loses.
@@ -217,6 +220,7 @@ TEST(NotCarried, NamesWhatTheTextsCannotHold) {
   BrittleDocuments documents;
   EXPECT_EQ(lost("<text><object><pict/></object><x/><equation/><img/></text><picture/><rationale>why</rationale>"),
             "element \"object\", equation, 2 pictures");
+  EXPECT_EQ(lost("<text fails='own nodes'><object><equation/></object></text>"), "equation");
 }
 
 TEST(NotCarried, IsNotedOfQuestionsInTheTestByTheirNumberInTheFile) {

@@ -30,7 +30,9 @@ class BrittleNode final : public Brittle<IXMLDOMNode> {
   StringView baseName() override { return checked(u"baseName").baseName(); }
   Variant nodeTypedValue() override { return checked(u"nodeTypedValue").nodeTypedValue(); }
   Variant nodeValue() override { return target_->nodeValue(); }
-  Ref<IXMLDOMNamedNodeMap> attributes() override { return checked(u"attributes").attributes(); }
+  Ref<IXMLDOMNamedNodeMap> attributes() override {
+    return fails_ == u"no attributes" ? nullptr : checked(u"attributes").attributes();
+  }
 };
 
 class BrittleList final : public Brittle<IXMLDOMNodeList> {
@@ -40,10 +42,13 @@ class BrittleList final : public Brittle<IXMLDOMNodeList> {
   Ref<IXMLDOMNode> item(std::int32_t index) override {
     return make<BrittleNode>(checked(index > 0 ? u"item" : u"first").item(index));
   }
-  Ref<IXMLDOMNode> nextNode() override { return make<BrittleNode>(target_->nextNode()); }
+  Ref<IXMLDOMNode> nextNode() override {
+    return fails_ == u"nextNode" ? nullptr : Ref<IXMLDOMNode>(make<BrittleNode>(target_->nextNode()));
+  }
 };
 
 Ref<IXMLDOMNodeList> BrittleNode::childNodes() {
+  if (fails_ == u"own nodes") return target_->childNodes();
   return make<BrittleList>(checked(u"childNodes").childNodes(), fails_);
 }
 
@@ -54,7 +59,7 @@ class BrittleDocument final : public Brittle<IXMLDOMDocument2> {
   bool load(const Variant& path) override { return checked(u"load").load(path); }
   Ref<IXMLDOMElement> selectSingleNode(StringView name) override { return checked(name).selectSingleNode(name); }
   Ref<IXMLDOMNodeList> getElementsByTagName(StringView name) override {
-    return make<BrittleList>(checked(name).getElementsByTagName(name), u"");
+    return make<BrittleList>(checked(name).getElementsByTagName(name), fails_);
   }
 };
 

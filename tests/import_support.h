@@ -36,7 +36,8 @@ inline const std::string duplicate = reported(457, "clsHEDROTestQuestions.Add");
 inline const std::string rejected = "1234 The parser refuses: HEDRO34 - clsHEDROTest.";  // before the operation
 
 // While it lives, documents are brittle: of the document itself the call named `failing` fails, and an element fails at the
-// call that its attribute `fails` names ("childNodes"; "item" from the second child on).
+// call that its attribute `fails` names ("childNodes"; "item" from the second child on). Without a failure there is nothing for "nextNode" of a list and
+// for "no attributes" of an element, and "own nodes" gives the children of our own document.
 class BrittleDocuments : public XmlDocumentFactory {
  public:
   BrittleDocuments();

@@ -185,6 +185,9 @@ TEST(LoadXML, AFailureLeavesWhatWasRead) {
   Import import;
   EXPECT_EQ(import.load(file("<header><version>V</version><title fails='nodeTypedValue'/></header>")),
             (Lines{R"(False {"version":"V"})", report}));
+  documents.failing = u"nextNode";
+  EXPECT_EQ(import.load(file(letters("fghij") + true_false)), (Lines{"True {}", true_false_line}));
+  documents.failing.clear();
   EXPECT_EQ(import.load(file("<mc-choice-sequence fails='attributes'/>" + true_false)),
             (Lines{"True {}", true_false_line, rejected + "PopulateMultipleChoiceScales"}));
   import.test->MultipleChoiceOddScale = nullptr;
@@ -202,7 +205,7 @@ TEST(LoadXML, SurvivesMemoryThatRunsOut) {
            "bank-id='a bank that needs memory'><text><para>a<b>  text</b></para><img/></text><choices><choice-a>"
            "a choice that needs memory</choice-a></choices><answer>A,B,C,D,E,F</answer><info><notes>notes that need "
            "memory</notes><text-objective>o|p</text-objective></info></question>" +
-           true_false));
+           true_false + "<question/>"));
   const auto prepare = [] {
     auto test = make<clsHEDROTest>();
     test->ImportObjectives = HEDROTestImportObjectivesLearning;
@@ -216,7 +219,7 @@ TEST(LoadXML, SurvivesMemoryThatRunsOut) {
               (Lines{R"(True {"title":"T","importObjectives":1})",
                      R"({"id":"a bank that needs memory","type":3,"text":"a text","answers":["a choice that needs )"
                      R"(memory"],"correct":[1,2,3,4,5,6],"notes":"notes that need memory","objectives":["o","p"]})",
-                     true_false_line}));
+                     true_false_line, "{}"}));
     EXPECT_EQ(left_out_of(*test), "1 a bank that needs memory multiple choice: picture");
   };
   std::set<std::string> expected = {reported(91, "clsHEDROTest.AddXMLQuestion"),

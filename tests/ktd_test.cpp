@@ -89,7 +89,11 @@ TEST(BuildTestFromKTD, ReadsAnswerKeysAndDerivesTypes) {
   const Json letters = {"A", "B", "C", "D"};
   const std::string b50(50, 'b');
   Json many = {"C1", "C1"};  // C1, C1, C3 to C20
-  for (int i = 3; i <= 20; ++i) many.push_back("C" + std::to_string(i));
+  Json sixteen;
+  for (int i = 3; i <= 20; ++i) {
+    many.push_back("C" + std::to_string(i));
+    if (i == 16) sixteen = many;
+  }
   struct Row {
     Json labels;
     Json key;
@@ -108,6 +112,7 @@ TEST(BuildTestFromKTD, ReadsAnswerKeysAndDerivesTypes) {
       {letters, {"", "A"}, {}},            // entry 1 alone counts
       {{"A", "A", "B"}, {"A,B"}, {1, 3}},  // the first of equal labels
       {many, {"C2,C20,C1,C3"}, {20, 1, 3}},
+      {sixteen, {"C16,C17,C1"}, {16, 1}},
       {{"()", "B", "C"}, {"()"}, {}},
       {{"A", "", ""}, {"(A,)"}, {1, 2}},
       {{"A", "", ""}, {""}, {}},

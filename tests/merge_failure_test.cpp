@@ -98,6 +98,8 @@ const Row rows[] = {
     {"WENKtdDocument.SetDocumentKind", 1, at_merge, none, R"({"pageCount":2})", 0, ""},
     {"TIBQuestion.FieldNumber", 1, at_merge, ungraded, header, 0, ""},
     {"TIBChoiceList.SetItem", 5, at_merge, half, header, 1, ""},
+    {"TIBQuestion.SetChoiceValues", 1, at_merge, with_q1(R"("graded":true,"choiceLabels":["W","X","Y",""])"), header, 1,
+     ""},
     {"WENKtdQuestions.Add", 2, at_merge, rewritten, header, 1, ""},
     {"TIBRegions.Add", 1, at_merge, rewritten, header, 4, ""},
     {"WENKtdQuestions.Add", 5, at_merge, complete, header, 4, ""},
@@ -126,6 +128,37 @@ TEST(MergeFailure, IsReportedOnceAndKeepsWhatWasDone) {
     document.push_back('{' + row.versions + '}');
     EXPECT_EQ(lines_of(small.m.document()), document);
   }
+}
+
+// What the host hears of a subjective question, of a version field that is none, and at the end of the merge object.
+TEST(MergeCalls, ComeInTheirOrder) {
+  SmallMerge small;
+  small.host.hears_releases = true;
+  EXPECT_TRUE(small.m.merge->Merge());
+  Lines& calls = small.host.calls;
+  const auto start = std::find(calls.begin(), calls.end(), "TIBRegion.create");
+  std::string heard;
+  for (auto call = start; call != calls.end() && *call != "WENKtdDocument.Questions"; ++call) heard += *call + ' ';
+  EXPECT_EQ(
+      heard,
+      "TIBRegion.create TIBRegion.SetValueKind TIBRegion.SetResponseKind TIBRegion.SetName "
+      "TIBRegion.SetSubjectiveRegion TIBRegion.SetRegionKind TIBRegion.Questions TIBQuestions.Add "
+      "TIBRegion.Questions TIBQuestions.Item TIBQuestion.SetSubjectiveQuestion "
+      "TIBRegion.Questions TIBQuestions.Item TIBQuestion.SetCorrectPoints "
+      "TIBTemplate.Pages TIBTemplate.PageCount TIBPages.Item TIBPage.Regions TIBRegions.Add TIBRegion.Release "
+      "WENKtdQuestion.create WENKtdQuestion.SetName WENKtdQuestion.SetQuestionText WENKtdQuestion.SetSubjective "
+      "WENKtdQuestion.SetDifficulty WENKtdQuestion.SetKeywords WENKtdQuestion.SetMiscellaneous "
+      "WENKtdQuestion.SetNotes WENKtdQuestion.SetQuestionText WENKtdQuestion.SetReference WENKtdQuestion.SetTopic "
+      "WENKtdQuestion.ObjectiveFlags WENKtdObjectiveFlags.Item WENKtdObjectiveFlag.SetValue "
+      "WENKtdQuestions.Add ");
+  for (const std::int32_t no_field : {0, 9}) {
+    small.m.merge->SequenceQuestion = no_field;
+    EXPECT_FALSE(small.m.merge->Merge());
+    EXPECT_EQ(calls.back(), "WENKtdQuestions.Count");
+  }
+  calls.clear();
+  small.m.merge = nullptr;
+  EXPECT_EQ(calls, (Lines{"TIBTemplate.Release", "TIBTemplate.Release", "WENKtdDocument.Release"}));
 }
 
 // Every single call of the merge fails in turn. Only the two checks of an identifier turn it into their refusal.

@@ -199,6 +199,20 @@ TEST(Merge, FailsAtAnIdThatStandsTwiceAmongGradedQuestions) {
   EXPECT_EQ(m.of_questions("name"), R"(["Q1","Q2","Q3"])");
 }
 
+TEST(Merge, SetsNoFlagForAnObjectiveThatTheHostDoesNotHave) {
+  struct : CallListener {
+    void called(std::string_view, std::string_view member) override { asks = member == "Exists"; }
+    void answers(Variant& answer) override {
+      if (asks) answer = true;
+    }
+    bool asks = false;
+  } listener;
+  ForwardingHost host(listener);
+  Merging m("Q1:*ABCD", {test_of({{u"q1", mc, 4, {1}, {u"Area"}}})});
+  EXPECT_TRUE(m.merge->Merge());
+  EXPECT_EQ(m.of_questions("objectiveFlags"), "[[false]]");
+}
+
 TEST(Merge, ReportsEmptyReferences) {
   void (*const rows[])(clsHEDRO&) = {
       [](clsHEDRO& merge) { merge.Tests = nullptr; },

@@ -193,9 +193,11 @@ TEST(Questions, ARemovedOneLosesItsListsOnly) {
     kept->QuestionType = HEDROTestQuestionTypeEssay;
     EXPECT_EQ(list->TypeCount(HEDROTestQuestionTypeEssay), 1);
     EXPECT_EQ(list->TypeCount(HEDROTestQuestionTypeUnknown), 2);
-    list->Item(2)->Answers = nullptr;  // one that cannot be emptied stays
+    list->Item(2)->LearningObjectives->Add(u"o");
+    list->Item(2)->Answers = nullptr;  // one that cannot be emptied stays, without objectives
     EXPECT_EQ(all ? list->RemoveAll() : list->Remove(1), !all);
     EXPECT_EQ(dump(list), all ? "1: q2" : "2: q2|q3");
+    EXPECT_EQ(list->Item(1)->LearningObjectives->Count(), all ? 0 : 1);
     EXPECT_EQ(recorder.take(), all ? Lines{reported(91, "clsHEDROTestQuestions.Remove")} : Lines());
     EXPECT_EQ(dump(kept->Answers) + dump(kept->LearningObjectives) + dump(kept->CorrectAnswers), "0:0:1: 1");
   }

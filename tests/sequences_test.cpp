@@ -83,6 +83,31 @@ TEST(BuildSequences, WritesOneOrderForEachVersion) {
   }
 }
 
+// Asked for the length of an order, it answers one question less or more than it has.
+struct Miscounting : CallListener {
+  void called(std::string_view interface, std::string_view member) override {
+    nth += counts = interface == "WENKtdQuestions" && member == "Count";
+  }
+  void answers(Variant& answer) override {
+    if (counts && nth == 3) answer = to_int32(answer) + more;
+  }
+  std::int32_t more = 0;
+  bool counts = false;
+  int nth = 0;
+};
+
+TEST(BuildSequences, FailsWhereTheHostMiscounts) {
+  for (const std::int32_t more : {-1, 1}) {
+    Miscounting listener;
+    listener.more = more;
+    const ForwardingHost host(listener);
+    Merging m("V:AB Q:*ABCD", tests_of("A: a | B: a"));
+    m.merge->SequenceQuestion = 1;
+    EXPECT_FALSE(m.merge->Merge());
+    EXPECT_EQ(m.recorder.take(), Lines{reported(9, "clsHEDRO.BuildSequences")});
+  }
+}
+
 TEST(ValidTestVersions, ComparesEachVersionWithTheFirst) {
   const std::string start =
       R"(box 48 "Invalid Test Versions": An error occurred validating the additional test versions. )";

@@ -160,6 +160,11 @@ TEST(VersionComparison, TellsKeysAndLabels) {
   EXPECT_EQ(shown(comparison.next(*version)), expected);  // an empty label is none
   EXPECT_EQ(recorder.lines, Lines());
 
+  // By its key the renamed one is there all the same; types are not looked at.
+  const auto renamed = test_of({{u"b", tf}, {u"a"}, {u"c"}}, u"B");
+  renamed->Questions->Item(3)->ID = u"x";
+  EXPECT_EQ(shown(VersionComparison(test_of({{u"a"}, {u"b", tf}, {u"c"}}, u"A")).next(*renamed)), Lines{"new 3 x  3"});
+
   const auto none = test_of({}, u"A");
   none->Sequences->AddDefault(none->Questions, u"Old");  // in place of its own label
   const auto further = make<clsHEDROTestSequence>();

@@ -111,8 +111,7 @@ std::vector<VersionDifference> VersionComparison::next(const clsHEDROTest& versi
         same_questions = false;
         continue;
       }
-      const auto named = numbers.find(found->ID);
-      const std::int32_t number = named == numbers.end() ? 0 : named->second;
+      const std::int32_t number = numbers.at(found->ID);
       if (expected->Answers->Count() != found->Answers->Count()) {
         result.push_back(
             {Kind::Answers, number, id, decimal(expected->Answers->Count()), decimal(found->Answers->Count())});
