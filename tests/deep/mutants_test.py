@@ -27,7 +27,7 @@ from support import OUT, SHORT, SOURCES, build, figure, run
 ROOMS = ["import", "merge", "model"]
 SCRIPTS = ["whole_test", "host_show_test", "host_merge_test", "host_test", "python_client"]
 LIST = pathlib.Path(__file__).with_name("equivalent_mutants.txt")
-LEAST = 95  # percent of a sample that are noticed, with those of the list among the others
+LEAST = 94  # percent of a sample that are noticed: so the list is no way out. What survives without it fails anyway
 SAMPLE = 0.05 if SHORT else 0.49  # of all
 SLOW = 300  # milliseconds of a test that waits for the others
 HERE = OUT / "mutants"
@@ -256,9 +256,10 @@ def main():
     noticed, listed = tried - len(survived), len(survived) - len(unexpected)
     share_noticed = 100 * noticed / max(tried, 1)
     by_script = len(of.get("noticed by a script", []))
-    figure(f"{len(mutants)} mutants; of {tried} tried {noticed} were noticed ({share_noticed:.1f}%), {by_script} by scripts alone;")
-    figure(f"{listed} change nothing, {len(unexpected)} survived; of what changes something "
-           f"{100 * noticed / max(tried - listed, 1):.1f}% were noticed")
+    figure(f"{len(mutants)} mutants; of {tried} tried {noticed} were noticed ({share_noticed:.1f}%), "
+           f"{by_script} by scripts alone;")
+    figure(f"{listed} change nothing, {len(unexpected)} survived: "
+           f"{100 * noticed / max(tried - listed, 1):.1f}% of what changes something")
     stale = [mutant for mutant in chosen if str(mutant) in judge.expected and mutant not in survived]
     for mutant in unexpected:
         print(f"SURVIVED {mutant}\n  line {mutant.line}; again: HEDRO34_MUTANT={mutant.number} {judge.built.tests}")
