@@ -29,7 +29,7 @@ SCRIPTS = ["whole_test", "host_show_test", "host_merge_test", "host_test", "pyth
 LIST = pathlib.Path(__file__).with_name("equivalent_mutants.txt")
 LEAST = 94  # percent of a sample that are noticed: so the list is no way out. What survives without it fails anyway
 SAMPLE = 0.05 if SHORT else 0.49  # of all
-SLOW = 300  # milliseconds of a test that waits for the others
+SLOW = [0, 300, 3000, sys.maxsize]  # milliseconds: tests that take longer wait for those below
 HERE = OUT / "mutants"
 TREE = HERE / "tree"  # the sources with switches, before the others in the search for headers
 
@@ -177,8 +177,8 @@ class Judge:
         return done.returncode == 0
 
     def noticed(self, program, tests, number):
-        for slow in (False, True):
-            chosen = [test for test in tests if (self.times[test] >= SLOW) == slow]
+        for least, most in zip(SLOW, SLOW[1:]):
+            chosen = [test for test in tests if least <= self.times[test] < most]
             seconds = 5 + 2 * sum(self.times[test] for test in chosen) // 1000
             command = [program, "--gtest_fail_fast", f"--gtest_filter={':'.join(chosen)}"]
             if chosen and not self.runs(command, seconds, HEDRO34_MUTANT=str(number)):
