@@ -58,7 +58,7 @@ TEST(MergeRefusal, OfPreconditionsTouchesNothing) {
 
 // A graded continuation counts for the walk from the end but not for the template's count.
 TEST(MergeRefusal, OfADifferentNumberKeepsWhatWasUngraded) {
-  Merging m("V:AB Q1:*ABCD Q2#7:*ABCD,*ABCD | Q2#7:*AB", {test_of({{u"q1", mc, 4, {1}, {u"Area"}}, q2})});
+  Merging m("V:AB Q1:*ABCD Q2#7:*ABCD,*ABCD | Q2#7:*AB", {test_of({q1, {u"q2", mc, 4, {1}, {u"Area"}}})});
   m.merge->SequenceQuestion = 3;
   EXPECT_FALSE(m.merge->Merge());
   EXPECT_EQ(m.recorder.lines, Lines{invalid_merge + "The test contains a different number of graded questions than the "
