@@ -1,11 +1,12 @@
 #include "hedro34/report/version_keys.h"
-#include "hedro34/base/text_hash.h"
 
 #include <algorithm>
 #include <limits>
 #include <optional>
 #include <unordered_map>
 #include <unordered_set>
+
+#include "hedro34/base/text_hash.h"
 
 namespace hedro34 {
 namespace {
