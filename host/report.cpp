@@ -33,7 +33,8 @@ void report(const ReportCommand& command) {
     const auto form = make<FormTemplate>();
     const Input form_input("form", *command.form);
     if (!form->Load(form_input.path())) form_input.cannot_read();
-    if (const String difference = form_difference(*document, form_pages(*form)); !difference.empty()) {
+    if (const String difference = form_difference(*document, document->questions().Count(), form_pages(*form));
+        !difference.empty()) {
       throw Stop(ExitCode::BadInput, "the form does not belong to the document: " + to_utf8(input_name(*command.form)) +
                                          ": " + to_utf8(difference) + "; give the form that was written with it");
     }

@@ -412,6 +412,41 @@ TEST(Report, ObjectsOfAHostGiveTheSamePage) {
   EXPECT_EQ(report->to_html(), page);
 }
 
+// At each call of a host in turn. The page is made of what there was at first, or it is a failure.
+TEST(Report, AHostCountsAnewOrLetsGo) {
+  struct Listener : CallListener {
+    void called(std::string_view, std::string_view member) override {
+      counts = member.ends_with("Count");
+      if (++calls == at && !other) report->Document = nullptr, report->Form = nullptr;
+    }
+    void answers(Variant& answer) override {
+      if (counts && calls == at && other) answer = *other;
+    }
+    Ref<Report> report = make<Report>();
+    bool counts = false;
+    std::int32_t calls = 0, at = 0;
+    std::optional<std::int32_t> other;  // else it lets go
+  } listener;
+  ForwardingHost host(listener);
+  Merging m("V:AB Q1:*AB,*AB", {test_of({{u"a", mc, 2, {2}, {u"Add"}}, {u"b", tf, 2}})});
+  ASSERT_TRUE(m.merge->Merge());
+  const auto page = [&] {
+    listener.report->Document = host.wrap(unwrapped(m.merge->WENKTD));
+    listener.report->Form = host.wrap(unwrapped(m.merge->TemplateOut));
+    listener.calls = 0;
+    return failure_of([&] { listener.report->to_html(); });
+  };
+  EXPECT_EQ(page(), 0);
+  ASSERT_GT(listener.calls, 100);
+  for (listener.at = listener.calls; listener.at > 0; --listener.at) {
+    for (const std::optional<std::int32_t> other : std::initializer_list<std::optional<std::int32_t>>{{}, 0, 2, 4}) {
+      listener.other = other;
+      const std::int32_t failed = page();
+      EXPECT_TRUE(failed == 0 || failed == (other ? 9 : 91)) << failed << " at call " << listener.at;
+    }
+  }
+}
+
 // More than `QuestionCount` of the region and of the form tell.
 TEST(Report, AFormOfAnySizeHasAPage) {
   constexpr std::int32_t count = 32'768;

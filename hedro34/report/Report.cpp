@@ -15,11 +15,17 @@ void Report::AddMessage(StringView text) { messages_.emplace_back(text); }
 String Report::title() const {
   if (!Title.empty()) return Title;
   if (!tests_.empty() && !tests_.front()->Title.empty()) return tests_.front()->Title;
-  const String description = Document->Description();
+  const Ref<WENKtdDocument> document = Document;
+  const String description = document->Description();
   return description.empty() ? String(u"Test") : description;
 }
 
-std::string Report::to_html() const { return page_of(ReportData(*Document, Form.get(), tests_), title(), messages_); }
+std::string Report::to_html() const {
+  // Objects of a host may put others in these places as they are read.
+  const Ref<WENKtdDocument> document = Document;
+  const Ref<TIBTemplate> form = Form;
+  return page_of(ReportData(*document, form.get(), tests_), title(), messages_);
+}
 
 std::optional<PendingFile> Report::prepare(const String& path) const {
   clear_file_error();

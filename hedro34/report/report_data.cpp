@@ -76,8 +76,8 @@ void ReportData::read_objectives(WENKtdDocument& document) {
 
 void ReportData::read_questions(WENKtdDocument& document) {
   const Ref<WENKtdQuestions> held = document.Questions();
-  const std::int32_t count = held->Count();
-  for (std::int32_t n = 1; n <= count; ++n) {
+  // As many as there are keys, whatever a host counts now.
+  for (std::int32_t n = 1; static_cast<std::size_t>(n) <= own_keys.size(); ++n) {
     const Ref<WENKtdQuestion> source = held->Item(n);
     ReportQuestion& question = questions.emplace_back();
     question.name = own_name(*source);
@@ -101,7 +101,8 @@ void ReportData::read_questions(WENKtdDocument& document) {
 
 void ReportData::read_form(WENKtdDocument& document, TIBTemplate& form) {
   pages = form_pages(form);
-  if (const String difference = form_difference(document, pages); !difference.empty()) {
+  const auto count = static_cast<std::int32_t>(questions.size());
+  if (const String difference = form_difference(document, count, pages); !difference.empty()) {
     pages.clear();
     note(u"The form is not the one that was merged with the document: " + difference +
          u". The answer sheet below is drawn from the document alone.");

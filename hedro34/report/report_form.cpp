@@ -91,9 +91,8 @@ std::vector<String> field_names(TIBTemplate& form, const std::vector<ReportPage>
   return names;
 }
 
-String form_difference(WENKtdDocument& document, const std::vector<ReportPage>& pages) {
+String form_difference(WENKtdDocument& document, std::int32_t count, const std::vector<ReportPage>& pages) {
   const Ref<WENKtdQuestions> questions = document.Questions();
-  const std::int32_t count = questions->Count();
   std::int32_t fields = 0;
   String first;
   for (const ReportPage& page : pages) {

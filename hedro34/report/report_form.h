@@ -32,8 +32,8 @@ std::vector<ReportPage> form_pages(TIBTemplate& form);
 // tells gives those that its own objects have; fields of a host's objects bear the names of their regions then.
 std::vector<String> field_names(TIBTemplate& form, const std::vector<ReportPage>& pages);
 
-// Why the form cannot be the one that was merged with the document: another number of fields, or one that is graded in one of
-// them only or has other labels. One line for a person; empty when nothing speaks against it.
-String form_difference(WENKtdDocument& document, const std::vector<ReportPage>& pages);
+// Why the form cannot be the one that was merged with the document, which has so many questions: another number of fields, or
+// one that is graded in one of them only or has other labels. One line for a person; empty when nothing speaks against it.
+String form_difference(WENKtdDocument& document, std::int32_t count, const std::vector<ReportPage>& pages);
 
 }  // namespace hedro34
