@@ -5,19 +5,17 @@
 #include <cstring>
 #include <functional>
 #include <map>
-#include <memory>
 
 #include "hedro34/component/classes.h"
 #include "hedro34/component/host_document.h"
 #include "hedro34/component/host_template.h"
 #include "hedro34/component/identity.h"
 #include "hedro34/component/services.h"
+#include "tests/dispatch.h"
 #include "tests/model_support.h"
 #include "tests/process.h"
 
 namespace hedro34::testing::component {
-
-using namespace binary;
 
 inline constexpr std::uint16_t method = DISPATCH_METHOD;
 inline constexpr std::uint16_t get = DISPATCH_PROPERTYGET;
@@ -73,22 +71,6 @@ inline std::string show(const VARIANT& value) {
     case VT_VARIANT: return text + " " + show(*value.pvarVal);
     default: return text;
   }
-}
-
-template <class T>
-OwnedVariant owned(const T& value) {
-  OwnedVariant result;
-  put(*result, Variant(value));
-  return result;
-}
-
-// The number of a member, or else the result code.
-inline DISPID id_of(IDispatch* object, StringView name) {
-  String text(name);
-  OLECHAR* names[] = {text.data()};
-  DISPID id = 0;
-  const HRESULT code = object->GetIDsOfNames(IID_NULL, names, 1, 0, &id);
-  return code < 0 ? code : id;
 }
 
 // The outcome of a call: its result, or the result code with the index of a bad argument, "80020005 at 0", or with what is
@@ -161,37 +143,23 @@ inline Held<IDispatch> created(const String& library, StringView name) {
 // An object of a host, in a script's way: it has every member that it is asked for, writes each call down as
 // "GET|METHOD Item(I4 1)", a put with its value last and without METHOD as "PUT Item(I4 1, BSTR a)", and answers with what
 // stands under the member's name, else with `answer`. All objects of one script write into the same lines.
-class Host final : public IDispatch {
+class Host final : public Dispatch {
  public:
   using Answer = std::function<HRESULT(std::vector<VARIANT*> arguments, VARIANT* result, EXCEPINFO* exception)>;
 
   static Held<Host> create() { return Held<Host>(std::make_unique<Host>().release()); }
 
   HRESULT HEDRO34_CALL QueryInterface(const GUID& iid, void** object) override {
-    const bool known = agreeable || iid == IID_IUnknown || iid == IID_IDispatch;
-    *object = known ? this : nullptr;
-    if (known) AddRef();
-    return known ? S_OK : E_NOINTERFACE;
+    return Dispatch::QueryInterface(agreeable ? IID_IUnknown : iid, object);
   }
-  std::uint32_t HEDRO34_CALL AddRef() override { return ++count; }
-  std::uint32_t HEDRO34_CALL Release() override {
-    const std::uint32_t left = --count;
-    if (left == 0) std::unique_ptr<Host>(this).reset();
-    return left;
-  }
-  HRESULT HEDRO34_CALL GetTypeInfoCount(std::uint32_t*) override { return E_NOTIMPL; }
-  HRESULT HEDRO34_CALL GetTypeInfo(std::uint32_t, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-  HRESULT HEDRO34_CALL GetIDsOfNames(const GUID&, OLECHAR** wanted, std::uint32_t, LCID, DISPID* ids) override {
-    const std::string name = to_utf8(wanted[0]);
-    if (!members.contains(name) && closed) return DISP_E_UNKNOWNNAME;
-    const auto found = std::find(names_.begin(), names_.end(), name);
-    ids[0] = static_cast<DISPID>(found - names_.begin());
-    if (found == names_.end()) names_.push_back(name);
-    return S_OK;
+  HRESULT HEDRO34_CALL GetIDsOfNames(const GUID& iid, OLECHAR** wanted, std::uint32_t number, LCID locale,
+                                     DISPID* ids) override {
+    if (closed && !members.contains(to_utf8(wanted[0]))) return DISP_E_UNKNOWNNAME;
+    return Dispatch::GetIDsOfNames(iid, wanted, number, locale, ids);
   }
   HRESULT HEDRO34_CALL Invoke(DISPID id, const GUID&, LCID, std::uint16_t flags, DISPPARAMS* parameters,
                               VARIANT* result, EXCEPINFO* exception, std::uint32_t*) override {
-    const std::string name = names_[static_cast<std::size_t>(id)];
+    const std::string name = to_utf8(name_of(id));
     static const char* const kinds[] = {"", "METHOD ", "GET ", "", "PUT ", "", "", "", "PUTREF "};
     std::string line = (flags == (method | get) ? "" : kinds[flags]) + name + "(";
     std::vector<VARIANT*> arguments;
@@ -219,16 +187,12 @@ class Host final : public IDispatch {
   }
   Lines take() { return std::exchange(lines, {}); }
 
-  std::uint32_t count = 0;  // of references
   std::map<std::string, Answer> members;
   bool closed = false;     // has no member but those of `members`
   bool agreeable = false;  // answers to every interface
   Variant answer;
   HRESULT code = S_OK;
   Lines lines;
-
- private:
-  std::vector<std::string> names_ = {""};
 };
 
 // The host's object as a value, and as an object of the library.

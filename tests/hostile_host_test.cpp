@@ -136,74 +136,38 @@ class Misbehaving : public CallListener {
   bool does_it_ = false;
 };
 
-// An object of the library as a host's own, called by name: each call is told and passed on. What comes back is wrapped in turn.
-class Proxy final : public IDispatch {
+// An object of the library as a host's own, called by name: each call is told and passed on.
+class Told final : public Proxy {
  public:
   static Ref<HostObject> around(CallListener& listener, const Ref<Object>& object) {
-    return make<HostObject>(before(listener, identity_of(object)));
+    return make<HostObject>(dispatch<Told>(listener, identity_of(object)));
   }
-  Proxy(CallListener& listener, Held<IDispatch> target) : listener_(listener), target_(std::move(target)) {}
+  Told(CallListener& listener, Held<IDispatch> its_target) : Proxy(std::move(its_target)), listener_(listener) {}
 
-  HRESULT HEDRO34_CALL QueryInterface(const GUID& iid, void** object) override {
-    const bool known = iid == IID_IUnknown || iid == IID_IDispatch;
-    *object = known ? this : nullptr;
-    if (known) AddRef();
-    return known ? S_OK : E_NOINTERFACE;
-  }
-  std::uint32_t HEDRO34_CALL AddRef() override { return ++count_; }
-  std::uint32_t HEDRO34_CALL Release() override {
-    const std::uint32_t left = --count_;
-    if (left == 0) std::unique_ptr<Proxy>(this).reset();
-    return left;
-  }
-  HRESULT HEDRO34_CALL GetTypeInfoCount(std::uint32_t*) override { return E_NOTIMPL; }
-  HRESULT HEDRO34_CALL GetTypeInfo(std::uint32_t, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-  HRESULT HEDRO34_CALL GetIDsOfNames(const GUID& iid, OLECHAR** names, std::uint32_t count, LCID locale,
-                                     DISPID* ids) override {
-    name_ = to_utf8(names[0]);
-    return target_->GetIDsOfNames(iid, names, count, locale, ids);
-  }
-  HRESULT HEDRO34_CALL Invoke(DISPID id, const GUID& iid, LCID locale, std::uint16_t flags, DISPPARAMS* parameters,
+  HRESULT HEDRO34_CALL Invoke(DISPID id, const GUID&, LCID, std::uint16_t flags, DISPPARAMS* parameters,
                               VARIANT* result, EXCEPINFO* exception, std::uint32_t* bad) override {
     try {
-      listener_.called("a host's object", name_);
+      listener_.called("a host's object", to_utf8(name_of(id)));
     } catch (const Failure& failure) {
       exception->scode = result_code(0x800A0000u | static_cast<std::uint32_t>(failure.number));
       exception->bstrDescription = bstr_of(failure.description);
       return DISP_E_EXCEPTION;
     }
-    std::vector<VARIANT> own(parameters->rgvarg, parameters->rgvarg + parameters->cArgs);
-    for (VARIANT& argument : own) {
-      if ((argument.vt & ~VT_BYREF) != VT_DISPATCH) continue;
-      IDispatch* const given = argument.vt == VT_DISPATCH ? argument.pdispVal : *argument.ppdispVal;
-      const auto* const proxy = dynamic_cast<const Proxy*>(given);
-      argument.vt = VT_DISPATCH;
-      argument.pdispVal = proxy != nullptr ? proxy->target_.get() : given;
-    }
-    DISPPARAMS passed = *parameters;
-    passed.rgvarg = own.data();
-    const HRESULT code = target_->Invoke(id, iid, locale, flags, &passed, result, exception, bad);
+    const HRESULT code = pass_on(id, flags, *parameters, result, exception, bad);
     if (result == nullptr || code != S_OK) return code;
     Variant answer = missing;
     listener_.answers(answer);
     if (answer != missing) {
       VariantClear(result);
       put(*result, answer);
-    } else if (result->vt == VT_DISPATCH && result->pdispVal != nullptr) {
-      result->pdispVal = before(listener_, Held<IDispatch>::taken(result->pdispVal)).detach();
     }
     return code;
   }
 
  private:
-  static Held<IDispatch> before(CallListener& listener, Held<IDispatch> target) {
-    return Held<IDispatch>(std::make_unique<Proxy>(listener, std::move(target)).release());
-  }
+  Held<IDispatch> before(Held<IDispatch> object) override { return dispatch<Told>(listener_, std::move(object)); }
 
   CallListener& listener_;
-  Held<IDispatch> target_;
-  std::string name_;
-  std::uint32_t count_ = 0;
 };
 
 // Objects of the host, natively and called by name.
@@ -229,14 +193,14 @@ struct ByName {
   Ref<WENKtdDocument> wrap(const Ref<DataDocument>& document) { return adapter<WENKtdDocument>(document); }
   template <class T>
   Ref<T> adapter(const Ref<Object>& object) {
-    return adapted<T>(Held<IDispatch>(Proxy::around(listener, object)->host()));
+    return adapted<T>(Held<IDispatch>(Told::around(listener, object)->host()));
   }
   template <class T>
   void offer(const char16_t* name) {
     const auto factory = Host::create();
     factory->members["CreateInstance"] = [this](auto, VARIANT* result, EXCEPINFO*) {
       listener.called("a class of the host", "CreateInstance");
-      Variant made = Proxy::around(listener, make<T>());
+      Variant made = Told::around(listener, make<T>());
       listener.answers(made);
       put(*result, made);
       return S_OK;
