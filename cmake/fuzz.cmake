@@ -1,16 +1,18 @@
-# Each fuzz/NAME.cpp defines LLVMFuzzerTestOneInput; its seeds are the files of fuzz/corpus/NAME. With HEDRO34_FUZZ the
+# Each fuzz/NAME.cpp is a target; its seeds are the files of fuzz/corpus/NAME. With HEDRO34_FUZZ the
 # program fuzz_NAME is a fuzzer that starts from the seeds and keeps what it finds in the build tree; without, any
 # compiler builds it to replay the seeds once.
 
 hedro34_sources(fuzz_sources fuzz/*.cpp)
+hedro34_sources(fuzz_support fuzz/support/*.cpp)
+add_library(hedro34_fuzz_support STATIC ${fuzz_support} tests/support.cpp tests/merge_support.cpp tests/json.cpp)
 if(WIN32)
   list(FILTER fuzz_sources INCLUDE REGEX "/(xml|form|ktd)\\.cpp$")  # the others work in a scratch folder
 else()
-  hedro34_sources(fuzz_support fuzz/support/*.cpp)
-  add_library(hedro34_fuzz_support STATIC ${fuzz_support})
-  target_link_libraries(hedro34_fuzz_support PUBLIC hedro34_inside)
-  hedro34_warnings(hedro34_fuzz_support)
+  find_package(GTest REQUIRED)
+  target_sources(hedro34_fuzz_support PRIVATE tests/process_posix.cpp)
 endif()
+target_link_libraries(hedro34_fuzz_support PUBLIC hedro34_inside GTest::gtest PRIVATE nlohmann_json::nlohmann_json)
+hedro34_warnings(hedro34_fuzz_support)
 if(NOT TARGET hedro34_host)
   list(FILTER fuzz_sources EXCLUDE REGEX "/arguments\\.cpp$")
 endif()
@@ -19,10 +21,7 @@ foreach(source IN LISTS fuzz_sources)
   set(target fuzz_${name})
   set(seeds ${PROJECT_SOURCE_DIR}/fuzz/corpus/${name})
   add_executable(${target} ${source})
-  target_link_libraries(${target} PRIVATE hedro34_inside)
-  if(TARGET hedro34_fuzz_support)
-    target_link_libraries(${target} PRIVATE hedro34_fuzz_support)
-  endif()
+  target_link_libraries(${target} PRIVATE hedro34_fuzz_support)
   hedro34_warnings(${target})
   if(HEDRO34_FUZZ)
     set(found ${PROJECT_BINARY_DIR}/corpus/${name})
@@ -36,13 +35,9 @@ foreach(source IN LISTS fuzz_sources)
   endif()
 endforeach()
 
-# The component as callers see it, a second reader of JSON, and the whole program under another name than `main`.
+# The component as callers see it, and the whole program under another name than `main`.
 if(TARGET fuzz_calls)
   target_sources(fuzz_calls PRIVATE ${component_exports})
-endif()
-if(TARGET fuzz_registry)
-  target_sources(fuzz_registry PRIVATE ${PROJECT_SOURCE_DIR}/tests/json.cpp)
-  target_link_libraries(fuzz_registry PRIVATE nlohmann_json::nlohmann_json)
 endif()
 if(TARGET fuzz_arguments)
   add_library(hedro34_fuzz_program OBJECT ${host_main})

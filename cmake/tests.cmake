@@ -20,11 +20,6 @@ if(test_sources)
   hedro34_warnings(hedro34_test_component)
 
   add_executable(hedro34_tests ${test_sources})
-  # Paths go to the sources that use them, so that the others compile alike in every folder.
-  set_source_files_properties(tests/support.cpp PROPERTIES COMPILE_DEFINITIONS HEDRO34_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
-  if(NOT MSVC)
-    set_source_files_properties(tests/json.cpp PROPERTIES COMPILE_OPTIONS -O0)  # the JSON library is nobody's subject here
-  endif()
   set_source_files_properties(tests/class_registry_posix_test.cpp tests/class_registry_windows_test.cpp PROPERTIES
     COMPILE_DEFINITIONS HEDRO34_TEST_COMPONENT="$<TARGET_FILE:hedro34_test_component>")
   set_source_files_properties(tests/component_binary_test.cpp tests/component_windows_test.cpp PROPERTIES

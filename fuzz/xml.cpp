@@ -1,14 +1,9 @@
 // Any bytes make an XML document or a file error, and each node of a document answers everything it can be asked.
-
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
-
 #include "hedro34/platform/file_error.h"
 #include "hedro34/xml/expat_document.h"
+#include "fuzz/support/support.h"
 
-using namespace hedro34;
-
+namespace hedro34::fuzz {
 namespace {
 
 // The nesting of a document is bounded, and so is this. Gives the length of the text inside the node.
@@ -17,24 +12,26 @@ std::size_t visit(IXMLDOMNode& node) {
   const auto list = node.childNodes();
   std::size_t inside = list->length() == 0 ? length : 0;
   for (std::int32_t i = 0; i < list->length(); ++i) inside += visit(*list->item(i));
-  if (inside != length || node.nodeName().empty() || list->item(list->length())) std::abort();
+  EXPECT_EQ(inside, length);
+  EXPECT_FALSE(node.nodeName().empty());
+  EXPECT_FALSE(list->item(list->length()));
   const auto attributes = node.attributes();
-  if (!attributes) return length;
-  for (std::int32_t i = 0; i < attributes->length(); ++i) {
-    if (!attributes->getNamedItem(attributes->item(i)->nodeName())) std::abort();
+  for (std::int32_t i = 0; attributes && i < attributes->length(); ++i) {
+    EXPECT_TRUE(attributes->getNamedItem(attributes->item(i)->nodeName()));
   }
   return length;
 }
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+void run(std::string_view input) {
   const auto document = make<ExpatDocument>();
-  if (document->parse({reinterpret_cast<const char*>(data), size})) {
-    const auto root = document->getElementsByTagName(u"a")->nextNode();
-    if (root) visit(*root);
-  } else if (last_file_error().kind != FileError::Kind::Malformed || last_file_error().reason.empty()) {
-    std::abort();
+  if (!document->parse(input)) {
+    EXPECT_EQ(last_file_error().kind, FileError::Kind::Malformed);
+    EXPECT_NE(last_file_error().reason, "");
+  } else if (const auto root = document->getElementsByTagName(u"a")->nextNode()) {
+    visit(*root);
   }
-  return 0;
 }
+
+}  // namespace hedro34::fuzz
