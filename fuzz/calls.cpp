@@ -296,6 +296,8 @@ HRESULT HEDRO34_CALL Host::Invoke(DISPID id, const GUID&, LCID, std::uint16_t fl
   if (how % 5 == 2) running->step();
   const auto kind = static_cast<Kind>(input.below(static_cast<std::size_t>(Kind::Enumeration)));
   if (result != nullptr) *result = running->value({kind, {}}).detach();
+  // One that counts millions is asked for as many.
+  if (result != nullptr && result->vt == VT_I4) result->lVal %= 1000;
   return S_OK;
 }
 
