@@ -1,10 +1,7 @@
-// The component in a process of the system's: type information, and ends of threads and of the process.
+// The component in a process of the system's: type information, and the end of the process.
 #include <thread>
 
-#include "hedro34/component/class_registry.h"
-#include "hedro34/component/own_library.h"
 #include "tests/component_support.h"
-#include "tests/process.h"
 
 #include <objbase.h>
 #include <ocidl.h>
@@ -13,8 +10,7 @@
 namespace hedro34::testing {
 namespace {
 
-using component::abc, component::as_object, component::created, component::get, component::Host, component::id_of,
-    component::method, component::run;
+using component::abc, component::created, component::id_of;
 
 const String library = from_utf8(HEDRO34_COMPONENT);
 
@@ -73,56 +69,6 @@ TEST(ComponentTypes, AnObjectTellsItsClass) {
   EXPECT_EQ(system_view(untyped)->GetTypeInfo(0, 0, &info), DISP_E_BADINDEX);
   EXPECT_EQ(system_view(untyped)->QueryInterface(__uuidof(IProvideClassInfo), reinterpret_cast<void**>(&teller)),
             E_NOINTERFACE);
-}
-
-// The system's own reading of the definition: each member with the number by which the object is called, of a kind that it has.
-TEST(ComponentTypes, TheTypeLibrarySaysWhatObjectsAnswer) {
-  const RegisteredTypeLibrary registered = {
-      u"Test", {7, 0xABCD, 0x00EF, {}}, 15, 0, 1033, path_of_library(address_in(library, "DllCanUnloadNow"))};
-  ASSERT_EQ(register_classes({}, &registered), S_OK);
-  ITypeLib* types = nullptr;
-  ASSERT_EQ(::LoadRegTypeLib(std::bit_cast<GUID>(registered.id), 15, 0, 1033, &types), S_OK);
-  EXPECT_EQ(unregister_classes({}, &registered), S_OK);
-  EXPECT_EQ(types->GetTypeInfoCount(), 23u);
-  std::size_t seen = 0;
-  for (const ClassTable& table : library_classes()) {
-    ITypeInfo* info = nullptr;
-    ASSERT_EQ(types->GetTypeInfoOfGuid(std::bit_cast<GUID>(table.interface_id), &info), S_OK);
-    for (std::size_t i = 0; i < table.members.size(); ++i) {
-      std::wstring name(table.members[i].name.begin(), table.members[i].name.end());
-      wchar_t* names[] = {name.data()};
-      MEMBERID id = -1;
-      EXPECT_EQ(info->GetIDsOfNames(names, 1, &id), S_OK);
-      EXPECT_EQ(id, table.id_of(static_cast<int>(i))) << to_utf8(table.members[i].name);
-      ++seen;
-    }
-    info->Release();
-  }
-  EXPECT_EQ(seen, 108u);
-  types->Release();
-}
-
-DWORD WINAPI set_error_and_end(void* host) {
-  const auto test = created(library, u"clsHEDROTest");
-  EXPECT_EQ(run(test.get(), {u"SetError", method, {as_object(Held<Host>(static_cast<Host*>(host)))}}), "BOOL -1");
-  return 0;
-}
-
-TEST(ComponentLife, AThreadEndsWithItsErrorObject) {
-  const auto host = Host::create();
-  const HANDLE thread = ::CreateThread(nullptr, 0, &set_error_and_end, host.get(), 0, nullptr);
-  ::WaitForSingleObject(thread, INFINITE);  // to its very end, which `std::thread::join` does not wait for
-  ::CloseHandle(thread);
-  EXPECT_EQ(host->count, 1u);
-  EXPECT_EQ(host->lines, Lines());
-}
-
-TEST(ComponentLife, TheLibraryStaysInMemory) {
-  const auto test = created(library, u"clsHEDROTest");
-  const auto* const name = reinterpret_cast<const wchar_t*>(library.c_str());
-  for (int i = 0; i < 100; ++i) ::FreeLibrary(::GetModuleHandleW(name));
-  EXPECT_NE(::GetModuleHandleW(name), nullptr);
-  EXPECT_EQ(run(test.get(), {u"Title", get}), "BSTR ");
 }
 
 // An object of a library that is gone when the process ends.

@@ -132,22 +132,6 @@ class Kinds(ProgramTest):
             self.assertEqual(self.run_program("show", *names, *others, code=code).out, "")
         self.assertIn("==> c.json <==", self.run_program("show", "twice.xml", "c.json", code=5).out)
 
-    def test_standard_streams(self):
-        """A page is the same whatever way document, form and page take."""
-        self.file("t.xml", examview(question("1", "tf", "T")))
-        self.run_program("form", "--questions", "1", "--out", "f")
-        merge = ["merge", "--form", "f", "--form-out", "g", "--document-out", "d.ktd", "t.xml", "--report"]
-        self.run_program(*merge, "p")
-        page = (self.folder / "p").read_text(encoding="utf-8")
-        self.assertEqual(self.run_program(*merge, "-").out, page)
-        pages = []
-        for given, *words in [("d.ktd", "-"), ("g", "d.ktd", "--form", "-"), ("g", "d.ktd", "--form", "g")]:
-            with open(self.folder / given, "rb") as stream:
-                pages.append(self.run_program("report", *words, "--out", "-", stdin=stream).out)
-        self.assertEqual(pages[1], pages[2])
-        for found in [page, *pages]:
-            self.assertRegex(found, r"(?s)^<!DOCTYPE html>.*</html>\n$")
-
     def test_grid_of_a_version(self):
         """A row takes no more than 80 columns; the fields keep their places where the order of a version ends too early."""
         fields = [{"graded": True, "choiceLabels": list("ABCDE"), "answerKey": [key], "numericAnswerKey": [number]}

@@ -359,7 +359,6 @@ void types_are_those_of_the_library() {
 
 void calls() {
   const auto test = create(L"clsHEDROTest");
-  const auto question = create(L"clsHEDROTestQuestion");
   check("LoadXML", run(test.get(), {L"LoadXML", read, {examples + L"\\biology.xml"}}), "BOOL -1");
   const auto left_out = Value::left_out();
   const auto strings = create(L"clsHEDROTestStrings");
@@ -373,18 +372,11 @@ void calls() {
       {test, {L"CorrectAnswersAsString", read, {10, true, L" "}, {L"bNumeric", L"sDelimiter"}}, "BSTR (1 3 5)"},
       {test, {L"CorrectAnswersAsString", read, {false, 10}, {L"bEnclosedByParens", L"vQuestionIndex"}}, "BSTR A,C,E"},
       {test, {L"CorrectAnswersAsString", read, {10, left_out, left_out, true}}, "BSTR (1,3,5)"},
-      {test, {L"correctanswersASSTRING", read, {L"341"}}, "BSTR B"},
-      {test, {L"CorrectAnswersAsString", read, {1}, {L"vQuestion"}}, "names 80020006"},
-      {test, {L"CorrectAnswersAsString", read, {true}, {L"bNumeric"}}, "8002000F"},
-      {test, {L"CorrectAnswersAsString", read, {1, 2, 3, 4, 5}}, "8002000E"},
-      {test, {L"LoadXML", read, {L"x", L"maybe"}}, "80020005 at 0"},
-      {test, {L"Titel"}, "names 80020006"},
       // arrays
       {strings, {L"AddArray", read, {Value::texts({L"a", L"b"}, -5)}}, "BOOL -1"},
       {strings, {L"Add", read, {L"c", 1}, {L"Before"}}, "BOOL -1"},
       {strings, {L"AsArray"}, "BSTR[1] c a b"},
       {strings, {L"AsArray", read, {-3}}, "BSTR[-3] c a b"},
-      {strings, {L"AddArray", read, {7}}, "80020005 at 0"},
       {strings, {L"RemoveAll"}, "BOOL -1"},
       {strings, {L"AsArray"}, "BSTR[]"},
       {test, {L"CorrectAnswersAsArray", read, {10}}, "BSTR[0] 1 3 5"},
@@ -395,10 +387,8 @@ void calls() {
       {scale, {L"AsString", read, {L","}}, "BSTR T,X"},
       {test, {L"YesNoScale", write_object, {scale}}, "EMPTY"},
       {test, {L"YesNoScale", read, {2}}, "BSTR X"},
-      {test, {L"YesNoScale", write_object, {question}}, "80020005 at 0"},
       {test, {L"Source", write, {L"1"}}, "EMPTY"},
       {test, {L"Source"}, "I4 1"},
-      {test, {L"NumObjectives", write, {1}}, "80020003"},
       {create(L"Platform"),
        {L"RegisterClass", read, {L"x", Value(static_cast<IDispatch*>(nullptr))}},
        "80020009 800A005B"},
