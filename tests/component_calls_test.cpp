@@ -1,5 +1,6 @@
 // The library's objects called by name: names, kinds, counts and types of arguments, and their result codes.
 #include "hedro34/documents/data_document.h"
+#include "hedro34/documents/form_template.h"
 #include "hedro34/merge/clsHEDRO.h"
 #include "hedro34/version.h"
 #include "tests/component_support.h"
@@ -96,6 +97,51 @@ TEST_F(Component, CallsOtherObjectsByName) {
 }
 
 // `test.Questions(1)` in one call, as scripts send it: a property without arguments hands them to its object's default member.
+// A value in each property that takes one, each its own: none is another's, and none gets lost. Flags are all set, and all cleared.
+TEST_F(Component, EveryPropertyKeepsItsOwnValue) {
+  const auto value_of = [](const Member& member, std::int32_t number, bool flag) -> Variant {
+    switch (member.type.kind) {
+      case Kind::Boolean: return flag;
+      case Kind::Int16:
+      case Kind::Int32:
+      case Kind::Float:
+      case Kind::Double: return number;
+      case Kind::Text: return decimal(number);  // of two digits: the shortest property holds no more
+      default: return {};
+    }
+  };
+  const Held<IDispatch> objects[] = {
+      identity_of(make<clsHEDRO>()),     identity_of(make<clsHEDROTest>()),  identity_of(question(u"q")),
+      identity_of(make<FormRegion>()),   identity_of(make<FormQuestion>()),  identity_of(make<DataDocument>()),
+      identity_of(make<DataQuestion>()), identity_of(make<DataObjective>()), identity_of(make<DataVersions>())};
+  for (const auto& object : objects) {
+    const ClassTable& table = *table_of(*own_object(object.get()));
+    for (const bool flag : {true, false}) {
+      Lines written;
+      Lines kept;
+      for (const auto way : {put_value, get}) {
+        std::int32_t number = 9;
+        for (const Member& member : table.members) {
+          const Variant value = value_of(member, ++number, flag);
+          if (member.write == nullptr || member.read == nullptr || member.count > 0 || value == Variant()) continue;
+          const String name(member.name);
+          OwnedVariant result;
+          const std::string outcome =
+              run(object.get(), {name.c_str(), way, way == get ? std::vector<Variant>() : std::vector{value}},
+                  result.get());
+          if (way == put_value) {
+            EXPECT_EQ(outcome, "EMPTY") << to_utf8(name);
+            written.push_back(to_utf8(name + u" " + to_text(value)));
+          } else {
+            kept.push_back(to_utf8(name + u" " + to_text(variant_of(*result))));
+          }
+        }
+      }
+      EXPECT_EQ(kept, written) << to_utf8(table.name);
+    }
+  }
+}
+
 TEST_F(Component, HandsArgumentsToTheDefaultMember) {
   constexpr std::uint16_t read = method | get;
   Recorder recorder;

@@ -6,6 +6,7 @@ import concurrent.futures
 import json
 import os
 import re
+import shlex
 import shutil
 import subprocess
 import sys
@@ -45,9 +46,9 @@ def fuzz(folder, name):
     runs = re.search(r"^stat::number_of_executed_units: +(\d+)", said, re.M)
     if code == 0 and runs:
         return f"{name}: {int(runs[1]):,} runs, {len(list(found.iterdir())):,} inputs that found something", None
-    unit = re.search(r"Test unit written to (\S+)", said)
+    unit = re.search(r"Test unit written to (.+)", said)
     lines = re.findall(r"^(?:.*: Failure$|Value of|  Actual|Expected| +Which is|==\d+==.*ERROR|SUMMARY|ALARM|.* leak).*", said, re.M)
-    again = f"{program} {unit[1]}" if unit else f"see {log}"
+    again = shlex.join([str(program), unit[1]]) if unit else f"see {log}"
     return f"{name}: exit code {code}", "\n".join([f"fuzz_{name} failed: {again}", *lines[:10]])
 
 
