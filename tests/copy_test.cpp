@@ -43,12 +43,14 @@ TEST(Copy, HoldsAllButTheIdAndTheImportSettingsAndSharesNothing) {
   question->Keywords = u"words";
   question->Miscellaneous = u"more";
   question->Notes = u"note";
+  question->number_in_file = 7;
   add_sequence(*source, u"A", {u"q1", u"q2", u"q3"});
   add_sequence(*source, u"B", {u"q3", u"q1", u"q2"});
   add_sequence(*source, u"C", {u"q3", u"q2"});
   const Lines before = lines_of(*source);
   const auto copy = source->Copy();
   ASSERT_TRUE(copy);
+  EXPECT_EQ(copy->Questions->Item(1)->number_in_file, 7);
   // Lists pass through text, so tabs part their elements and an empty one alone is lost. Each sequence follows
   // the order of the questions: a shorter one has the first of these.
   EXPECT_EQ(lines_of(*copy),

@@ -112,7 +112,9 @@ struct ForwardingChoiceList final : Named<"TIBChoiceList", TIBChoiceList> {
   using Named::Named;
   std::int32_t Count() override { return say(to("Count").Count()); }
   void SetItem(const Variant& Index, const String& text) override { to("SetItem").SetItem(Index, text); }
-  Array<String> AsArray(std::int32_t lower) override { return say(to("AsArray").AsArray(lower)); }
+  Array<String> AsArray(std::int32_t lower) override {
+    return say(to(lower == 1 ? "AsArray" : "AsArray from elsewhere").AsArray(lower));
+  }
 };
 
 struct ForwardingField final : Named<"TIBQuestion", TIBQuestion> {

@@ -212,6 +212,7 @@ TEST(NotCarried, NamesWhatTheTextsCannotHold) {
            "y</local-standard></info>",
        "keywords after 255 characters, miscellaneous after 255 characters"},
       {"<answer>A<img/></answer><e:text>t</e:text>", "element \"text\""},
+      {"<question type='es' question-id='r'>a question of its own</question>", ""},
   };
   for (const auto& [content, parts] : rows) EXPECT_EQ(lost(content), parts) << content;
   EXPECT_EQ(lost("<choices>" + x50 + "y</choices>", "tf"), "choice 3 after 50 characters");
@@ -233,8 +234,10 @@ TEST(NotCarried, IsNotedOfQuestionsInTheTestByTheirNumberInTheFile) {
   EXPECT_EQ(left_out_of(*import.test), "1 a essay removed; 2 b essay: picture; 3 B essay removed; 5 d essay: picture");
   EXPECT_EQ(import.test->Questions->Item(u"c")->number_in_file, 4);
   const std::string x49 = repeat("x", 49);
-  import.questions("<question fails='attributes'/>" + question("", "question-id='" + x49 + "' bank-id='yz' type='tf'"));
-  EXPECT_EQ(left_out_of(*import.test), "1  unknown type removed; 2 " + x49 + "y true/false: ID after 50 characters");
+  import.questions("<question fails='attributes'/>" + question("", "question-id='" + x49 + "' bank-id='yz' type='tf'") +
+                   question(picture, with_id(x49 + "z0") + " fails='childNodes'"));
+  EXPECT_EQ(left_out_of(*import.test),
+            "1  unknown type removed; 2 " + x49 + "y true/false: ID after 50 characters; 3 " + x49 + "z essay removed");
   import.load("<examview/>");
   EXPECT_EQ(left_out_of(*import.test), "");
 }

@@ -405,8 +405,11 @@ class KeepingFactory final : public DocumentFactory {
 
   Ref<WENKtdDocument> document() override {
     const auto made = make<DataDocument>();
-    questions_ = made->Questions();
-    if (whole_) document_ = made;
+    if (whole_) {
+      document_ = made;
+    } else {
+      questions_ = made->Questions();
+    }
     return made;
   }
   Ref<WENKtdQuestion> question(const Ref<WENKtdDocument>& of) override { return former_.question(of); }

@@ -151,6 +151,12 @@ TEST(MergeCalls, ComeInTheirOrder) {
       "WENKtdQuestion.SetNotes WENKtdQuestion.SetQuestionText WENKtdQuestion.SetReference WENKtdQuestion.SetTopic "
       "WENKtdQuestion.ObjectiveFlags WENKtdObjectiveFlags.Item WENKtdObjectiveFlag.SetValue "
       "WENKtdQuestions.Add ");
+  // Two fields are copied as they are, from 1 on; the choices of one are rewritten, and its lists go back to it.
+  for (const auto& [call, times] : {std::pair("TIBChoiceList.AsArray", 4),
+                                    {"TIBQuestion.SetChoiceLabels", 1},
+                                    {"TIBQuestion.SetChoiceValues", 1}}) {
+    EXPECT_EQ(std::count(calls.begin(), calls.end(), std::string(call)), times) << call;
+  }
   for (const std::int32_t no_field : {0, 9}) {
     small.m.merge->SequenceQuestion = no_field;
     EXPECT_FALSE(small.m.merge->Merge());

@@ -94,6 +94,8 @@ TEST(Sequences, AnOrderKeepsThePlacesOfTheFirstDayAndACopyTakesNewOnes) {
   EXPECT_EQ(recorder.take(), Lines{reported(91, "clsHEDROTestSequence.Copy")});
   version->Order->RemoveAll();
   EXPECT_EQ(dump(version->Order->AsArray()), "no bounds");
+  version->Order->Add(u"q1");
+  EXPECT_EQ(dump(version->Order->AsArray(-int32_max - 1)), "-2147483648 to -2147483648: 1");
 }
 
 // --- records
@@ -258,13 +260,13 @@ TEST(AnswerKey, AsText) {
 TEST(AnswerKey, HasLabelsAsACopyOfTheScaleHasThem) {
   const std::string long_label(60, 'x');
   const std::tuple<std::vector<std::string>, std::string, std::string> rows[] = {
-      {{"A\tB", "C"}, "3: A|B|C", "(A,B,C)"},
-      {{"\t"}, "3: ||", "(,,)"},
-      {{""}, "3: ||", "(,,)"},
-      {{"", "B"}, "3: |B|", "(,B,)"},
+      {{"A\tB", "C"}, "3: A|B|C", "(A,B,C,)"},
+      {{"\t"}, "3: ||", "(,,,)"},
+      {{""}, "3: ||", "(,,,)"},
+      {{"", "B"}, "3: |B|", "(,B,,)"},
       {{long_label, "B", "C", "D"},
        "3: " + long_label.substr(0, 50) + "|B|C",
-       "(" + long_label.substr(0, 50) + ",B,C)"},
+       "(" + long_label.substr(0, 50) + ",B,C,)"},
   };
   Recorder recorder;
   for (const auto& [scale, labels, key] : rows) {
@@ -274,7 +276,7 @@ TEST(AnswerKey, HasLabelsAsACopyOfTheScaleHasThem) {
       test.MultipleChoiceOddScale->Add(u"?");
       test.MultipleChoiceOddScale->SetItem(test.MultipleChoiceOddScale->Count(), from_utf8(label));
     }
-    test.Questions->Add(with_answers(u"q", multiple_choice, 3, {1, 2, 3}));
+    test.Questions->Add(with_answers(u"q", multiple_choice, 3, {1, 2, 3, 4}));
     EXPECT_EQ(dump(test.QuestionScale(1)), labels);
     EXPECT_EQ(to_utf8(test.CorrectAnswersAsString(1)), key);
   }
@@ -381,6 +383,15 @@ TEST(Memory, EachOperationReportsAtItsOwnPlace) {
     EXPECT_EQ(testing::fail_each_allocation(prepare, act, [](const State&) {}),
               std::set<std::string>{reported(7, std::string("clsHEDROTest") + place)});
   }
+  // Inside of these others report, too.
+  const std::pair<const char*, std::function<void(State&)>> outer[] = {
+      {"Correct.Copy", [](State& s) { s.numbers->Copy(); }},
+      {".Class_Initialize", [](State&) { quietly([] { make<clsHEDROTest>(); }); }},
+  };
+  for (const auto& [place, act] : outer) {
+    EXPECT_TRUE(testing::fail_each_allocation(prepare, act, [](const State&) {
+                }).contains(reported(7, std::string("clsHEDROTest") + place)));
+  }
 }
 
 TEST(Memory, QuestionsAreStillFoundByTheirId) {
@@ -401,6 +412,8 @@ TEST(Memory, QuestionsAreStillFoundByTheirId) {
     for (std::int32_t i = s.list->Count(); i >= 1; --i) {
       s.found[static_cast<std::size_t>(i - 1)] = s.list->first_position(i);
     }
+    s.pool[0]->ID = s.pool[0]->ID;  // so that all are looked at again
+    s.found[0] = s.list->first_position(1);
   };
   const auto check = [](const State& s) {
     expect_positions(s.list, ": " + dump(s.list));

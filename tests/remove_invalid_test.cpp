@@ -94,6 +94,7 @@ const Row rows[] = {
      "version: b3 c4 d5 m14; ", "`1 a2 e6 f7 g8 h9 i10 j11 k12 l13 n15 o16 p17 "},
     {"ddbb", 4, true, "", "old: d1 d2 b3 b4; ", ""},
     {"mddm", 1, true, too_many(1, 4, 3, 1), "version: m1; ", "d2 d3 m4 "},
+    {"mdd", 2, true, too_many(2, 3, 1, 2), "version: m1 d2; ", "d3 "},
     {"dd", -1, true, "", "old: d1 d2; ", ""},
     {"kddkd", 3, true, some_unsupported("1, 4", 5, 2, 3), "version: d2 d3 d5; ", "k1 k4 "},
     {"kddkd", 2, true, some_unsupported("1, 4", 5, 2, 3) + too_many(2, 3, 1, 2), "version: d2 d3; ", "k1 k4 d5 "},

@@ -40,17 +40,14 @@ std::string digits(Scanner& scanner) {
   return result;
 }
 
-// "e", a sign and digits, where they stand next; nothing, and nothing taken, where they do not.
-std::string exponent(Scanner& scanner) {
-  Scanner ahead = scanner;
-  const char mark = ahead.take();
+// "e", a sign and digits, where they stand next; nothing where they do not.
+std::string exponent(Scanner scanner) {
+  const char mark = scanner.take();
   if (mark != 'e' && mark != 'E') return {};
   std::string result = "e";
-  if (is_sign(ahead.peek())) result.push_back(ahead.take());
-  const std::string power = digits(ahead);
-  if (power.empty()) return {};
-  scanner = ahead;
-  return result + power;
+  if (is_sign(scanner.peek())) result.push_back(scanner.take());
+  const std::string power = digits(scanner);
+  return power.empty() ? power : result + power;
 }
 
 // The value of a number that 64 bits do not hold: its power of ten says whether it is too large or too small.

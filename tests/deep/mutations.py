@@ -266,6 +266,8 @@ class Source:
                 continue
             whole = self.text[self.tokens[i].start : self.tokens[end].end]
             if self.is_(i, "return") and end > i + 1:
+                if whole == "return std::nullopt;":
+                    continue  # it is what {} gives
                 if end != i + 2 or self.tokens[i + 1].kind == "word" and not self.is_(i + 1, "true", "false", "nullptr"):
                     if not self.is_(i + 1, "{") and not (self.is_(i + 1, "*") and self.is_(i + 2, "this")):
                         self.add("return {}", i, end, "return {};",
