@@ -20,6 +20,9 @@
 
 using hedro34::binary::GUID, hedro34::binary::HRESULT;
 HEDRO34_EXPORT HRESULT HEDRO34_CALL DllGetClassObject(const GUID& class_id, const GUID& iid, void** object);
+HEDRO34_EXPORT HRESULT HEDRO34_CALL DllCanUnloadNow();
+HEDRO34_EXPORT HRESULT HEDRO34_CALL DllRegisterServer();
+HEDRO34_EXPORT HRESULT HEDRO34_CALL DllUnregisterServer();
 
 namespace hedro34::fuzz {
 namespace {
@@ -87,7 +90,9 @@ struct Program {
   std::size_t inside = 0;               // calls that are running
 
   void run() {
-    if (input.byte() % 2 == 1) merge_of_a_host();
+    const std::uint8_t start = input.byte();
+    if (start % 2 == 1) merge_of_a_host();
+    if (start >= 250) static_cast<void>(DllRegisterServer()), DllUnregisterServer();  // files are read and written
     for (std::size_t steps = 0; !input.rest.empty() && steps < most_steps; ++steps) step();
     PlatformObject services;
     services.SetMessageBox(nullptr);
@@ -98,6 +103,7 @@ struct Program {
     set_error_object(nullptr);
     objects.clear();
     Host::let_go();
+    DllCanUnloadNow();
   }
 
   void step() {
@@ -191,6 +197,7 @@ struct Program {
     EXPECT_EQ(code == S_OK, table.create != nullptr) << "a host gets the classes that it may create";
     if (code != S_OK) return;
     const auto factory = Held<IClassFactory>::taken(static_cast<IClassFactory*>(made));
+    for (const std::int32_t lock : {1, 0}) factory->LockServer(lock);
     EXPECT_EQ(factory->CreateInstance(nullptr, IID_IDispatch, &made), S_OK);
     keep(Held<IDispatch>::taken(static_cast<IDispatch*>(made)));
   }
