@@ -105,7 +105,7 @@ TEST(AddXMLQuestion, AFailureDropsTheQuestionAndNoOther) {
 TEST(Info, ReadsPoints) {
   const std::string zeros = repeat("0", 400);
   const std::pair<float, std::vector<std::string>> rows[] = {
-      {0.0F, {"1e-00000000000000400", zeros + "1e-500"}},
+      {0.0F, {"1e-00000000000000400", zeros + "1e-500", "0." + zeros + zeros + "1e400"}},
       {0.0F, {"", "word 5", ".", "--1", "e5", "\uFF15", "1e-99999999999999999999", "0e99999999999999999999"}},
       {1.0F, {"1,5", "1e-", "1\u0132", zeros + "1", "0." + zeros + "1e401", "1" + zeros + "e-400"}},
       {1.0F, {"1.000000059604644775390626"}},  // halfway to the next 32-bit float, once it has 64 bits

@@ -298,6 +298,8 @@ TEST(AnswerKey, AsArray) {
   EXPECT_EQ(recorder.take(), Lines{not_set + "QuestionScale"});
   EXPECT_FALSE(test->CorrectAnswersAsArray(2, true).has_bounds());
   EXPECT_EQ(recorder.take(), (Lines{not_set + "QuestionScale", not_set + "CorrectAnswersAsArray"}));
+  EXPECT_EQ(test->CorrectAnswersAsString(2), u""sv);
+  EXPECT_EQ(recorder.take(), (Lines{not_set + "QuestionScale", not_set + "CorrectAnswersAsString"}));
 }
 
 TEST(CString, IsTheTextOfAVariantThatMayHoldNothing) {

@@ -165,6 +165,12 @@ TEST(VersionComparison, TellsKeysAndLabels) {
   renamed->Questions->Item(3)->ID = u"x";
   EXPECT_EQ(shown(VersionComparison(test_of({{u"a"}, {u"b", tf}, {u"c"}}, u"A")).next(*renamed)), Lines{"new 3 x  3"});
 
+  // Nor are they where one is missing, whatever the others are called.
+  const auto missing_one = test_of({{u"b", tf}, {u"a"}, {u"x"}}, u"B");
+  missing_one->Questions->Item(3)->ID = u"a";
+  EXPECT_EQ(shown(VersionComparison(test_of({{u"a"}, {u"b", tf}, {u"c"}}, u"A")).next(*missing_one)),
+            Lines{"missing 3 c 3 "});
+
   const auto none = test_of({}, u"A");
   none->Sequences->AddDefault(none->Questions, u"Old");  // in place of its own label
   const auto further = make<clsHEDROTestSequence>();
