@@ -293,6 +293,7 @@ TEST(NodeText, JoinsAndCleansText) {
       {"<font>a        <sup>        b</sup></font>", "a b"},  // two and one, once each side is clean
       {"<text><b>a     \n</b>         b         </text>", "a  b"},
       {"one\r\ntwo\n\nthree&#10;", "onetwothree"},
+      {"a\n", "a"},
       {"one \n two", "one  two"},  // the line feed goes behind the blanks
       {"<choice-a>one \n \n \n \n two</choice-a>", "one  two"},
       {"<text>one\n<b>\ntwo</b></text>", "one two"},

@@ -2,6 +2,8 @@
 // import_question_test.cpp.
 #include <gtest/gtest.h>
 
+#include "hedro34/documents/data_document.h"
+#include "hedro34/platform/file_error.h"
 #include "tests/failing_allocation.h"
 #include "tests/import_support.h"
 
@@ -176,10 +178,12 @@ TEST(LoadXML, AFailureLeavesWhatWasRead) {
   BrittleDocuments documents;
   for (const auto& [failing, lines] : rows) {
     Import import;
+    EXPECT_FALSE(make<DataDocument>()->Load(u""));  // the reason is another file's
     import.test->Title = u"before";
     documents.failing = failing;
     EXPECT_EQ(import.load(file(content)), lines) << to_utf8(failing);
     EXPECT_EQ(import.scales(), "ABCD ABCD") << "not trimmed";
+    EXPECT_EQ(last_file_error().kind, FileError::Kind::None);
   }
   documents.failing.clear();
   Import import;

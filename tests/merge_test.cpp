@@ -1,6 +1,7 @@
 // Merges of small tests and forms: what is written, what is refused, and what a refusal or a failure leaves.
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <utility>
 
 #include "hedro34/platform/files.h"
@@ -199,18 +200,36 @@ TEST(Merge, FailsAtAnIdThatStandsTwiceAmongGradedQuestions) {
   EXPECT_EQ(m.of_questions("name"), R"(["Q1","Q2","Q3"])");
 }
 
+// A host with one answer to every call of a member.
+struct Insisting final : CallListener {
+  Insisting(std::string_view name, Variant value) : member(name), answer(std::move(value)) {}
+  void called(std::string_view, std::string_view name) override { asked = name == member; }
+  void answers(Variant& value) override {
+    if (asked) value = answer;
+  }
+  std::string_view member;
+  Variant answer;
+  bool asked = false;
+};
+
 TEST(Merge, SetsNoFlagForAnObjectiveThatTheHostDoesNotHave) {
-  struct : CallListener {
-    void called(std::string_view, std::string_view member) override { asks = member == "Exists"; }
-    void answers(Variant& answer) override {
-      if (asks) answer = true;
-    }
-    bool asks = false;
-  } listener;
+  Insisting listener("Exists", true);
   ForwardingHost host(listener);
   Merging m("Q1:*ABCD", {test_of({{u"q1", mc, 4, {1}, {u"Area"}}})});
   EXPECT_TRUE(m.merge->Merge());
   EXPECT_EQ(m.of_questions("objectiveFlags"), "[[false]]");
+}
+
+TEST(Merge, FailsWhereNoNumberComesBeforeThatOfTheVersionField) {
+  constexpr std::int32_t lowest = std::numeric_limits<std::int32_t>::min();
+  Insisting listener("FieldNumber", lowest);
+  ForwardingHost host(listener);
+  Merging m("Q1:*ABCD Q2:*ABCD", {test_of({q1})});
+  m.merge->TemplateIn = host.wrap(m.merge->TemplateIn);
+  m.merge->SequenceQuestion = lowest;
+  EXPECT_FALSE(m.merge->Merge());
+  EXPECT_EQ(m.recorder.lines, Lines{reported(6, "clsHEDRO.Merge")});
+  EXPECT_EQ(m.merge->SequenceQuestion, lowest);
 }
 
 TEST(Merge, ReportsEmptyReferences) {

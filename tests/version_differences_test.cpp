@@ -187,7 +187,10 @@ TEST(VersionComparison, TellsKeysAndLabels) {
   }
   none->Questions = nullptr;
   labels.next(*none);
-  EXPECT_EQ(recorder.lines, Lines{reported(91, "VersionComparison.next")});
+  none->Sequences = nullptr;
+  const VersionComparison of_nothing(none);
+  EXPECT_EQ(recorder.lines,
+            (Lines{reported(91, "VersionComparison.next"), reported(91, "VersionComparison.VersionComparison")}));
 }
 
 }  // namespace
