@@ -439,7 +439,7 @@ TEST(LoadKTD, LeavesADocumentWholeThatAnotherHolds) {
 TEST(LoadKTD, ReportsMemoryThatRunsOut) {
   const Folder folder;
   const String path = folder.path("unit.ktd");
-  ASSERT_TRUE(document_of({{"questions", {graded({"A", "B"}, {"A"})}}})->Save(path));
+  ASSERT_TRUE(document_of({{"questions", {graded({"A", "B"}, {"A"}), {{"subjective", true}}}}})->Save(path));
   std::size_t failed = 0, heard = 0;
   for (bool came = true; came;) {
     Recorder recorder;
@@ -453,6 +453,7 @@ TEST(LoadKTD, ReportsMemoryThatRunsOut) {
     failed += came ? 1 : 0;
     const bool silent = recorder.take().empty();
     EXPECT_TRUE(silent ? loaded : came) << failed;  // the file itself is sound
+    for (std::int32_t i = 1; i <= test->Questions->Count(); ++i) EXPECT_TRUE(test->Questions->Item(i)->Answers);
     heard += silent ? 0 : 1;
   }
   EXPECT_GT(failed, 20U);

@@ -111,7 +111,7 @@ TEST(RemoveInvalid, RemovesTellsAndRebuildsTheSequences) {
       SCOPED_TRACE(row.tests + std::string(" with limit ") + std::to_string(row.limit));
       Recorder recorder;
       const auto merge = make<clsHEDRO>();
-      merge->Verbose = verbose;
+      if (!verbose) merge->Verbose = false;
       std::istringstream tests(row.tests);
       for (std::string letters; std::getline(tests, letters, ',');) merge->Tests->Add(test_of_types(letters));
       EXPECT_EQ(row.limit == 0 ? merge->RemoveInvalid() : merge->RemoveInvalid(row.limit), row.result);
