@@ -42,6 +42,7 @@ TEST(LoadXML, TakesAPathThatTheTestItselfHolds) {
   import.test->Notes = import.folder.write("none.xml", "<test/>");
   EXPECT_EQ(import.load_path(import.test->Notes), Lines{"False {}"});
   EXPECT_EQ(last_file_error().path, import.folder.path("none.xml"));
+  EXPECT_EQ(last_file_error().reason, "no ExamView file: the root element is not \"examview\"");
 }
 
 TEST(LoadXML, ReadsTheFirstHeader) {

@@ -389,6 +389,7 @@ TEST(Memory, EachOperationReportsAtItsOwnPlace) {
   const std::pair<const char*, std::function<void(State&)>> outer[] = {
       {"Correct.Copy", [](State& s) { s.numbers->Copy(); }},
       {".Class_Initialize", [](State&) { quietly([] { make<clsHEDROTest>(); }); }},
+      {"Sequence.Class_Initialize", [](State&) { quietly([] { make<clsHEDROTestSequence>(); }); }},
   };
   for (const auto& [place, act] : outer) {
     EXPECT_TRUE(testing::fail_each_allocation(prepare, act, [](const State&) {
