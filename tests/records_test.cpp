@@ -169,6 +169,7 @@ TEST(Test, CodesOfQuestionTypes) {
       {10, u"essay", {u"es", 11}},
       {11, u"case", {u"ca", 12}},
       {12, u"subjective", {}},
+      {15, u"unknown type", {}},
       {13, u"other", {u"ot", 13}},
       {14, u"bimodal", {u"bi", 4, 4.0}},
       {-1, u"unknown type", {14, -1, 2.5, true, u"", u"mc ", u"2", u"mcx", std::int64_t{4294967298}}},
