@@ -148,13 +148,14 @@ TEST(VersionComparison, TellsKeysAndLabels) {
   const auto version = test_of({{u"R", mc, 4, {2}}, {u"S", mc, 3, {1, 2}}, {u"Q", mc, 3, {32, 33, 2}}, {u"", mc}}, u"");
   version->MultipleChoiceOddScale = strings_of(u"XFZ");
   version->MultipleChoiceEvenScale = strings_of(u"AB");
+  version->Questions->Item(2)->number_in_file = 1;
   version->Questions->Item(3)->number_in_file = 30;
   const Recorder recorder;
   VersionComparison comparison(first);
   const Lines expected = {"key 30 q A (,,F)",                     // numbers beyond 31 do not count, and are no failure
                           "answers 1 r 3 4",                      // by the keys, in any case of their letters
                           "key 1 r [1] [2]",                      // both would be F
-                          "key 2 s [9] ([1],[2])",                // 9 has no letter
+                          "key 1 s [9] ([1],[2])",                // 9 has no letter
                           "missing 4  4 ",         "new 4   4"};  // without an ID nothing is found
   EXPECT_EQ(shown(comparison.next(*version)), expected);
   EXPECT_EQ(shown(comparison.next(*version)), expected);  // an empty label is none
