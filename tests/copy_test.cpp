@@ -44,6 +44,7 @@ TEST(Copy, HoldsAllButTheIdAndTheImportSettingsAndSharesNothing) {
   question->Miscellaneous = u"more";
   question->Notes = u"note";
   question->number_in_file = 7;
+  source->add_left_out({LeftOut::What::Removed, 8, u"q8", mc, {}});
   add_sequence(*source, u"A", {u"q1", u"q2", u"q3"});
   add_sequence(*source, u"B", {u"q3", u"q1", u"q2"});
   add_sequence(*source, u"C", {u"q3", u"q2"});
@@ -51,6 +52,7 @@ TEST(Copy, HoldsAllButTheIdAndTheImportSettingsAndSharesNothing) {
   const auto copy = source->Copy();
   ASSERT_TRUE(copy);
   EXPECT_EQ(copy->Questions->Item(1)->number_in_file, 7);
+  EXPECT_EQ(test_lines::left_out_of(*copy), "8 q8 multiple choice removed");
   // Lists pass through text, so tabs part their elements and an empty one alone is lost. Each sequence follows
   // the order of the questions: a shorter one has the first of these.
   EXPECT_EQ(lines_of(*copy),

@@ -96,7 +96,7 @@ TEST(Merge, VisitsOneRegionOfAGroup) {
                          Row{"A#7:*AB B#8:*AB C#7:*AB", R"(["A","B","C"])", 3, 3},
                          Row{"A#7:*AB | B#7:*AB C#7:*AB D#-7:*AB", R"(["A","D"])", 2, 2},
                          Row{"A#7:*AB,*AB B#7:*AB,*AB,*AB C:*AB", R"(["A","A","C"])", 3, 2},
-                         Row{"A#7: B#7:*AB | C#8:*AB", R"(["C"])", 1, 1}}) {
+                         Row{"A#7: B#7:*AB | C#8:*AB", R"(["C"])", 1, 1}, Row{"A#1:*AB B#1:*AB", R"(["A"])", 1, 1}}) {
     SCOPED_TRACE(row.form);
     Merging m(row.form, {test_of(std::vector<Asked>(row.questions, Asked{u"", mc, 2}))});
     EXPECT_TRUE(m.merge->Merge());
